@@ -1,0 +1,55 @@
+#pragma once
+/// The message service: which messages are shown, where they go, and pausing after a screenful.
+
+#include <string_view>
+
+/// Message levels. A message is shown when its level shares a bit with the user's mask.
+enum MessageLevel : unsigned {
+    kPrint = 15,            ///< prompts and plain output
+    kError = 48,            ///< errors
+    kWarn = 192,            ///< warnings
+    kMess = 3840,           ///< progress
+    kOut1 = 0xF000,         ///< details, usually shown
+    kOut2 = 0xF0000,        ///< more details, usually shown
+    kOut3 = 0xF00000,       ///< traces
+    kOut4 = 0xF000000,      ///< traces of blocks and fields
+    kDebug = 0xF0000000     ///< everything
+};
+
+/// Where messages go.
+enum class MessageOutput : int {
+    log_stamped = -1, ///< log file with time stamps, and the terminal
+    log_only = 0,
+    terminal = 1,     ///< the terminal, and the log file when one is open
+    log_reopened = 2  ///< log file opened for each message, and the terminal
+};
+
+/// Prints to every sink. Returns 1 when the message went to the terminal (standard error for error and warning
+/// levels, else standard output), 0 when the level is masked out or only the log file is written.
+int MESS_print(unsigned level, const char *format, ...) __attribute__((format(printf, 2, 3)));
+
+/// Prints the program's banner "      title (Ver version)" at level kMess.
+void MESS_print_prog(std::string_view title);
+
+/// Shows `text` and waits for one character, unless masked out, in batch mode, or paging is off. Returns 0.
+int MESS_hold(unsigned level, std::string_view text);
+
+/// Changes the level mask: operations 0, 10, 20 set mask and all lower bits; 1, 11, 21 add; -1, 9, 19 remove.
+/// Below 5 counts as an explicit setting; above 15 is a default that an explicit setting beats. Returns 0.
+int MESS_set(int operation, unsigned mask);
+
+/// Applies a "message" resource value such as "out2,+debug,fi=log". Returns 0.
+int MESS_set_str(std::string_view text);
+
+/// 1 when the mask shares a bit with the level mask.
+int MESS_check(unsigned mask);
+unsigned MESS_get();
+int MESS_check_set();
+int MESS_get_max_lines();
+void MESS_set_out(MessageOutput mode);
+/// 0 never pause, 1 pause only where MESS_hold is called, 2 pause after each screenful.
+void MESS_set_page(int mode);
+
+/// Opens (closing any previous) a stream that receives a copy of every shown message. Returns 0, or -1.
+int MESS_file(std::string_view name, const char *mode);
+void MESS_file_close();
