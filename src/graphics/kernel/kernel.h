@@ -1,0 +1,135 @@
+#pragma once
+/// The drawing kernel: one workstation, six normalisation transforms, primitives with attributes. All operations
+/// return 0 on success and -1 with a message (gerr_printf) when refused, unless said otherwise; a refused call
+/// changes nothing. Points are world coordinates of the current transform.
+
+#include <span>
+#include <string_view>
+
+#include "graphics/core/types.h"
+
+// Opening and closing -------------------------------------------------------------------------------------------
+
+/// Opens the error channel: the named file, or standard error for an empty name. -1 when it cannot be opened.
+int gopen_gks(std::string_view file_name, int buffer_size);
+int gclose_gks();
+/// Opens the device: `device_spec` is "name,option,option,...". -1 when the device cannot be opened or is not built.
+int gopen_ws(int ws_id, std::string_view device_spec, DeviceKind kind);
+/// Closes the device. -1 when what was written to it is not complete (a write failed).
+int gclose_ws(int ws_id);
+int gactivate_ws(int ws_id);
+int gdeactivate_ws(int ws_id);
+int gclear_ws(int ws_id, int flag);
+/// 1 when a workstation is open.
+int gchk_graphics();
+
+DeviceKind gget_win_type();
+bool gtype_is_WIN();
+bool gtype_is_PIX();
+bool gtype_is_WIN_PIX();
+bool gtype_is_PS();
+bool gtype_is_HPGL();
+bool gtype_is_META();
+/// Devices that write a file while drawing and are complete when closed.
+bool gtype_is_file();
+
+// Transforms ----------------------------------------------------------------------------------------------------
+
+int gset_win(int transform, const Rect &world);
+int gset_vp(int transform, const Rect &ndc);
+int gsel_norm_tran(int transform);
+int gset_ws_win(int ws, const Rect &ndc);
+int gset_ws_vp(int ws, const Rect &device);
+/// Window and viewport of a transform; -1 for a number outside 0 to 5.
+int ginq_norm_tran(int transform, Rect &window, Rect &viewport);
+/// Largest NDC view that keeps the device's aspect: the longer side is 1.
+void ginq_maxview(int ws, float &xmax, float &ymax);
+void ginq_disp_space_size(int ws, float &width_units, float &height_units, int &width, int &height);
+
+float xW_NDC(float x);
+float yW_NDC(float y);
+float xW_p(float x);
+float yW_p(float y);
+float xp_W(float x);
+float yp_W(float y);
+float xNDC_p(float x);
+float yNDC_p(float y);
+float xW_ps(float x);
+float yW_ps(float y);
+float xNDC_ps(float x);
+float yNDC_ps(float y);
+float xW_trans(int from, int to, float x);
+float yW_trans(int from, int to, float y);
+/// 1 when the bounding box of the points meets the current world window.
+int gpts_in_win(std::span<const Point> points);
+
+/// Placement of a fitted rectangle in one direction.
+enum class AspectMode : int { origin = 0, centre = 2, maximum = 3 };
+/// Fits a rectangle of aspect w:h into a region.
+Rect gset_aspect(const Rect &region, AspectMode x_mode, AspectMode y_mode, float w, float h);
+
+// Primitives ----------------------------------------------------------------------------------------------------
+
+int gpolyline(std::span<const Point> points);
+int gfill_area(std::span<const Point> points);
+int gpolymarker(std::span<const Point> points);
+int gtext(const Point &position, std::string_view text);
+/// Fills a world rectangle with the background.
+int gclear_region(const Rect &world);
+int gmessage(int level, std::string_view text);
+
+// Attributes ----------------------------------------------------------------------------------------------------
+
+int gset_linetype(int type);
+int gset_linewidth(float width);
+int gset_line_colr_ind(int index);
+int gset_line_print_bold(int factor);
+int gset_marker_type(int type);
+int gset_marker_size(float size);
+int gset_marker_width(float width);
+int gset_marker_colr_ind(int index);
+int gset_text_colr_ind(int index);
+int gset_text_width(float width);
+int gset_char_ht(float height);
+int gset_expan(float expansion);
+int gset_space(float spacing);
+int gset_char_space(float spacing);
+int gset_text_align(int horizontal, int vertical);
+int gset_char_up_vec(float x, float y);
+/// Selects font `font` (from 1) of the font list; the precision is stored only.
+int gset_fontprec(int font, int precision);
+int gset_font_drop(int count);
+int gset_fill_int_style(int style);
+int gset_fill_style_ind(int index);
+int gset_fill_colr_ind(int index);
+int gset_fill_print_solid(int flag);
+void greset_line();
+void greset_marker();
+void greset_text();
+void greset_fill();
+
+// Colours -------------------------------------------------------------------------------------------------------
+
+int gset_colr_rep(int ws, int index, const Rgb &color);
+/// Stores a colour; a negative index asks for a near existing one or the next free one. Returns the index.
+int galloc_colr(int index, const Rgb &color);
+/// Device pixel of an index (-1 not allocated, -2 known to a print device only).
+int gget_color_ind(int index);
+Rgb gget_color_rgb(int index);
+int gis_valid_colr(int index);
+int gget_inverse();
+void gset_inverse(int flag);
+void gset_rw_colors(int flag);
+void gset_local_colormap(int flag);
+
+// Object list ---------------------------------------------------------------------------------------------------
+
+/// Keeps what is drawn for a later replay (1) or not (0). Returns the previous setting.
+int gset_redraw(int flag);
+int gget_redraw();
+/// Replays every recorded object through the kernel, with recording off.
+void gredraw_objs();
+std::size_t gget_num_objs();
+
+/// Reports "operation: text" at level kWarn; silent until the kernel has been opened.
+void gerr_printf(const char *operation, const char *format, ...) __attribute__((format(printf, 2, 3)));

@@ -1,0 +1,21 @@
+#pragma once
+/// Stroke fonts: the font list, the loaded font, and text drawn as line segments.
+
+#include <string>
+#include <string_view>
+
+#include "graphics/core/types.h"
+
+/// Loads the font list (resource "font_list", else "vyx.fnl" along "file_path") and the current font.
+void gsetup_fonts();
+/// Loads a font file (searched along "file_path"). 0, or -1 with a message; then text draws nothing.
+int read_font(std::string_view name);
+/// 1-based position of a font in the list, a number as it stands, else 1.
+int gget_font_index(std::string_view name);
+/// Selects a font by name; an empty name selects the default font.
+int GPH_text_font(std::string_view name);
+/// Name of the default font, at most 19 characters.
+void GPH_set_def_font(std::string_view name);
+
+/// Width in world units that `text` takes with the current text attributes.
+float gtext_width(std::string_view text);
