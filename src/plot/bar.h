@@ -1,0 +1,9 @@
+#pragma once
+/// The colour bar under the plot, in normalised device coordinates (transform 1).
+
+#include <string_view>
+
+/// Draws the bar of the current levels; orientation 1 is horizontal. 0, or -1 when no bar can be drawn.
+int CONT_draw_bar(int orientation, std::string_view title);
+/// Level value under a point of the bar; kMissing outside it.
+float CONT_get_bar_value(float x, float y);
