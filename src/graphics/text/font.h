@@ -10,6 +10,9 @@
 void gsetup_fonts();
 /// Loads a font file (searched along "file_path"). 0, or -1 with a message; then text draws nothing.
 int read_font(std::string_view name);
+/// Loads entry `font` (from 1) of the font list. 0 also when the list is empty (nothing is loaded then); -1 with a
+/// message for a number outside the list or a font that cannot be loaded.
+int gload_font(int font);
 /// 1-based position of a font in the list, a number as it stands, else 1.
 int gget_font_index(std::string_view name);
 /// Selects a font by name; an empty name selects the default font.

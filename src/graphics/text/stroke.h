@@ -1,0 +1,8 @@
+#pragma once
+/// Stroke text: a string turned into runs of connected strokes for whatever device is open.
+
+#include <string_view>
+
+/// Draws a string at a world point of the current transform with the current text attributes, as runs handed to
+/// core/stroke_output.h. Draws nothing while no stroke font is loaded. Always 0.
+int text(std::string_view string, float x, float y);
