@@ -1,19 +1,25 @@
 #pragma once
-/// The drawing kernel: one workstation, six normalisation transforms, primitives with attributes. All operations
-/// return 0 on success and -1 with a message (gerr_printf) when refused, unless said otherwise; a refused call
-/// changes nothing. Points are world coordinates of the current transform.
+/// The drawing kernel: one workstation, six normalisation transforms, primitives with attributes. All
+/// operations return 0 on success and -1 with a message (gerr_printf) when refused, unless said otherwise; a
+/// refused call changes nothing. Points are world coordinates of the current transform. Conversions between
+/// world, NDC and device come with core/transform.h, colour inquiries with core/color_table.h, the setting
+/// that keeps what is drawn with core/object_list.h, error reports with core/error.h.
 
 #include <span>
 #include <string_view>
 
-#include "graphics/core/types.h"
+#include "graphics/core/color_table.h"
+#include "graphics/core/error.h"
+#include "graphics/core/object_list.h"
+#include "graphics/core/transform.h"
 
-// Opening and closing -------------------------------------------------------------------------------------------
+// Opening and closing -------------------------------------------------------------
 
 /// Opens the error channel: the named file, or standard error for an empty name. -1 when it cannot be opened.
 int gopen_gks(std::string_view file_name, int buffer_size);
 int gclose_gks();
-/// Opens the device: `device_spec` is "name,option,option,...". -1 when the device cannot be opened or is not built.
+/// Opens the device: `device_spec` is "name,option,option,...". -1 when the device cannot be opened or is not
+/// built.
 int gopen_ws(int ws_id, std::string_view device_spec, DeviceKind kind);
 /// Closes the device. -1 when what was written to it is not complete (a write failed).
 int gclose_ws(int ws_id);
@@ -33,7 +39,7 @@ bool gtype_is_META();
 /// Devices that write a file while drawing and are complete when closed.
 bool gtype_is_file();
 
-// Transforms ----------------------------------------------------------------------------------------------------
+// Transforms ----------------------------------------------------------------------
 
 int gset_win(int transform, const Rect &world);
 int gset_vp(int transform, const Rect &ndc);
@@ -46,29 +52,7 @@ int ginq_norm_tran(int transform, Rect &window, Rect &viewport);
 void ginq_maxview(int ws, float &xmax, float &ymax);
 void ginq_disp_space_size(int ws, float &width_units, float &height_units, int &width, int &height);
 
-float xW_NDC(float x);
-float yW_NDC(float y);
-float xW_p(float x);
-float yW_p(float y);
-float xp_W(float x);
-float yp_W(float y);
-float xNDC_p(float x);
-float yNDC_p(float y);
-float xW_ps(float x);
-float yW_ps(float y);
-float xNDC_ps(float x);
-float yNDC_ps(float y);
-float xW_trans(int from, int to, float x);
-float yW_trans(int from, int to, float y);
-/// 1 when the bounding box of the points meets the current world window.
-int gpts_in_win(std::span<const Point> points);
-
-/// Placement of a fitted rectangle in one direction.
-enum class AspectMode : int { origin = 0, centre = 2, maximum = 3 };
-/// Fits a rectangle of aspect w:h into a region.
-Rect gset_aspect(const Rect &region, AspectMode x_mode, AspectMode y_mode, float w, float h);
-
-// Primitives ----------------------------------------------------------------------------------------------------
+// Primitives ----------------------------------------------------------------------
 
 int gpolyline(std::span<const Point> points);
 int gfill_area(std::span<const Point> points);
@@ -78,7 +62,7 @@ int gtext(const Point &position, std::string_view text);
 int gclear_region(const Rect &world);
 int gmessage(int level, std::string_view text);
 
-// Attributes ----------------------------------------------------------------------------------------------------
+// Attributes ----------------------------------------------------------------------
 
 int gset_linetype(int type);
 int gset_linewidth(float width);
@@ -108,28 +92,17 @@ void greset_marker();
 void greset_text();
 void greset_fill();
 
-// Colours -------------------------------------------------------------------------------------------------------
+// Colours -------------------------------------------------------------------------
 
 int gset_colr_rep(int ws, int index, const Rgb &color);
 /// Stores a colour; a negative index asks for a near existing one or the next free one. Returns the index.
 int galloc_colr(int index, const Rgb &color);
-/// Device pixel of an index (-1 not allocated, -2 known to a print device only).
-int gget_color_ind(int index);
-Rgb gget_color_rgb(int index);
-int gis_valid_colr(int index);
-int gget_inverse();
-void gset_inverse(int flag);
 void gset_rw_colors(int flag);
 void gset_local_colormap(int flag);
 
-// Object list ---------------------------------------------------------------------------------------------------
+// Object list ---------------------------------------------------------------------
 
-/// Keeps what is drawn for a later replay (1) or not (0). Returns the previous setting.
-int gset_redraw(int flag);
-int gget_redraw();
 /// Replays every recorded object through the kernel, with recording off.
 void gredraw_objs();
-std::size_t gget_num_objs();
-
-/// Reports "operation: text" at level kWarn; silent until the kernel has been opened.
-void gerr_printf(const char *operation, const char *format, ...) __attribute__((format(printf, 2, 3)));
+/// Replays one record.
+void gobj_redraw_funcs(const ObjectRecord &record);

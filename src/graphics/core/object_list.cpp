@@ -1,0 +1,121 @@
+#include "graphics/core/object_list.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "graphics/core/error.h"
+#include "lib/text.h"
+
+namespace {
+
+constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+constexpr std::size_t kObjectsPerPump = 500;
+
+struct State {
+    std::vector<std::unique_ptr<std::byte[]>> chunks;
+    std::size_t used = 0;     ///< bytes taken of the last chunk
+    std::size_t capacity = 0; ///< size of the last chunk
+    ObjectRecord *first = nullptr;
+    ObjectRecord *last = nullptr;
+    std::size_t count = 0;
+    bool recording = false;
+    void (*pump)() = nullptr;
+} state;
+
+/// Room in the arena; null when memory is out.
+std::byte *take(std::size_t size) {
+    constexpr std::size_t align = alignof(ObjectRecord);
+    const std::size_t rounded = (size + align - 1) / align * align;
+    if (rounded > state.capacity - state.used) {
+        const std::size_t bytes = std::max(kChunkBytes, rounded);
+        try {
+            state.chunks.push_back(std::make_unique_for_overwrite<std::byte[]>(bytes));
+        } catch (const std::bad_alloc &) {
+            return nullptr;
+        }
+        state.capacity = bytes;
+        state.used = 0;
+    }
+    std::byte *const block = state.chunks.back().get() + state.used;
+    state.used += rounded;
+    return block;
+}
+
+} // namespace
+
+void ginit_objs(bool recording) {
+    gclear_objs();
+    state.count = 0;
+    const char *const wish = std::getenv("vyxredraw");
+    state.recording = recording && (wish == nullptr || stricmp(wish, "no") != 0);
+}
+
+void gclear_objs() {
+    state.chunks.clear();
+    state.used = state.capacity = 0;
+    state.first = state.last = nullptr;
+}
+
+std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *data) {
+    ++state.count;
+    if (state.count % kObjectsPerPump == 0 && state.pump != nullptr) state.pump();
+    if (!state.recording) return nullptr;
+    std::byte *const place = take(sizeof(ObjectRecord) + size);
+    if (place == nullptr) {
+        gerr_printf("newobj", "malloc error\n");
+        return nullptr;
+    }
+    auto *const record = new (place) ObjectRecord{type, value, size, nullptr};
+    std::byte *const block = place + sizeof(ObjectRecord);
+    if (data != nullptr && size > 0) std::memcpy(block, data, size);
+    if (state.last == nullptr)
+        state.first = record;
+    else
+        state.last->next = record;
+    state.last = record;
+    return block;
+}
+
+void record_value(ObjectType type, int value) {
+    gnew_obj(type, value, 0, nullptr);
+}
+void record_float(ObjectType type, float value) {
+    gnew_obj(type, 1, sizeof value, &value);
+}
+void record_rect(ObjectType type, int value, const Rect &r) {
+    gnew_obj(type, value, sizeof r, &r);
+}
+
+void record_points(ObjectType type, std::span<const Point> points) {
+    gnew_obj(type, static_cast<int>(points.size()), points.size_bytes(), points.data());
+}
+
+void record_text(ObjectType type, int value, const Point &position, std::string_view text) {
+    std::byte *const block = gnew_obj(type, value, sizeof position + text.size(), nullptr);
+    if (block == nullptr) return;
+    std::memcpy(block, &position, sizeof position);
+    std::copy_n(reinterpret_cast<const std::byte *>(text.data()), text.size(), block + sizeof position);
+}
+
+int gset_redraw(int flag) {
+    const int previous = gget_redraw();
+    state.recording = flag != 0;
+    return previous;
+}
+
+int gget_redraw() {
+    return state.recording ? 1 : 0;
+}
+std::size_t gget_num_objs() {
+    return state.count;
+}
+const ObjectRecord *gfirst_obj() {
+    return state.first;
+}
+void gset_event_pump(void (*pump)()) {
+    state.pump = pump;
+}

@@ -1,0 +1,90 @@
+#pragma once
+/// The one state of the graphics floor. Only the floor's own sources include this header; plotting code asks
+/// and sets through kernel.h.
+
+#include <array>
+#include <string>
+
+#include "graphics/core/mapping.h"
+#include "graphics/core/types.h"
+
+struct LineState {
+    int type = 1;    ///< 1 solid to 5 dots
+    float width = 1; ///< device units
+    int color = 1;
+};
+
+struct MarkerState {
+    int type = 1;
+    float size = 1; ///< 10 raster units each
+    float width = 1;
+    int color = 1;
+};
+
+struct TextState {
+    int color = 1;
+    float width = 1;
+    float height = 0.01F; ///< character height, world units
+    float expansion = 1;
+    float space = 0.25F;  ///< gap between characters, in 100 glyph units
+    float char_space = 0; ///< fixed pitch when positive
+    int horizontal = kAlignNormal;
+    int vertical = kAlignVNormal;
+    Point up{0, 1}; ///< unit length
+    int font = 1;   ///< from 1, into the font list
+    int precision = 2;
+};
+
+enum FillInterior : int { kInteriorSolid = 1, kInteriorPattern = 2 };
+inline constexpr int kFillStyleMax = 19;
+
+struct FillState {
+    int interior = kInteriorSolid;
+    int style = 1; ///< 0 to kFillStyleMax
+    int color = 1;
+};
+
+inline constexpr int kPixelUnset = -1;     ///< never stored
+inline constexpr int kPixelPrintOnly = -2; ///< known to the print device
+
+struct ColorSlot {
+    Rgb rgb;
+    int pixel = kPixelUnset;
+};
+
+/// The slot behind the last colour index is the background (index -1).
+inline constexpr int kBackgroundSlot = kColorSlots;
+
+inline constexpr int kDefaultWidth = 640, kDefaultHeight = 512;
+
+struct GraphicsState {
+    bool kernel_open = false; ///< errors are reported
+    bool open = false;        ///< a workstation is open
+    DeviceKind kind = DeviceKind::none;
+    int win_width = kDefaultWidth, win_height = kDefaultHeight; ///< device units
+    int win_x = 0, win_y = 0;                                   ///< device offset
+    std::string title; ///< of the window; file devices write it into their header
+
+    std::array<TransformRect, kTransformCount> windows, viewports;
+    int current_transform = 0;
+    TransformRect ws_viewport; ///< device units
+    Mapping map;
+    ClipRect clip;
+
+    LineState line;
+    MarkerState marker;
+    TextState text;
+    FillState fill;
+    // Not among the attributes that a plot initialisation resets
+    int line_print_bold = 1;  ///< multiplies the line widths of print devices
+    int fill_print_solid = 0; ///< print devices fill black
+    int font_drop = 0;        ///< copies of a drop shadow, window devices
+
+    std::array<ColorSlot, kColorSlots + 1> colors;
+    int max_color = -1;     ///< highest index stored
+    bool inverse = false;   ///< dark on light background, see gset_inverse
+    bool rw_colors = false; ///< window devices: read-write colour cells
+    bool local_colormap = false;
+};
+
+GraphicsState &gstate();
