@@ -1,15 +1,15 @@
 #pragma once
 /// The resource database: named text values, set by resource files, environment and command line.
 
-#include <span>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "lib/resource_table.h"
 
-/// Value text; "" for a resource given without value, null when it was never set. Names compare exactly. The text
-/// is valid until the resource is set again.
+/// Value text; "" for a resource given without value, null when it was never set. Names compare exactly. The
+/// text is valid until the resource is set again.
 const char *RES_get(std::string_view name);
 
 /// The value split at commas (at newlines for the list kind); empty when unset.
@@ -18,14 +18,14 @@ std::vector<std::string> RES_getvals(std::string_view name);
 /// Converts the value. 1 when converted, 0 when unset or not fitting (target unchanged).
 int RES_getval(std::string_view name, int &target, ResourceKind kind = ResourceKind::integer);
 int RES_getval(std::string_view name, float &target);
-/// Text kinds: text, text_copy, directory (with "/" added, "none" gives empty), device (sets the device flag from
-/// the first letter; the target receives what follows the first comma).
+/// Text kinds: text, text_copy, directory (with "/" added, "none" gives empty), device (sets the device flag
+/// from the first letter; the target receives what follows the first comma).
 int RES_getval(std::string_view name, std::string &target, ResourceKind kind);
 
 /// Sets a text resource that belongs to no descriptor.
 int RES_put(std::string_view name, std::string_view value);
-/// Set, or append behind a newline. `index` is the descriptor's position in the program's list or kMissing; a null
-/// value is a switch without value. Return 0.
+/// Set, or append behind a newline. `index` is the descriptor's position in the program's list or kMissing; a
+/// null value is a switch without value. Return 0.
 int RES_new(int index, std::string_view name, const char *value, ResourceKind kind);
 int RES_append(int index, std::string_view name, const char *value, ResourceKind kind);
 
@@ -47,5 +47,7 @@ struct ResourceRecord {
     bool has_value;
     ResourceKind kind;
 };
-std::span<const ResourceRecord> RES_records();
+/// All records in the order of their creation. Records keep their place in memory.
+const std::deque<ResourceRecord> &RES_records();
+/// Takes argv[0] for RES_get_prog and its base name for RES_get_progname.
 void RES_set_program(std::string_view argv0);

@@ -34,8 +34,8 @@ private:
     Kind kind_ = Kind::none;
 };
 
-/// Opens a standard stream for a standard-stream name, a pipe for "|command", else the file, with "~" expanded;
-/// for modes beginning with "w" or "a" missing directories are made. An empty Stream on failure.
+/// Opens a standard stream for a standard-stream name, a pipe for "|command", else the file, with "~"
+/// expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream on failure.
 Stream FILE_open(std::string_view name, const char *mode);
 
 /// 1 for an empty name, "-", "std" or "stdn" (case ignored).
@@ -59,5 +59,6 @@ std::int64_t FILE_modtime(std::string_view name);
 int FILE_delete(std::string_view name);
 int FILE_is_dir(std::string_view name);
 int FILE_is_device(std::string_view name);
-/// Turns "\" into "/" and makes every missing component but the last `skip` with mode 0755. 0, or -1 on failure.
+/// Turns "\" into "/" and makes every missing component but the last `skip` with mode 0755. 0, or -1 on
+/// failure.
 int FILE_make_dir(std::string_view path, int skip);
