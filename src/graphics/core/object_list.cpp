@@ -1,10 +1,12 @@
 #include "graphics/core/object_list.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "graphics/core/error.h"
@@ -23,7 +25,7 @@ struct State {
     ObjectRecord *last = nullptr;
     std::size_t count = 0;
     bool recording = false;
-    void (*pump)() = nullptr;
+    EventPump pump = nullptr;
 } state;
 
 /// Room in the arena; null when memory is out.
@@ -83,6 +85,11 @@ std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *da
 void record_value(ObjectType type, int value) {
     gnew_obj(type, value, 0, nullptr);
 }
+void record_ints(ObjectType type, int first, int second) {
+    const std::array<int, 2> pair{first, second};
+    gnew_obj(type, 1, sizeof pair, pair.data());
+}
+
 void record_float(ObjectType type, float value) {
     gnew_obj(type, 1, sizeof value, &value);
 }
@@ -116,6 +123,6 @@ std::size_t gget_num_objs() {
 const ObjectRecord *gfirst_obj() {
     return state.first;
 }
-void gset_event_pump(void (*pump)()) {
-    state.pump = pump;
+EventPump gset_event_pump(EventPump pump) {
+    return std::exchange(state.pump, pump);
 }

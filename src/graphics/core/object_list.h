@@ -65,6 +65,7 @@ void gclear_objs();
 std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *data);
 /// The same for the kinds of data that occur.
 void record_value(ObjectType type, int value);
+void record_ints(ObjectType type, int first, int second);
 void record_float(ObjectType type, float value);
 void record_rect(ObjectType type, int value, const Rect &r);
 void record_points(ObjectType type, std::span<const Point> points);
@@ -79,4 +80,6 @@ std::size_t gget_num_objs();
 const ObjectRecord *gfirst_obj();
 
 /// What lets a window stay responsive during a long drawing; null for none.
-void gset_event_pump(void (*pump)());
+using EventPump = void (*)();
+/// Returns the previous pump.
+EventPump gset_event_pump(EventPump pump);
