@@ -29,6 +29,21 @@ int gclear_ws(int ws_id, int flag);
 /// 1 when a workstation is open.
 int gchk_graphics();
 
+/// What a plot initialisation is for; the codes are fixed.
+enum class PlotMode : int {
+    none = -1,   ///< nothing is done
+    window = 0,  ///< a new window
+    resized = 1, ///< the window was resized
+    postscript = 2,
+    hpgl = 3,
+    metafile = 4,
+    keep_view = 10 ///< transforms only: the device's size changed, transforms and workstation window stay
+};
+/// Resets the attributes and the transforms.
+void ginit_plot(PlotMode mode);
+/// Resets the transforms: all windows and viewports 0 to 1, transform 0 current, the whole device used.
+void ginit_tran(PlotMode mode);
+
 DeviceKind gget_win_type();
 bool gtype_is_WIN();
 bool gtype_is_PIX();

@@ -1,0 +1,200 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <new>
+#include <vector>
+
+#include "graphics/core/mapping.h"
+#include "graphics/core/state.h"
+#include "graphics/devices/postscript.h"
+#include "graphics/kernel/checks.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/kernel/marker_shapes.h"
+#include "graphics/text/stroke.h"
+
+namespace {
+
+/// Primitives of up to so many points, cells above all, are converted without an allocation.
+constexpr std::size_t kLocalPoints = 10;
+/// Raster units of marker size 1.
+constexpr float kMarkerUnits = 10;
+
+/// Hands the points in print units to `ink`. -1 when memory is out.
+template <typename Ink> int ink_print(const char *operation, std::span<const Point> world, Ink ink) {
+    const Mapping &map = gstate().map;
+    const auto convert = [&map](const Point &p) { return world_to_print(map, p); };
+    if (world.size() <= kLocalPoints) {
+        std::array<Point, kLocalPoints> device;
+        std::transform(world.begin(), world.end(), device.begin(), convert);
+        ink(std::span<const Point>(device.data(), world.size()));
+        return 0;
+    }
+    std::vector<Point> device;
+    try {
+        device.resize(world.size());
+    } catch (const std::bad_alloc &) {
+        gerr_printf(operation, "malloc error\n");
+        return -1;
+    }
+    std::transform(world.begin(), world.end(), device.begin(), convert);
+    ink(std::span<const Point>(device));
+    return 0;
+}
+
+/// Device units of a raster unit: a plotter's and a printer's marker look as large as the window's.
+float marker_unit() {
+    switch (gstate().kind) {
+    case DeviceKind::ps: return 0.72F;
+    case DeviceKind::hpgl: return 10.15F;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 1;
+}
+
+/// Half a marker, rounded, device units.
+float marker_half() {
+    const float size = clamp_coordinate(kMarkerUnits * gstate().marker.size * marker_unit(), kPixelLimit);
+    return std::floor(size / 2 + 0.5F);
+}
+
+/// True when no marker of the set can reach into the window.
+bool markers_outside(std::span<const Point> points, float half) {
+    const Mapping &m = gstate().map;
+    const float scale_x = std::fabs(m.window_to_view.x * m.ws_to_device.x);
+    const float scale_y = std::fabs(m.window_to_view.y * m.ws_to_device.y);
+    return !box_meets(points, m.window, safe_ratio(half, scale_x), safe_ratio(half, scale_y));
+}
+
+void stroke_marker(const MarkerShape &shape, const Point &center, float half) {
+    const float unit = shape.scaled ? half : 1;
+    for (const std::span<const Point> path : shape.paths) {
+        if (path.empty()) continue;
+        std::array<Point, 13> device;
+        std::transform(path.begin(), path.end(), device.begin(), [&](const Point &p) {
+            return Point{center.x + p.x * unit, center.y + p.y * unit};
+        });
+        gps_stroke(std::span<const Point>(device.data(), path.size()));
+    }
+}
+
+void print_markers(std::span<const Point> points, float half) {
+    const GraphicsState &s = gstate();
+    gps_begin_markers(static_cast<int>(points.size()), s.marker.color, s.marker.width);
+    const MarkerShape &shape = marker_shape(s.marker.type);
+    for (const Point &p : points) stroke_marker(shape, world_to_print(s.map, p), half);
+}
+
+} // namespace
+
+int gpolyline(std::span<const Point> points) {
+    constexpr const char *kName = "gpolyline";
+    if (!workstation_open(kName)) return -1;
+    if (points.size() < 2) {
+        gerr_printf(kName, "invalid number of points: %d\n", static_cast<int>(points.size()));
+        return -1;
+    }
+    const GraphicsState &s = gstate();
+    if (!box_meets(points, s.map.window)) return 0;
+    record_points(ObjectType::polyline, points);
+    switch (s.kind) {
+    case DeviceKind::ps:
+        return ink_print(kName, points, [&s](std::span<const Point> device) {
+            gps_polyline(device, s.line.color, s.line.width, s.line.type);
+        });
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
+int gfill_area(std::span<const Point> points) {
+    constexpr const char *kName = "gfill_area";
+    if (!workstation_open(kName)) return -1;
+    const GraphicsState &s = gstate();
+    if (!box_meets(points, s.map.window)) return 0;
+    record_points(ObjectType::fill_area, points);
+    switch (s.kind) {
+    case DeviceKind::ps:
+        // PostScript writes no patterns.
+        if (s.fill.interior != kInteriorSolid) return 0;
+        return ink_print(kName, points,
+                         [&s](std::span<const Point> device) { gps_fill_area(device, s.fill.color); });
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
+int gpolymarker(std::span<const Point> points) {
+    if (!workstation_open("gpolymarker")) return -1;
+    const float half = marker_half();
+    if (markers_outside(points, half)) return 0;
+    record_points(ObjectType::polymarker, points);
+    switch (gstate().kind) {
+    case DeviceKind::ps: print_markers(points, half); break;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
+int gtext(const Point &position, std::string_view string) {
+    if (!workstation_open("gtext")) return -1;
+    if (string.empty() || !std::isfinite(position.x) || !std::isfinite(position.y)) return 0;
+    record_text(ObjectType::text, 1, position, string);
+    return text(string, position.x, position.y);
+}
+
+void gdraw_stroke(std::span<const Point> world) {
+    switch (gstate().kind) {
+    case DeviceKind::ps: ink_print("gtext", world, gps_stroke); break;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+}
+
+int gclear_region(const Rect &world) {
+    constexpr const char *kName = "gclear_region";
+    if (!workstation_open(kName)) return -1;
+    record_rect(ObjectType::clear_region, 1, world);
+    const std::array corners{Point{world.xmin, world.ymin}, Point{world.xmax, world.ymin},
+                             Point{world.xmax, world.ymax}, Point{world.xmin, world.ymax}};
+    switch (gstate().kind) {
+    case DeviceKind::ps: return ink_print(kName, corners, gps_clear_region);
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
+int gmessage(int level, std::string_view text) {
+    if (!workstation_open("gmessage")) return -1;
+    gnew_obj(ObjectType::message, level, text.size(), text.data());
+    switch (gstate().kind) {
+    case DeviceKind::ps: gps_message(text); break;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}

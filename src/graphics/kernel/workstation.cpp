@@ -1,0 +1,194 @@
+#include <cstdlib>
+#include <string>
+
+#include "graphics/core/state.h"
+#include "graphics/core/stroke_output.h"
+#include "graphics/devices/postscript.h"
+#include "graphics/kernel/checks.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/text/font.h"
+#include "lib/stream.h"
+#include "lib/text.h"
+
+namespace {
+
+struct State {
+    Stream error_file; ///< open only when a name was given
+} state;
+
+void begin_text(const Point &world, std::string_view text) {
+    const TextState &attributes = gstate().text;
+    switch (gstate().kind) {
+    case DeviceKind::ps: gps_begin_text(world, text, attributes.color, attributes.width); break;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+}
+
+/// PostScript is requested, but "vyxprint" may send it to a plotter.
+DeviceKind chosen_kind(DeviceKind kind) {
+    const char *const printer = std::getenv("vyxprint");
+    const bool plotter = printer != nullptr && stricmp(printer, "hpgl") == 0;
+    return kind == DeviceKind::ps && plotter ? DeviceKind::hpgl : kind;
+}
+
+int open_postscript(std::string_view device_spec) {
+    PrintPage page;
+    if (gps_open(device_spec, page) != 0) return -1;
+    GraphicsState &s = gstate();
+    s.win_width = page.width;
+    s.win_height = page.height;
+    s.win_x = page.x;
+    s.win_y = page.y;
+    return 0;
+}
+
+int open_device(std::string_view device_spec, DeviceKind kind) {
+    switch (kind) {
+    case DeviceKind::ps: return open_postscript(device_spec);
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    gerr_printf("gopen_ws", "device not available in this version\n");
+    return -1;
+}
+
+int close_device(DeviceKind kind) {
+    switch (kind) {
+    case DeviceKind::ps: return gps_close();
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
+PlotMode plot_mode(DeviceKind kind) {
+    switch (kind) {
+    case DeviceKind::win:
+    case DeviceKind::pix: return PlotMode::window;
+    case DeviceKind::ps: return PlotMode::postscript;
+    case DeviceKind::hpgl: return PlotMode::hpgl;
+    case DeviceKind::meta: return PlotMode::metafile;
+    case DeviceKind::none: break;
+    }
+    return PlotMode::none;
+}
+
+} // namespace
+
+int gopen_gks(std::string_view file_name, int /*buffer_size*/) {
+    if (!file_name.empty()) {
+        state.error_file = FILE_open(file_name, "w");
+        if (!state.error_file) return -1;
+    }
+    gstate().kernel_open = true;
+    return 0;
+}
+
+int gclose_gks() {
+    gstate().kernel_open = false;
+    return state.error_file.close() ? 0 : -1;
+}
+
+int gopen_ws(int /*ws_id*/, std::string_view device_spec, DeviceKind kind) {
+    GraphicsState &s = gstate();
+    if (s.open) {
+        gerr_printf("gopen_ws", "a workstation is already open\n");
+        return -1;
+    }
+    kind = chosen_kind(kind);
+    if (open_device(device_spec, kind) != 0) return -1;
+    s.kind = kind;
+    s.open = true;
+    clear_colors();
+    // A page is complete as it is written; only a window's picture is worth keeping.
+    ginit_objs(gtype_is_WIN_PIX());
+    gset_stroke_output({begin_text, gdraw_stroke});
+    ginit_plot(plot_mode(kind));
+    gsetup_fonts();
+    ginit_background();
+    return 0;
+}
+
+int gclose_ws(int /*ws_id*/) {
+    if (!workstation_open("gclose_ws")) return -1;
+    GraphicsState &s = gstate();
+    const int status = close_device(s.kind);
+    gset_stroke_output({});
+    ginit_objs(false);
+    s.open = false;
+    s.kind = DeviceKind::none;
+    return status;
+}
+
+int gactivate_ws(int /*ws_id*/) {
+    return 0;
+}
+
+int gdeactivate_ws(int /*ws_id*/) {
+    return 0;
+}
+
+int gclear_ws(int /*ws_id*/, int /*flag*/) {
+    if (!workstation_open("gclear_ws")) return -1;
+    return 0; // what a file device has written stays
+}
+
+int gchk_graphics() {
+    return gstate().open ? 1 : 0;
+}
+
+void ginit_plot(PlotMode mode) {
+    if (mode == PlotMode::none) return;
+    greset_line();
+    greset_marker();
+    greset_text();
+    greset_fill();
+    ginit_tran(mode);
+}
+
+void ginit_tran(PlotMode mode) {
+    reset_transforms(mode == PlotMode::keep_view);
+    install_clip();
+}
+
+DeviceKind gget_win_type() {
+    return gstate().kind;
+}
+
+bool gtype_is_WIN() {
+    return gstate().kind == DeviceKind::win;
+}
+
+bool gtype_is_PIX() {
+    return gstate().kind == DeviceKind::pix;
+}
+
+bool gtype_is_WIN_PIX() {
+    return gtype_is_WIN() || gtype_is_PIX();
+}
+
+bool gtype_is_PS() {
+    return gstate().kind == DeviceKind::ps;
+}
+
+bool gtype_is_HPGL() {
+    return gstate().kind == DeviceKind::hpgl;
+}
+
+bool gtype_is_META() {
+    return gstate().kind == DeviceKind::meta;
+}
+
+bool gtype_is_file() {
+    return gtype_is_PS() || gtype_is_HPGL() || gtype_is_META();
+}
