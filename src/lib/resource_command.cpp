@@ -1,0 +1,133 @@
+#include "lib/resource_sources.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <optional>
+
+#include "lib/missing.h"
+#include "lib/resource.h"
+#include "lib/text.h"
+
+namespace {
+
+constexpr std::size_t kLongestKey = 49;
+constexpr int kAllPositions = 10; ///< position of the descriptor that takes every argument left over
+
+using Arguments = std::span<const char *const>;
+
+bool letter_at(const char *text, std::size_t i) {
+    return std::strlen(text) > i && std::isalpha(static_cast<unsigned char>(text[i])) != 0;
+}
+
+/// "-" and a letter. "-1.5" is a value.
+bool begins_option(const char *argument) {
+    return argument[0] == '-' && letter_at(argument, 1);
+}
+
+bool is_option(const char *argument) {
+    return begins_option(argument) || (argument[0] == '-' && argument[1] == '-' && letter_at(argument, 2));
+}
+
+CommandOption split_option(Arguments arguments, std::size_t i) {
+    std::string_view text = arguments[i];
+    text.remove_prefix(std::min(text.find_first_not_of('-'), text.size()));
+    const std::size_t equals = text.find('=');
+    const std::string_view key = text.substr(0, std::min(equals, kLongestKey));
+    if (equals != std::string_view::npos) return {key, text.data() + equals + 1, false};
+    if (i + 1 < arguments.size() && !begins_option(arguments[i + 1])) return {key, arguments[i + 1], true};
+    return {key, nullptr, false};
+}
+
+bool is_title_key(std::string_view key) {
+    return !key.empty() && std::string_view("name").starts_with(key);
+}
+
+bool is_path_key(std::string_view key) {
+    return key.starts_with("default") || key.starts_with("df");
+}
+
+/// The descriptor that a key means: by abbreviation, by name, by the beginning of a name. Nothing for a key
+/// of the first pass, which `skipped` tells.
+std::optional<std::size_t> match_option(std::string_view key, const ResourceProgram &program, bool &skipped) {
+    const auto &descriptors = program.descriptors;
+    const auto first = [&](auto fits) -> std::optional<std::size_t> {
+        const auto found = std::find_if(descriptors.begin(), descriptors.end(), fits);
+        if (found == descriptors.end()) return std::nullopt;
+        return static_cast<std::size_t>(found - descriptors.begin());
+    };
+    using Row = ResourceDescriptor;
+    skipped = false;
+    if (const auto index = first([&](const Row &row) { return stricmp(key, row.option) == 0; })) return index;
+    if (const auto index = first([&](const Row &row) { return stricmp(key, row.name) == 0; })) return index;
+    skipped = is_title_key(key) || is_path_key(key);
+    if (skipped) return std::nullopt;
+    return first([&](const Row &row) { return begins_with(row.name, key); });
+}
+
+bool is_switch(ResourceKind kind) {
+    return kind == ResourceKind::switch_ || kind == ResourceKind::batch || kind == ResourceKind::help;
+}
+
+/// Returns the number of arguments used, 1 or 2.
+std::size_t read_option(Arguments arguments, std::size_t i, const ResourceProgram &program) {
+    CommandOption option = split_option(arguments, i);
+    bool skipped = false;
+    const std::optional<std::size_t> index = match_option(option.key, program, skipped);
+    if (index && option.value_is_next && is_switch(program.descriptors[*index].kind)) {
+        option.value = nullptr;
+        option.value_is_next = false;
+    }
+    if (index)
+        RES_store(program, *index, option.value);
+    else if (!skipped)
+        RES_new(kMissing, option.key, option.value, ResourceKind::text);
+    return option.value_is_next ? 2 : 1;
+}
+
+void read_positional(const char *argument, int position, bool &list_begun, const ResourceProgram &program) {
+    const auto &descriptors = program.descriptors;
+    const auto at = [&](int wanted) {
+        return std::find_if(descriptors.begin(), descriptors.end(),
+                            [wanted](const ResourceDescriptor &row) { return row.position == wanted; });
+    };
+    auto found = at(position);
+    if (found == descriptors.end()) found = at(kAllPositions);
+    if (found == descriptors.end()) return;
+    const auto index = static_cast<std::size_t>(found - descriptors.begin());
+    if (found->position == kAllPositions && list_begun)
+        RES_append(static_cast<int>(index), found->name, argument, found->kind);
+    else
+        RES_store(program, index, argument);
+    list_begun = list_begun || found->position == kAllPositions;
+}
+
+} // namespace
+
+void RES_scan_command(Arguments arguments, ResourceProgram &program) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (!begins_option(arguments[i])) continue;
+        const CommandOption option = split_option(arguments, i);
+        if (is_title_key(option.key)) {
+            RES_new(kMissing, "name", option.value, ResourceKind::text);
+            program.title = option.value != nullptr ? option.value : "";
+        } else if (is_path_key(option.key)) {
+            RES_new(kMissing, "default", option.value, ResourceKind::text);
+        }
+    }
+}
+
+void RES_read_command(Arguments arguments, const ResourceProgram &program) {
+    int position = 0;
+    bool list_begun = false;
+    for (std::size_t i = 0; i < arguments.size();) {
+        const char *argument = arguments[i];
+        if (is_option(argument)) {
+            i += read_option(arguments, i, program);
+            continue;
+        }
+        ++i;
+        if (std::string_view(argument) == "--") continue;
+        read_positional(argument, ++position, list_begun, program);
+    }
+}
