@@ -1,16 +1,12 @@
 #pragma once
-/// The PostScript device. Device units are points (1/72 inch), y upwards. The kernel has clipped to the window,
-/// converted and checked; this device inks. A write error is remembered and reported once, at close.
+/// The PostScript device. Device units are points (1/72 inch), y upwards. The kernel has clipped to the
+/// window, converted and checked; this device inks. A write error is remembered and reported once, at close.
 
 #include <span>
 #include <string_view>
 
 #include "graphics/core/types.h"
-
-struct PrintPage {
-    int width = 0, height = 0; ///< drawing area, device units
-    int x = 0, y = 0;          ///< its offset
-};
+#include "graphics/devices/print_setup.h"
 
 /// Opens the output named by the specification's first field (or the environment) and writes the prologue.
 /// -1 after a message when it cannot be opened.

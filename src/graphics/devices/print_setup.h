@@ -1,0 +1,71 @@
+#pragma once
+/// What the print and metafile devices share when they open: output names, option words, placing by geometry.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lib/stream.h"
+
+/// How an output name asks to be opened.
+enum class PrintOutputKind { create, append, pipe };
+
+/// "|command" pipes into a command, "+name" appends to a file, any other name creates one.
+struct PrintOutput {
+    PrintOutputKind kind = PrintOutputKind::create;
+    std::string name; ///< without the leading "+" or "|"
+};
+
+PrintOutput parse_print_output(std::string_view name);
+/// Opens the output; an empty Stream on failure.
+Stream open_print_output(const PrintOutput &output);
+/// Says where the output goes: "Spooling to", "Appending to" or "Creating", at level kMess.
+void report_print_output(const PrintOutput &output);
+
+/// The fields of a comma-separated device specification; empty fields between commas are kept.
+std::vector<std::string> split_device_spec(std::string_view spec);
+/// Field 1 when not empty, else the first of the environment variables that is set and not empty, else
+/// `fallback`.
+std::string print_file_name(const std::vector<std::string> &spec,
+                            std::initializer_list<const char *> variables, std::string_view fallback);
+
+/// The text behind a keyword and the one character that follows it: "scale=2" and "scale:2" with "scale" give
+/// "2". Case is ignored; nullopt when the word does not begin so.
+std::optional<std::string_view> option_value(std::string_view word, std::string_view keyword);
+
+/// Page width and height in inches.
+struct PageInches {
+    float width = 0, height = 0;
+};
+/// From "sz=8.5x11" or a paper name, whatever the case. nullopt for any other word and for sizes outside
+/// kSmallestPage to kLargestPage.
+std::optional<PageInches> parse_page_size(std::string_view word);
+
+/// A page must be larger than the margin of half an inch that drawing areas leave.
+inline constexpr float kPageMargin = 0.5F;
+inline constexpr float kSmallestPage = 1.0F;
+inline constexpr float kLargestPage = 1000.0F;
+
+/// Drawing area of a file device, device units.
+struct PrintPage {
+    int width = 0, height = 0;
+    int x = 0, y = 0; ///< its offset, y upwards
+};
+
+/// Units of the numbers of a plain geometry "WxH+X+Y" and where its position counts from.
+struct GeometryUnits {
+    float scale = 1;                ///< device units per number
+    int offset_x = 0, offset_y = 0; ///< added to a position given
+};
+
+/// Places the drawing area: "P" and panel values "WxH+X+Y" (fractions, or a grid counted from the top left
+/// when W is above 1), "WxH+X+Y", only the size "WxH", or only the position "+X+Y". What does not fit changes
+/// nothing.
+void place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
+/// The "geometry" resource, else the first of the environment variables that is set; empty when none is.
+std::string print_geometry(std::initializer_list<const char *> variables);
+
+/// Local time as "Thu Jul  3 18:30:00 2003\n", in English whatever the locale.
+std::string local_time_text();
