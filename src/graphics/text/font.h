@@ -10,8 +10,8 @@
 void gsetup_fonts();
 /// Loads a font file (searched along "file_path"). 0, or -1 with a message; then text draws nothing.
 int read_font(std::string_view name);
-/// Loads entry `font` (from 1) of the font list. 0 also when the list is empty (nothing is loaded then); -1 with a
-/// message for a number outside the list or a font that cannot be loaded.
+/// Loads entry `font` (from 1) of the font list. 0 also when the list is empty (nothing is loaded then); -1
+/// with a message for a number outside the list or a font that cannot be loaded.
 int gload_font(int font);
 /// 1-based position of a font in the list, a number as it stands, else 1.
 int gget_font_index(std::string_view name);
@@ -19,6 +19,7 @@ int gget_font_index(std::string_view name);
 int GPH_text_font(std::string_view name);
 /// Name of the default font, at most 19 characters.
 void GPH_set_def_font(std::string_view name);
+const std::string &gget_def_font();
 
 /// Width in world units that `text` takes with the current text attributes.
 float gtext_width(std::string_view text);

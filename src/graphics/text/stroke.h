@@ -3,6 +3,6 @@
 
 #include <string_view>
 
-/// Draws a string at a world point of the current transform with the current text attributes, as runs handed to
-/// core/stroke_output.h. Draws nothing while no stroke font is loaded. Always 0.
+/// Draws a string at a world point of the current transform with the current text attributes, as runs handed
+/// to core/stroke_output.h. Draws nothing while no stroke font is loaded. Always 0.
 int text(std::string_view string, float x, float y);

@@ -1,0 +1,9 @@
+modern modern.fnt
+heavy heavy.fnt
+roman roman.fnt
+romans romans.fnt
+romand romand.fnt
+bold bold.fnt
+italic italic.fnt
+greek greek.fnt
+gothic gothic.fnt

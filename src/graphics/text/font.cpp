@@ -1,0 +1,166 @@
+#include "graphics/text/font.h"
+
+#include <algorithm>
+#include <cctype>
+#include <vector>
+
+#include "graphics/core/error.h"
+#include "graphics/core/state.h"
+#include "graphics/text/current_font.h"
+#include "lib/message.h"
+#include "lib/resource.h"
+#include "lib/scan.h"
+#include "lib/stream.h"
+#include "lib/text.h"
+
+namespace {
+
+constexpr std::string_view kListFile = "vyx.fnl";
+constexpr std::string_view kFallbackFont = "modern.fnt";
+constexpr std::size_t kMaxFonts = 40, kMaxNamedListFonts = 10;
+constexpr std::size_t kMaxName = 9, kMaxFile = 105, kMaxDefaultName = 19;
+/// Several times the longest text of a font that fits its table.
+constexpr std::size_t kMaxFontFileBytes = std::size_t{1} << 20;
+
+struct FontEntry {
+    std::string name, file;
+};
+
+struct State {
+    std::vector<FontEntry> list;
+    StrokeFont font;
+    std::string loaded_file; ///< that `font` came from; empty when none is loaded
+    std::string default_name;
+};
+
+State state;
+
+/// Opens a file along "file_path" for reading; never a standard stream, which could wait for the terminal.
+Stream open_in_file_path(std::string_view name) {
+    if (FILE_is_stdio(name)) return {};
+    std::string directory;
+    RES_getval("file_path", directory, ResourceKind::directory);
+    return FILE_open(FILE_add_path(directory, name), "r");
+}
+
+void add_font(std::string_view name, std::string_view file) {
+    if (name.empty() || file.empty() || state.list.size() >= kMaxFonts) return;
+    state.list.push_back({std::string(name.substr(0, kMaxName)), std::string(file.substr(0, kMaxFile))});
+}
+
+/// One line of "vyx.fnl": a name, and the rest as the file's name.
+void add_line(std::string_view line) {
+    Scanner scan(line);
+    if (const auto name = scan.word()) add_font(*name, trimmed(scan.rest()));
+}
+
+/// Words of a named list file, a name and a file each.
+void add_words(Stream &stream) {
+    std::string line, text;
+    while (stream.get_line(line) && text.size() < kMaxFontFileBytes) text += line + '\n';
+    Scanner scan(text);
+    while (state.list.size() < kMaxNamedListFonts) {
+        const auto name = scan.word();
+        const auto file = scan.word();
+        if (!name || !file) return;
+        add_font(*name, *file);
+    }
+}
+
+void read_named_list(std::string_view name) {
+    Stream stream = open_in_file_path(name);
+    if (!stream) {
+        MESS_print(kWarn, "gsetup_fonts: unable to load font list file: %s\n", std::string(name).c_str());
+        return;
+    }
+    add_words(stream);
+}
+
+void read_default_list() {
+    Stream stream = open_in_file_path(kListFile);
+    std::string line;
+    for (std::size_t count = 0; stream && count < kMaxFonts && stream.get_line(line); ++count) add_line(line);
+}
+
+void read_list() {
+    constexpr std::string_view file_mark = "fi:";
+    state.list.clear();
+    const char *resource = RES_get("font_list");
+    const std::string_view named = resource ? resource : "";
+    if (named.empty()) {
+        read_default_list();
+    } else if (begins_with(named, file_mark)) {
+        read_named_list(named.substr(file_mark.size()));
+    } else {
+        for (const std::string &name : parse_string(named, ',')) add_font(trimmed(name), trimmed(name));
+    }
+}
+
+std::optional<StrokeFont> load_file(std::string_view name) {
+    Stream stream = open_in_file_path(name);
+    if (!stream) return std::nullopt;
+    const std::vector<std::byte> bytes = stream.read_all(kMaxFontFileBytes);
+    std::string content(bytes.size(), '\0');
+    std::ranges::transform(bytes, content.begin(), [](std::byte b) { return static_cast<char>(b); });
+    return parse_stroke_font(content);
+}
+
+} // namespace
+
+const StrokeFont &current_stroke_font() {
+    return state.font;
+}
+
+int read_font(std::string_view name) {
+    constexpr char window_font_mark = '#';
+    state.font = StrokeFont{};
+    state.loaded_file.clear();
+    if (name.starts_with(window_font_mark)) {
+        MESS_print(kWarn, "read_font: unable to load font: %s\n", std::string(name.substr(1)).c_str());
+        return -1;
+    }
+    auto font = load_file(name);
+    if (!font) {
+        MESS_print(kWarn, "read_font: unable to load font file: %s\n", std::string(name).c_str());
+        return -1;
+    }
+    state.font = std::move(*font);
+    state.loaded_file = name;
+    return 0;
+}
+
+void gsetup_fonts() {
+    read_list();
+    const auto wanted = static_cast<std::size_t>(std::max(gstate().text.font, 1));
+    if (state.list.empty())
+        read_font(kFallbackFont);
+    else
+        read_font(state.list[wanted <= state.list.size() ? wanted - 1 : 0].file);
+}
+
+int gload_font(int font) {
+    if (state.list.empty()) return 0;
+    if (font < 1 || static_cast<std::size_t>(font) > state.list.size()) {
+        gerr_printf("gset_fontprec", "invalid font id: %d\n", font);
+        return -1;
+    }
+    const std::string &file = state.list[static_cast<std::size_t>(font) - 1].file;
+    return file == state.loaded_file ? 0 : read_font(file);
+}
+
+int gget_font_index(std::string_view name) {
+    if (!name.empty() && std::isdigit(static_cast<unsigned char>(name.front())))
+        return Scanner(name).integer().value_or(1);
+    const std::string_view kept = name.substr(0, kMaxName);
+    const auto found = std::ranges::find_if(
+        state.list, [&](const FontEntry &entry) { return stricmp(entry.name, kept) == 0; });
+    return found == state.list.end() ? 1 : static_cast<int>(found - state.list.begin()) + 1;
+}
+
+const std::string &gget_def_font() {
+    return state.default_name;
+}
+
+void GPH_set_def_font(std::string_view name) {
+    state.default_name = name.substr(0, kMaxDefaultName);
+}
