@@ -1,6 +1,7 @@
 #pragma once
 /// Level values and the fill attributes that a value gets. Every data plotter looks its colours up here.
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -51,6 +52,9 @@ void CONT_set_plot_offset(float x, float y);
 /// Fill attributes of a value; colour kColorBackground: draw nothing.
 void CONT_get_fill_attrib(Attribute &record, float value);
 void CONT_get_fill_attrib_ind(int index, Attribute &record);
+/// Position of a value among the fill attributes when levels are base + k x interval; nothing without colours or
+/// interval.
+std::optional<std::size_t> CONT_level_index(float value, float base, float interval);
 /// Applies the resource "plot_param".
 void CONT_param_decode();
 /// A rounded interval for about `count` levels.

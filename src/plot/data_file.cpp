@@ -1,0 +1,18 @@
+#include "plot/data_file.h"
+
+#include <string>
+
+#include "lib/resource.h"
+#include "lib/text.h"
+
+Stream PLT_open_data_file(std::string_view name) {
+    std::string directory;
+    RES_getval("file_path", directory, ResourceKind::directory);
+    return FILE_open(FILE_add_path(directory, name), "r");
+}
+
+bool PLT_read_line(Stream &stream, std::string &line, std::size_t most) {
+    if (!stream.get_line(line)) return false;
+    line = std::string(trimmed(std::string_view(line).substr(0, most)));
+    return true;
+}

@@ -1,0 +1,13 @@
+#pragma once
+/// Text files that come with the program (colour tables, fill levels): found along the resource "file_path".
+
+#include <string_view>
+
+#include "lib/stream.h"
+
+/// Opens a file for reading; an empty Stream when it cannot be opened.
+Stream PLT_open_data_file(std::string_view name);
+
+/// The next line without line end and surrounding blanks, cut at `most` characters as they stand in the file.
+/// False at the end.
+bool PLT_read_line(Stream &stream, std::string &line, std::size_t most);
