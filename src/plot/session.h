@@ -53,12 +53,15 @@ Rect PLT_get_view_offsets();
 /// The plot area in NDC.
 Rect PLT_get_view();
 DeviceKind PLT_get_work_type();
+/// Full-label mode: labels and bar stand inside the plot area.
+void PLT_set_full_lab(int on);
 int PLT_get_full_lab();
 
 /// Shows a status text on the workstation.
 int PLT_mess(const char *format, ...) __attribute__((format(printf, 1, 2)));
 /// On the event "v-Alt" prints the place under the cursor at level 8.
 int PLT_print_location(std::string_view event, float x, float y);
+/// Draws the border of the plot area with the labels (1, as at the start) or not (0).
 void PLT_border(int on);
 /// Nothing is to be drawn: no plot component is on, or the plot type is "none".
 bool PLT_nothing_to_draw();

@@ -1,0 +1,242 @@
+#include "plot/session_params.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "graphics/devices/postscript.h"
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/text/font.h"
+#include "lib/date.h"
+#include "lib/file_naming.h"
+#include "lib/message.h"
+#include "lib/resource.h"
+#include "lib/scan.h"
+#include "lib/text.h"
+#include "plot/city.h"
+#include "plot/levels.h"
+#include "plot/map_settings.h"
+#include "plot/region.h"
+#include "plot/session.h"
+
+namespace {
+
+struct State {
+    bool images_refused = false; ///< the user has been told that no image is written
+    int shadow = 0;              ///< copies of the texts' drop shadow
+} state;
+
+/// Rows and columns of panels that a page can be divided into.
+constexpr float kMostPanels = 8;
+constexpr int kDefaultShadow = 4;
+
+enum class Param {
+    full,
+    full_labels,
+    no_page,
+    page,
+    no_redraw,
+    id_name,
+    id_wmo,
+    id_coded_wmo,
+    time_zone,
+    overlays,
+    lat_lon_lines,
+    plot_skip,
+    plot_offset,
+    local_priority,
+    panel,
+    font,
+    image_option,
+    inverse,
+    local_colors,
+    shared_colors,
+    rw_colors,
+    ro_colors,
+    ps_color,
+    ps_reverse,
+    bar,
+    no_bar,
+    shadow,
+    min_size,
+    image
+};
+
+struct ParamWord {
+    std::string_view word;
+    bool prefix; ///< a value may follow the word and one separator character
+    Param param;
+};
+/// The first word that fits wins.
+constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
+                                 ParamWord{"fullab", false, Param::full_labels},
+                                 ParamWord{"nopage", false, Param::no_page},
+                                 ParamWord{"page", false, Param::page},
+                                 ParamWord{"noredraw", false, Param::no_redraw},
+                                 ParamWord{"id", false, Param::id_name},
+                                 ParamWord{"wmo", false, Param::id_wmo},
+                                 ParamWord{"cod_wmo", false, Param::id_coded_wmo},
+                                 ParamWord{"tz", true, Param::time_zone},
+                                 ParamWord{"over", true, Param::overlays},
+                                 ParamWord{"lalo", true, Param::lat_lon_lines},
+                                 ParamWord{"plt_skip", true, Param::plot_skip},
+                                 ParamWord{"plt_off", true, Param::plot_offset},
+                                 ParamWord{"loc_pr", true, Param::local_priority},
+                                 ParamWord{"vp_size", true, Param::panel},
+                                 ParamWord{"font", true, Param::font},
+                                 ParamWord{"gif_inter", false, Param::image_option},
+                                 ParamWord{"gif_norm", false, Param::image_option},
+                                 ParamWord{"gif_trans", false, Param::image_option},
+                                 ParamWord{"inv", false, Param::inverse},
+                                 ParamWord{"lcmap", false, Param::local_colors},
+                                 ParamWord{"nolcmap", false, Param::shared_colors},
+                                 ParamWord{"rwclr", false, Param::rw_colors},
+                                 ParamWord{"norwclr", false, Param::ro_colors},
+                                 ParamWord{"pscolor", false, Param::ps_color},
+                                 ParamWord{"psrev", false, Param::ps_reverse},
+                                 ParamWord{"bar", true, Param::bar},
+                                 ParamWord{"nobar", false, Param::no_bar},
+                                 ParamWord{"shadow", true, Param::shadow},
+                                 ParamWord{"min_size", true, Param::min_size},
+                                 ParamWord{"gif", true, Param::image},
+                                 ParamWord{"png", true, Param::image},
+                                 ParamWord{"img", true, Param::image},
+                                 ParamWord{"xwd", true, Param::image}};
+
+void refuse_image(const std::string &item) {
+    if (state.images_refused) return;
+    MESS_print(kWarn, "PLT_param_decode: image files are not written by this version: %s\n", item.c_str());
+    state.images_refused = true;
+}
+
+void set_overlays(std::string_view value) {
+    Scanner scan(value);
+    if (const auto base = scan.integer()) PLT_set_overlay_base(*base);
+    scan.literal(':');
+    if (const auto count = scan.integer()) PLT_set_num_overlay(*count);
+}
+
+void set_lat_lon_lines(std::string_view value) {
+    Scanner scan(value);
+    const auto lat = scan.real();
+    scan.literal(':');
+    const auto lon = scan.real();
+    scan.literal(':');
+    const auto extra = scan.integer();
+    scan.literal(':');
+    const auto dot = scan.integer();
+    if (lat) MAP_latlon(dot.value_or(0), extra.value_or(0), *lat, lon.value_or(*lat));
+}
+
+void set_plot_skip(std::string_view value) {
+    Scanner scan(value);
+    const auto x = scan.integer();
+    scan.literal(':');
+    if (x) CONT_set_skip(*x, scan.integer().value_or(*x));
+}
+
+void set_plot_offset(std::string_view value) {
+    Scanner scan(value);
+    const auto x = scan.real();
+    scan.literal(':');
+    if (x) CONT_set_plot_offset(*x, scan.real().value_or(*x));
+}
+
+/// "columns x rows + column + row", rows counted from the top; a column count up to 1 makes all four
+/// fractions of the page.
+void set_panel(std::string_view value) {
+    Scanner scan(value);
+    const auto columns = scan.real();
+    scan.literal('x');
+    const auto rows = scan.real();
+    scan.literal('+');
+    const auto column = scan.real();
+    scan.literal('+');
+    const auto row = scan.real();
+    if (scan.failed()) return;
+    if (*columns <= 1) {
+        GPH_set_view_size(*columns, *rows, *column, *row);
+        return;
+    }
+    const float across = std::min(*columns, kMostPanels);
+    const float down = std::clamp(*rows, 1.0F, kMostPanels);
+    GPH_set_view_size(1 / across, 1 / down, *column / across, 1 - (*row + 1) / down);
+}
+
+void set_bar(std::string_view value) {
+    CONT_set_bar(2);
+    Scanner scan(value);
+    const auto min = scan.real();
+    scan.literal(':');
+    const auto max = scan.real();
+    if (!scan.failed()) CONT_set_bar_range(*max, *min);
+}
+
+/// `value` is what follows the word and one separator; empty when nothing does.
+void apply(Param param, std::string_view value, const std::string &item) {
+    const std::optional<int> number = Scanner(value).integer();
+    switch (param) {
+    case Param::full: PLT_set_view_offset(0); break;
+    case Param::full_labels:
+        PLT_set_view_offset(0);
+        PLT_set_full_lab(1);
+        break;
+    case Param::no_page: MESS_set_page(0); break;
+    case Param::page: MESS_set_page(1); break;
+    case Param::no_redraw: gset_redraw(0); break;
+    case Param::id_name: CTY_set_id_type(0); break;
+    case Param::id_wmo: CTY_set_id_type(1); break;
+    case Param::id_coded_wmo: CTY_set_id_type(2); break;
+    case Param::time_zone: DATE_set_TZ(value); break;
+    case Param::overlays: set_overlays(value); break;
+    case Param::lat_lon_lines: set_lat_lon_lines(value); break;
+    case Param::plot_skip: set_plot_skip(value); break;
+    case Param::plot_offset: set_plot_offset(value); break;
+    case Param::local_priority:
+        if (number) DOM_set_loc_prior(*number);
+        break;
+    case Param::panel: set_panel(value); break;
+    case Param::font:
+        if (!value.empty()) GPH_set_def_font(value);
+        break;
+    case Param::image_option: break;
+    case Param::inverse: gset_inverse(1); break;
+    case Param::local_colors: gset_local_colormap(1); break;
+    case Param::shared_colors: gset_local_colormap(0); break;
+    case Param::rw_colors: gset_rw_colors(1); break;
+    case Param::ro_colors: gset_rw_colors(0); break;
+    case Param::ps_color:
+        gps_set_colorPS(true);
+        gset_inverse(1);
+        break;
+    case Param::ps_reverse: gps_set_reverse(true); break;
+    case Param::bar: set_bar(value); break;
+    case Param::no_bar: CONT_set_bar(kBarOff); break;
+    case Param::shadow: state.shadow = number.value_or(0) < 1 ? kDefaultShadow : *number; break;
+    case Param::min_size: FILE_set_min_size(std::max(number.value_or(0), 0)); break;
+    case Param::image: refuse_image(item); break;
+    }
+}
+
+} // namespace
+
+void PLT_param_decode() {
+    for (const std::string &given : RES_getvals("plot_param")) {
+        const std::string item(trimmed(given));
+        for (const ParamWord &word : kParamWords) {
+            if (word.prefix ? !begins_with(item, word.word) : stricmp(item, word.word) != 0) continue;
+            const std::size_t used = std::min(word.word.size() + 1, item.size());
+            apply(word.param, std::string_view(item).substr(used), item);
+            break;
+        }
+    }
+    for (const std::string &item : RES_getvals("out_file"))
+        if (begins_with(item, "gif") || begins_with(item, "png")) refuse_image(item);
+}
+
+void PLT_param_apply() {
+    if (state.shadow > 0) gset_font_drop(state.shadow);
+}

@@ -1,0 +1,51 @@
+#include "plot/setup.h"
+
+#include <string>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/kernel/session.h"
+#include "graphics/text/font.h"
+#include "lib/flag.h"
+#include "lib/resource.h"
+#include "plot/color_table.h"
+
+namespace {
+
+/// The user's title, else the program's name as the user gave it, else its own.
+std::string window_title() {
+    const char *title = RES_get("title");
+    if (title && *title) return title;
+    const char *name = RES_get("name");
+    if (name && *name == '+') ++name;
+    if (name && *name) return name;
+    return RES_get_progname();
+}
+
+DeviceKind chosen_device() {
+    const int flag = FLAG_get(kFlagDevice);
+    if (flag > 0) return static_cast<DeviceKind>(flag);
+    return FLAG_batch() ? DeviceKind::win : DeviceKind::none;
+}
+
+} // namespace
+
+int GPH_setup(int &ws_id, DeviceKind &device, Rect &panel, float aspect) {
+    std::string spec;
+    RES_getval("device", spec, ResourceKind::device);
+    device = chosen_device();
+    GPH_set_win_title(window_title());
+    CLR_read_table("");
+    GPH_begin(ws_id, spec, device);
+    return GPH_reset(ws_id, device, panel, aspect);
+}
+
+int GPH_reset(int ws_id, DeviceKind, Rect &panel, float aspect) {
+    gclear_ws(ws_id, 1);
+    GPH_trans(0);
+    GPH_set_maxview(ws_id);
+    GPH_panel(ws_id, panel, aspect);
+    CLR_load_kernel();
+    GPH_text_font("");
+    return 0;
+}
