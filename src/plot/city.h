@@ -7,10 +7,10 @@
 #include "plot/domain.h"
 
 struct CityEntry {
-    std::string name;       ///< at most 20 characters
+    std::string name; ///< at most 20 characters
     std::string state, country;
-    std::string id;         ///< at most 9 characters
-    int priority = 0;       ///< 0 to 9
+    std::string id;                           ///< at most 9 characters
+    int priority = 0;                         ///< 0 to 9
     char star_before = ' ', star_after = ' '; ///< '*' or blank
     float lat = kMissingF, lon = kMissingF;   ///< degrees, north and east positive
     float elevation = kMissingF;              ///< metres
@@ -28,7 +28,8 @@ struct CityStation {
     CityEntry entry; ///< the full entry (mode 1)
 };
 
-/// Opens the database (resource "city_file" first); `count` receives an estimate of its entries. Descriptor, or -1.
+/// Opens the database (resource "city_file" first); `count` receives an estimate of its entries. Descriptor,
+/// or -1.
 int CTY_open_file(const char *name, int &count);
 int CTY_open(std::string_view path, int mode, int type);
 /// Number of fields converted; -1 at the end of the file or without an open file.

@@ -5,10 +5,14 @@
 #include "lib/resource.h"
 #include "lib/text.h"
 
-Stream PLT_open_data_file(std::string_view name) {
+std::string PLT_data_file_path(std::string_view name) {
     std::string directory;
     RES_getval("file_path", directory, ResourceKind::directory);
-    return FILE_open(FILE_add_path(directory, name), "r");
+    return FILE_add_path(directory, name);
+}
+
+Stream PLT_open_data_file(std::string_view name) {
+    return FILE_open(PLT_data_file_path(name), "r");
 }
 
 bool PLT_read_line(Stream &stream, std::string &line, std::size_t most) {

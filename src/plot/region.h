@@ -6,11 +6,11 @@
 
 #include "plot/domain.h"
 
-/// Parses a domain string. 1 explicit domain, 2 region, kMissing for an empty text or "miss", -1 (with a warning)
-/// when invalid. Sets the domain flag, file-naming key 'r' and the base priority.
+/// Parses a domain string. 1 explicit domain, 2 region, kMissing for an empty text or "miss", -1 (with a
+/// warning) when invalid. Sets the domain flag, file-naming key 'r' and the base priority.
 int DOM_decode(std::string_view text, PlotDomain &domain);
-/// Non-interactive choice from the resources; see docs for the modes. 0 with a not-given domain when nothing is set. An
-/// invalid resource ends the program with kExitRegion.
+/// Non-interactive choice from the resources; see docs for the modes. 0 with a not-given domain when nothing
+/// is set. An invalid resource ends the program with kExitRegion.
 int DOM_get_region(PlotDomain &domain, int mode);
 /// Interactive choice; 0 for "back" or when already chosen, -1 after five unusable answers.
 int DOM_prompt_region(PlotDomain &domain, int mode);

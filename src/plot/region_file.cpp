@@ -1,0 +1,73 @@
+#include "plot/region_file.h"
+
+#include <vector>
+
+#include "lib/message.h"
+#include "lib/scan.h"
+#include "lib/text.h"
+#include "plot/data_file.h"
+#include "plot/region.h"
+
+namespace {
+
+constexpr unsigned kFileTrace = 0x80000000;
+constexpr std::size_t kLongestLine = 500;
+constexpr std::size_t kDescriptionLength = 20;
+
+RegionLine decode_line(std::string_view text) {
+    RegionLine line;
+    Scanner scan(text);
+    for (const auto &word : {scan.word(), scan.word(), scan.word(), scan.word()}) {
+        if (!word) break;
+        switch (++line.words) {
+        case 1: line.abbreviation = line.domain = *word; break;
+        case 2:
+            line.description = word->substr(0, kDescriptionLength);
+            line.domain.clear();
+            break;
+        case 3: line.menu_flag = Scanner(*word).integer().value_or(0); break;
+        default: line.domain = *word;
+        }
+    }
+    fill_string(line.description, '_', ' ');
+    return line;
+}
+
+} // namespace
+
+Stream open_region_file(std::string_view name) {
+    const std::string path = PLT_data_file_path(name);
+    Stream stream = FILE_open(path, "r");
+    if (!stream) MESS_print(kFileTrace, "Unable to open region file: %s\n", path.c_str());
+    return stream;
+}
+
+std::optional<RegionLine> read_region_line(Stream &stream) {
+    std::string text;
+    while (stream.get_line(text)) {
+        if (text.starts_with('#')) continue;
+        RegionLine line = decode_line(std::string_view(text).substr(0, kLongestLine));
+        if (line.words > 0) return line;
+    }
+    return std::nullopt;
+}
+
+int DOM_search_file(std::string_view file, std::string_view key, std::string &out) {
+    Stream stream = open_region_file(file);
+    if (!stream) return 0;
+    while (const auto line = read_region_line(stream)) {
+        if (line->domain.empty()) continue;
+        if (line->words > 1 && !key.empty() && stricmp(key, line->abbreviation) != 0) continue;
+        out = line->domain;
+        return 1;
+    }
+    return 0;
+}
+
+void DOM_print_file(std::string_view file) {
+    Stream stream = open_region_file(file);
+    if (!stream) return;
+    MESS_print(kPrint, " Abbr    Description\n");
+    while (const auto line = read_region_line(stream))
+        MESS_print(kPrint, "%-8s %-50s\n", line->abbreviation.c_str(), line->description.c_str());
+}
