@@ -1,0 +1,196 @@
+/// The product image: radial bins, raster boxes, and the vectors, barbs and texts of the symbology block.
+
+#include "radar/nids/image.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "lib/flag.h"
+#include "plot/attribute.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/session.h"
+#include "plot/wind.h"
+#include "radar/nids/grid_file.h"
+#include "radar/nids/levels.h"
+#include "radar/nids/plot.h"
+#include "radar/nids/reader.h"
+#include "radar/nids/state.h"
+
+namespace {
+
+/// Each bin reaches a little over the next radial, so that no gap shows between them.
+constexpr float kRadialOverlapDeg = 0.01F;
+constexpr int kPrecipArrayCode = 81;
+/// Symbol positions on a map are stored in quarter kilometres from the radar.
+constexpr float kPlanePerSymbolUnit = 0.25F / 100.0F;
+constexpr float kSymbolScreen = 512.0F; ///< symbol units across the product's screen
+constexpr float kTextUnits = 8.0F;
+constexpr float kBarbUnits = 20.0F;
+
+bool is_radial(int packet) { return packet == kPacketRadial || packet == kPacketDigitalRadial; }
+bool is_raster(int packet) { return packet == kPacketRaster || packet == kPacketDigitalPrecip; }
+bool is_vector(int packet) { return packet == kPacketVector || packet == kPacketVectorValue; }
+bool is_text(int packet) { return packet == kPacketText || packet == kPacketTextValue; }
+
+void draw_radials(int packet, const CellFrame &frame, const LevelInk &ink, const CellSink &sink) {
+    const NidsPlotState &state = NIDS_state();
+    const auto skip = static_cast<std::size_t>(std::clamp(state.options.clutter, 0.0F, 100000.0F));
+    RadialCells cells(frame);
+    std::vector<std::uint8_t> levels;
+    float start = 0;
+    float delta = 0;
+    while (NIDS_get_radial(start, delta) == 1) {
+        levels.clear();
+        if (packet == kPacketDigitalRadial) {
+            for (const std::byte level : NIDS_get_data_bytes()) levels.push_back(std::to_integer<std::uint8_t>(level));
+        } else {
+            NidsRun run;
+            while (NIDS_get_data(run) == 1)
+                levels.insert(levels.end(), static_cast<std::size_t>(run.length), static_cast<std::uint8_t>(run.level));
+        }
+        const float a = frame.plane_azimuth(start);
+        cells.draw(a, a + delta + kRadialOverlapDeg, 0.0F, state.info.domain.dx, levels, skip, ink, sink);
+    }
+}
+
+/// Precipitation arrays hold decibels of hundredths of an inch.
+float raster_value(int code, float value) {
+    if (code != kPrecipArrayCode || is_missing(value)) return value;
+    return std::pow(10.0F, value / 10.0F) / 100.0F;
+}
+
+void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const CellSink &sink, NidsGridFile *grid) {
+    const NidsInfo &info = NIDS_state().info;
+    const float size = info.domain.dx;
+    const float left = frame.radar().x - static_cast<float>(info.columns - 1) / 2.0F * size;
+    float top = frame.radar().y + static_cast<float>(info.rows - 1) / 2.0F * size;
+    while (NIDS_get_rastor() == 1) {
+        int column = 0;
+        NidsRun run;
+        while (NIDS_get_data(run) == 1) {
+            const int count = static_cast<int>(run.length);
+            const auto level = static_cast<std::uint8_t>(run.level);
+            if (grid != nullptr) grid->write(raster_value(code, run.value), count);
+            if (ink[level].color >= 0)
+                CELL_draw_boxes(frame, left + static_cast<float>(column) * size, top, size, count, level, sink);
+            column += count;
+        }
+        top -= size;
+    }
+}
+
+/// Plot point of a symbol position: on the product's own screen the pair is a point of it, on a map it counts from the
+/// radar.
+Point symbol_point(float i, float j, const Point &radar) {
+    Point p{kMissingF, kMissingF};
+    if (!is_map_projection(MAP_get_proj()))
+        MAP_tran(p.x, p.y, i, j);
+    else if (!is_missing(radar.x))
+        p = {radar.x + i * kPlanePerSymbolUnit, radar.y + j * kPlanePerSymbolUnit};
+    return p;
+}
+
+/// Length of a screen unit on the plot.
+float symbol_unit() {
+    if (!is_map_projection(MAP_get_proj())) return 1.0F;
+    return GPH_get_win(2).height() / kSymbolScreen;
+}
+
+void draw_symbols(int packet, const Point &radar, const Attribute &data, const Attribute &grid) {
+    if (is_vector(packet)) {
+        GPH_line_attr(&grid);
+        NidsVector v{};
+        while (NIDS_get_vector(v) == 1) {
+            const Point a = symbol_point(v.i1, v.j1, radar);
+            const Point b = symbol_point(v.i2, v.j2, radar);
+            if (!is_missing(a.x) && !is_missing(b.x)) GPH_line(a.x, a.y, b.x, b.y);
+        }
+    } else if (packet == kPacketWind) {
+        NidsWind wind{};
+        while (NIDS_get_wind(wind) == 1) {
+            const Point p = symbol_point(wind.i, wind.j, radar);
+            Attribute ink;
+            CONT_get_fill_attrib(ink, wind.value);
+            if (ink.color < 0 || is_missing(p.x)) continue;
+            GPH_fill_attr(&ink);
+            GPH_line_attr(&ink);
+            WIND_barb(p.x, p.y, wind.direction, wind.speed, kBarbUnits * symbol_unit(), 0.0F);
+        }
+    } else if (is_text(packet)) {
+        NidsText text;
+        NIDS_get_text(text);
+        const Point p = symbol_point(text.i, text.j, radar);
+        if (data.color < 0 || is_missing(p.x)) return;
+        GPH_text_attr(&data, kTextUnits * symbol_unit());
+        GPH_text_align(kAlignLeft, kAlignCap);
+        gtext(p, text.text);
+    }
+}
+
+} // namespace
+
+void NIDS_choose_levels(const NidsInfo &info) {
+    CONT_param_decode();
+    CONT_reset_fill_set();
+    CONT_reset_values();
+    CONT_set_type(kContourFill);
+    const NidsLevelRule &rule = NIDS_level_rule(info.code);
+    if (rule.thresholds) CONT_set_values(info.thresholds);
+    if (rule.interval > 0) {
+        CONT_set_base(rule.base);
+        CONT_set_intrvl(rule.interval);
+        CONT_set_range(rule.range_max, rule.range_min);
+    }
+    CONT_set_fill_colors(rule.colors, 0);
+}
+
+void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
+    const NidsDescription &description = NIDS_get_prod_desc();
+    const float lat = static_cast<float>(description.latitude) / 1000.0F;
+    const float lon = static_cast<float>(description.longitude) / 1000.0F;
+    Attribute data;
+    Attribute grid_lines;
+    ATTRIB_get("color_data", ATTRIB_text_default(), data);
+    ATTRIB_get("color_grid", "red", grid_lines);
+    const CellFrame frame(info.domain, lat, lon);
+    Point radar{kMissingF, kMissingF};
+    MAP_tran(radar.x, radar.y, lat, lon);
+
+    const bool draw = FLAG_getplot(kPlotSummary) > 0;
+    std::array<float, kCellLevels> values{};
+    int packet = info.packet;
+    for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
+        if (!is_radial(packet) && !is_raster(packet)) {
+            draw_symbols(packet, radar, data, grid_lines);
+            continue;
+        }
+        NIDS_level_values(packet, values);
+        for (float &value : values) value = raster_value(info.code, value);
+        LevelInk ink = CELL_ink(values);
+        if (!draw)
+            for (Attribute &attribute : ink) attribute.color = kColorBackground;
+        CellFiller filler(ink);
+        const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
+        if (is_radial(packet)) {
+            draw_radials(packet, frame, ink, sink);
+        } else {
+            std::optional<NidsGridFile> grid = NIDS_grd_out_file(info);
+            draw_rows(info.code, frame, ink, sink, grid ? &*grid : nullptr);
+        }
+    }
+}
+
+int NIDS_plot_summary() {
+    const NidsPlotState &state = NIDS_state();
+    GPH_trans(2);
+    PLT_label_up_left(state.info.name);
+    PLT_label_low_right(state.info.label);
+    PLT_label_up_right(state.datim);
+    NIDS_choose_levels(state.info);
+    PLT_mess("NIDS Sum");
+    NIDS_walk_image(state.info, nullptr);
+    return 0;
+}

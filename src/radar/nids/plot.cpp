@@ -1,0 +1,113 @@
+#include "radar/nids/plot.h"
+
+#include <charconv>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "lib/date.h"
+#include "lib/file_naming.h"
+#include "lib/message.h"
+#include "lib/resource.h"
+#include "lib/text.h"
+#include "plot/background.h"
+#include "plot/bar.h"
+#include "plot/levels.h"
+#include "plot/session.h"
+#include "plot/watch.h"
+#include "radar/common/driver.h"
+#include "radar/nids/reader.h"
+#include "radar/nids/state.h"
+
+namespace {
+
+NidsPlotState state;
+
+void decode_count(std::string_view text, int &count) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc{} && value >= 0) count = value;
+}
+
+/// Unset fields of the date take the product's.
+void complete_date(DateRecord &date, const DateRecord &product) {
+    const auto take = [](int &field, int value) {
+        if (is_missing(field)) field = value;
+    };
+    take(date.year, product.year);
+    take(date.month, product.month);
+    take(date.day, product.day);
+    take(date.hour, product.hour);
+    take(date.minute, product.minute);
+}
+
+} // namespace
+
+NidsPlotState &NIDS_state() { return state; }
+
+const NidsInfo &NIDS_get_info() { return state.info; }
+
+void NIDS_plot_param() {
+    constexpr std::string_view kCount = "numplt";
+    for (const std::string &word : RES_getvals("plot_param")) {
+        if (RADAR_option_word(word, state.options)) continue;
+        if (stricmp(word, "graph") == 0) state.graph = true;
+        if (stricmp(word, "nograph") == 0) state.graph = false;
+        if (stricmp(word, "strong") == 0) state.strong_only = true;
+        if (begins_with(word, kCount) && word.size() > kCount.size() + 1)
+            decode_count(std::string_view(word).substr(kCount.size() + 1), state.most_storms);
+    }
+}
+
+void NIDS_set_date(const DateRecord *date) { state.base_date = date != nullptr ? *date : FILE_get_date(); }
+
+int NIDS_open_file(std::string_view name) {
+    const std::string copy(name);
+    NIDS_close_file();
+    if (NIDS_open_stream(name) != 1) {
+        MESS_print(kWarn, "NIDS_open_file: Unable to open file:%s\n", copy.c_str());
+        return 0;
+    }
+    if (NIDS_get_header(state.info) != 1) {
+        NIDS_close_stream();
+        MESS_print(kWarn, "NIDS_open_file: Unable to read file:%s\n", copy.c_str());
+        return 0;
+    }
+    state.open = true;
+    state.datim = DATE_make_label(state.info.date);
+    state.file_date = state.base_date;
+    complete_date(state.file_date, state.info.date);
+    if (CONT_get_bar() != kBarOff) CONT_set_bar(1);
+    return 1;
+}
+
+int NIDS_close_file() {
+    if (!state.open) return 0;
+    NIDS_close_stream();
+    state.open = false;
+    return 1;
+}
+
+int NIDS_rewind_file() { return state.open && NIDS_get_header(state.info) == 1 ? 1 : 0; }
+
+int NIDS_plot_frame() {
+    MAP_draw(kMapUnderlay);
+    NIDS_print_info(state.info);
+    NIDS_plot_summary();
+    if (CONT_get_bar() > 0) {
+        GPH_trans(1);
+        CONT_draw_bar(1, "");
+        GPH_trans(2);
+    }
+    MAP_draw(kMapOverlay);
+    NIDS_plot_data();
+    PLT_labels();
+    return 0;
+}
+
+int NIDS_plot(PlotDomain &domain) {
+    const char *variable = RES_get("variable");
+    if (variable != nullptr && std::string_view(variable) == "watch") WATCH_decode(state.base_date);
+    NIDS_plot_param();
+    return RADAR_plot({NIDS_open_file, NIDS_close_file, [] { return state.info.domain; }, NIDS_plot_frame},
+                      state.base_date, domain);
+}

@@ -1,0 +1,149 @@
+/// Drawing storms: the composite symbol, forecast tracks, single attributes.
+
+#include <algorithm>
+#include <array>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "plot/attribute.h"
+#include "plot/map.h"
+#include "plot/wind.h"
+#include "radar/nids/storm.h"
+
+namespace {
+
+constexpr int kTrackSteps = 4;
+constexpr float kHoursPerTrack = 2.0F;
+
+/// Markers of the composite symbol.
+struct StormMarker {
+    const char *color;
+    int type;
+};
+constexpr StormMarker kSevereHail{"green", 3};
+constexpr StormMarker kLikelyHail{"green", 5};
+constexpr StormMarker kMesocyclone{"yellow", 4};
+constexpr StormMarker kTornado{"red", 9};
+constexpr StormMarker kPlainStorm{"white", 2};
+constexpr float kMarkerWidth = 2.0F;
+
+void draw_marker(const Point &place, const StormMarker &marker) {
+    Attribute record;
+    ATTRIB_parse(marker.color, record);
+    record.style = marker.type;
+    record.width = kMarkerWidth;
+    GPH_mark_attr(&record, 1.0F);
+    GPH_mark(place.x, place.y);
+}
+
+/// White shows on a dark background only.
+StormMarker plain_marker() {
+    StormMarker marker = kPlainStorm;
+    if (gtype_is_file()) marker.color = "black";
+    return marker;
+}
+
+bool moves(const NidsStorm &storm) { return storm.speed_kt > 0 && !is_missing(storm.direction); }
+
+void draw_composite(const PlacedStorm &placed, float height) {
+    const NidsStorm &storm = placed.storm;
+    bool marked = false;
+    const auto mark = [&](const StormMarker &marker) {
+        draw_marker(placed.place, marker);
+        marked = true;
+    };
+    if (storm.posh > 74.0F)
+        mark(kSevereHail);
+    else if (storm.posh > 49.0F)
+        mark(kLikelyHail);
+    if (storm.meso > 0) mark(kMesocyclone);
+    if (storm.tvs > 0) mark(kTornado);
+    if (!marked) mark(plain_marker());
+    const auto [x, y] = placed.place;
+    if (moves(storm)) WIND_barb(x, y, MAP_dir_adj(storm.direction, x, y), storm.speed_kt, 0.075F * height, 0.0F);
+    gset_char_ht(0.02F * height);
+    GPH_text_align(kAlignRight, kAlignBase);
+    GPH_printf(x - 0.01F * height, y + 0.01F * height, "%s", storm.id.c_str());
+    GPH_text_align(kAlignLeft, kAlignBase);
+    if (storm.max_dbz > 0) GPH_printf(x + 0.01F * height, y + 0.01F * height, "%.0f", storm.max_dbz);
+}
+
+/// Where the storm will be in the next two hours: the motion is where it comes from, the track leads away.
+void draw_track(const PlacedStorm &placed, float scale, float height) {
+    const NidsStorm &storm = placed.storm;
+    if (!moves(storm)) return;
+    const auto [x, y] = placed.place;
+    const float lat = MAP_get_clat();
+    const float length = kHoursPerTrack * MAP_factor(lat) * (storm.speed_kt * kKmPerNauticalMile) / 100.0F;
+    WIND_track(kTrackSteps, x, y, MAP_dir_adj(storm.direction, x, y) + 180.0F, length, 0.1F * scale * height);
+}
+
+/// A row of the attribute table: the storm's field, and when it counts as given.
+struct StormField {
+    std::string_view name;
+    float NidsStorm::*field;
+    bool positive_only;
+};
+constexpr std::array kFields{StormField{"hsize", &NidsStorm::hail_size_in, false},
+                             StormField{"vil", &NidsStorm::vil, false},
+                             StormField{"dbzm", &NidsStorm::max_dbz, false},
+                             StormField{"dbzht", &NidsStorm::max_dbz_height, false},
+                             StormField{"top", &NidsStorm::top, false},
+                             StormField{"wave_dir", &NidsStorm::direction, true},
+                             StormField{"move_spd", &NidsStorm::speed_kt, true}};
+
+void set_probability(float value, StationData &record) {
+    if (value <= 0) return;
+    record.value = value;
+    if (value > 75.0F)
+        record.text = "*";
+    else if (value > 50.0F)
+        record.text = "X";
+}
+
+void set_flag(float flag, const char *text, StationData &record) {
+    if (flag <= 0) return;
+    record.value = 1.0F;
+    record.text = text;
+}
+
+} // namespace
+
+void NIDS_get_plot_data(const NidsStorm &storm, std::string_view variable, StationData &record) {
+    RAW_data_init_val(record);
+    const std::string_view name = variable.substr(0, variable.find('-'));
+    if (name == "id") {
+        record.text = storm.id;
+    } else if (name == "tvs") {
+        set_flag(storm.tvs, "TVS", record);
+    } else if (name == "meso") {
+        set_flag(storm.meso, "MESO", record);
+    } else if (name == "posh") {
+        set_probability(storm.posh, record);
+    } else if (name == "poh") {
+        set_probability(storm.poh, record);
+    } else if (name == "mvmt" || name == "track") {
+        if (storm.speed_kt <= 0) return;
+        record.value = storm.direction;
+        record.value2 = storm.speed_kt;
+    } else {
+        for (const StormField &row : kFields)
+            if (row.name == name && (!row.positive_only || storm.*row.field > 0)) record.value = storm.*row.field;
+    }
+}
+
+void NIDS_draw_storm(const PlacedStorm &placed, const PlotVariable &variable, float scale, float height) {
+    const std::string_view name = std::string_view(variable.name).substr(0, variable.name.find('-'));
+    if (name == "comp") {
+        draw_composite(placed, height);
+    } else if (name == "track") {
+        draw_track(placed, scale, height);
+    } else {
+        StationData record;
+        RAW_data_init(record);
+        record.x = placed.place.x;
+        record.y = placed.place.y;
+        NIDS_get_plot_data(placed.storm, name, record);
+        RAW_plot_data(record, variable);
+    }
+}
