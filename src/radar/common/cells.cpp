@@ -36,7 +36,8 @@ void CellFiller::take(void *context, const CellCorners &corners, std::uint8_t le
 }
 
 CellFrame::CellFrame(const PlotDomain &product, float lat, float lon)
-    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(2)), direct_(DOM_comp_proj(product, plot_) == 1) {
+    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(2)),
+      direct_(DOM_comp_proj(product, plot_) == 1) {
     const MapDomainScope scope(product_);
     MAP_tran(radar_.x, radar_.y, lat, lon);
     turn_ = MAP_dir_adj(0.0F, radar_.x, radar_.y);
@@ -61,7 +62,8 @@ void CellFrame::to_plot(std::span<Point> points) const {
 }
 
 bool CellFrame::shows(const CellCorners &c) const {
-    if (!direct_ && (is_missing(c[0].x) || is_missing(c[1].x) || is_missing(c[2].x) || is_missing(c[3].x))) return false;
+    if (!direct_ && (is_missing(c[0].x) || is_missing(c[1].x) || is_missing(c[2].x) || is_missing(c[3].x)))
+        return false;
     const auto [x_low, x_high] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
     if (x_high < window_.xmin || x_low > window_.xmax) return false;
     if (!direct_ && x_high - x_low > kWidestCell) return false;
@@ -69,8 +71,9 @@ bool CellFrame::shows(const CellCorners &c) const {
     return y_high >= window_.ymin && y_low <= window_.ymax;
 }
 
-void RadialCells::draw(float azimuth_a, float azimuth_b, float first, float step, std::span<const std::uint8_t> levels,
-                       std::size_t skip, const LevelInk &ink, const CellSink &sink) {
+void RadialCells::draw(float azimuth_a, float azimuth_b, float first, float step,
+                       std::span<const std::uint8_t> levels, std::size_t skip, const LevelInk &ink,
+                       const CellSink &sink) {
     const double a = azimuth_a * kDegree;
     const double b = azimuth_b * kDegree;
     sin_a_ = std::sin(a);
@@ -100,9 +103,12 @@ void RadialCells::draw_stretch(std::size_t begin, std::size_t end, std::span<con
     const std::span edge_b = std::span(edges_).last(corners);
     const Point radar = frame_.radar();
     for (std::size_t i = 0; i < corners; ++i) {
-        const double range = static_cast<double>(first_) + static_cast<double>(begin + i) * static_cast<double>(step_);
-        edge_a[i] = {static_cast<float>(radar.x + range * sin_a_), static_cast<float>(radar.y + range * cos_a_)};
-        edge_b[i] = {static_cast<float>(radar.x + range * sin_b_), static_cast<float>(radar.y + range * cos_b_)};
+        const double range =
+            static_cast<double>(first_) + static_cast<double>(begin + i) * static_cast<double>(step_);
+        edge_a[i] = {static_cast<float>(radar.x + range * sin_a_),
+                     static_cast<float>(radar.y + range * cos_a_)};
+        edge_b[i] = {static_cast<float>(radar.x + range * sin_b_),
+                     static_cast<float>(radar.y + range * cos_b_)};
     }
     frame_.to_plot(edges_);
     for (std::size_t i = 0; i + 1 < corners; ++i) {
@@ -118,8 +124,8 @@ void CELL_draw_boxes(const CellFrame &frame, float x, float y_top, float size, i
     for (int done = 0; done < count; done += piece) {
         const float left = x + static_cast<float>(done) * size;
         const float right = x + static_cast<float>(std::min(done + piece, count)) * size;
-        CellCorners cell{Point{left, y_top}, Point{right, y_top}, Point{right, y_bottom}, Point{left, y_bottom},
-                         Point{left, y_top}};
+        CellCorners cell{Point{left, y_top}, Point{right, y_top}, Point{right, y_bottom},
+                         Point{left, y_bottom}, Point{left, y_top}};
         frame.to_plot(std::span(cell).first(4));
         cell[4] = cell[0];
         if (frame.shows(cell)) sink.take(sink.context, cell, level);

@@ -1,7 +1,7 @@
 #pragma once
-/// The one way from cells of a radar's own grid (bins of a radial, boxes of a raster) to filled polygons on the plot.
-/// The hot road of the program: corners are made once per edge, levels are looked up in tables, nothing is allocated
-/// per cell, and what draws nothing is not converted.
+/// The one way from cells of a radar's own grid (bins of a radial, boxes of a raster) to filled polygons on
+/// the plot. The hot road of the program: corners are made once per edge, levels are looked up in tables,
+/// nothing is allocated per cell, and what draws nothing is not converted.
 
 #include <array>
 #include <cstdint>
@@ -53,8 +53,8 @@ public:
     [[nodiscard]] float plane_azimuth(float azimuth) const { return azimuth + turn_; }
     /// Product plane to plot plane, in place; points that the plot cannot show become missing.
     void to_plot(std::span<Point> points) const;
-    /// False for an outline that the plot cannot show whole, that lies outside the window, or that a seam of the
-    /// projection tears apart.
+    /// False for an outline that the plot cannot show whole, that lies outside the window, or that a seam of
+    /// the projection tears apart.
     [[nodiscard]] bool shows(const CellCorners &corners) const;
 
 private:
@@ -71,13 +71,14 @@ class RadialCells {
 public:
     explicit RadialCells(const CellFrame &frame) : frame_(frame) {}
 
-    /// Draws the bins of one radial: bin i spans `first` + i * `step` to `first` + (i + 1) * `step` (plane units) between
-    /// two azimuths (degrees from the plane's y axis); bins below `skip` are not drawn.
+    /// Draws the bins of one radial: bin i spans `first` + i * `step` to `first` + (i + 1) * `step` (plane
+    /// units) between two azimuths (degrees from the plane's y axis); bins below `skip` are not drawn.
     void draw(float azimuth_a, float azimuth_b, float first, float step, std::span<const std::uint8_t> levels,
               std::size_t skip, const LevelInk &ink, const CellSink &sink);
 
 private:
-    void draw_stretch(std::size_t begin, std::size_t end, std::span<const std::uint8_t> levels, const CellSink &sink);
+    void draw_stretch(std::size_t begin, std::size_t end, std::span<const std::uint8_t> levels,
+                      const CellSink &sink);
 
     const CellFrame &frame_;
     std::vector<Point> edges_; ///< corners of a stretch of drawn bins: first edge, then second edge
@@ -85,7 +86,7 @@ private:
     float first_ = 0, step_ = 0;
 };
 
-/// Draws `count` boxes of one level of a raster row from x rightwards, between y_top and y_top - size (product plane), in
-/// pieces: up to ten boxes when product and plot share their projection, else box by box.
+/// Draws `count` boxes of one level of a raster row from x rightwards, between y_top and y_top - size
+/// (product plane), in pieces: up to ten boxes when product and plot share their projection, else box by box.
 void CELL_draw_boxes(const CellFrame &frame, float x, float y_top, float size, int count, std::uint8_t level,
                      const CellSink &sink);

@@ -1,5 +1,6 @@
 #pragma once
-/// The frame that every radar driver runs: first header, open session, map set-up, the series of files, close.
+/// The frame that every radar driver runs: first header, open session, map set-up, the series of files,
+/// close.
 
 #include <string_view>
 
@@ -14,8 +15,8 @@ struct RadarSteps {
     int (*plot_frame)();
 };
 
-/// Plots the file, or the series of files from `base_date` on, of the file selection. A domain without projection
-/// becomes the product's own. A single file that cannot be read ends the program with kExitNoFile before a page is made;
-/// in a series such a file is skipped. On a file device each file of a series gets a page of its own.
-/// Returns 0.
+/// Plots the file, or the series of files from `base_date` on, of the file selection. A domain without
+/// projection becomes the product's own. A single file that cannot be read ends the program with kExitNoFile
+/// before a page is made; in a series such a file is skipped. On a file device each file of a series gets a
+/// page of its own. Returns 0.
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain);

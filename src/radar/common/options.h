@@ -13,13 +13,14 @@ inline constexpr int kDefaultClutterBins = 25;
 struct RadarOptions {
     bool site = false;                       ///< mark the radar
     std::array<float, kMaxRings> rings_nm{}; ///< range rings, nautical miles; 0 ends the list
-    float clutter = 0;                       ///< range next to the radar that is not drawn, in the driver's own unit
-    bool refresh = false;                    ///< keep watching for newer files
+    float clutter = 0;    ///< range next to the radar that is not drawn, in the driver's own unit
+    bool refresh = false; ///< keep watching for newer files
 };
 
-/// Takes one word of the resource "plot_param" ("site", "dist=30:60", "nodist", "clutter=10", "noclutter", "refresh").
-/// False when the word is none of these.
+/// Takes one word of the resource "plot_param" ("site", "dist=30:60", "nodist", "clutter=10", "noclutter",
+/// "refresh"). False when the word is none of these.
 bool RADAR_option_word(std::string_view word, RadarOptions &options);
 
-/// Draws the site marker and the range rings around plot point (x, y) with the attributes in force. Only on maps.
+/// Draws the site marker and the range rings around plot point (x, y) with the attributes in force. Only on
+/// maps.
 void RADAR_draw_site(const RadarOptions &options, float x, float y);

@@ -24,7 +24,8 @@ std::string projection_token(const PlotDomain &d) {
     }
 }
 
-/// The file name that the naming key gives for the product's date; the input's naming convention is untouched.
+/// The file name that the naming key gives for the product's date; the input's naming convention is
+/// untouched.
 std::string grid_file_name(std::string_view key, const NidsInfo &info) {
     FILE_save_name_conv();
     FILE_set_name(key);
@@ -39,7 +40,8 @@ std::string grid_file_name(std::string_view key, const NidsInfo &info) {
 NidsGridFile::NidsGridFile(Stream stream, const NidsInfo &info) : stream_(std::move(stream)) {
     const PlotDomain &d = info.domain;
     std::fprintf(stream_.get(), "VYXGRID\n%s\n%s\n%s%f %f %f %f %d %d\n", DATE_make_label(info.date).c_str(),
-                 info.name.c_str(), projection_token(d).c_str(), d.clat, d.clon, d.dx, d.dy, info.columns, info.rows);
+                 info.name.c_str(), projection_token(d).c_str(), d.clat, d.clon, d.dx, d.dy, info.columns,
+                 info.rows);
 }
 
 NidsGridFile::~NidsGridFile() {

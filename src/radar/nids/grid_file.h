@@ -20,6 +20,6 @@ private:
     Stream stream_;
 };
 
-/// Opens the grid file that the resource "out_file" asks for ("vyx", or "vyx:key" with a naming key); nothing when
-/// none is asked for or it cannot be created.
+/// Opens the grid file that the resource "out_file" asks for ("vyx", or "vyx:key" with a naming key); nothing
+/// when none is asked for or it cannot be created.
 std::optional<NidsGridFile> NIDS_grd_out_file(const NidsInfo &info);

@@ -30,10 +30,18 @@ constexpr float kSymbolScreen = 512.0F; ///< symbol units across the product's s
 constexpr float kTextUnits = 8.0F;
 constexpr float kBarbUnits = 20.0F;
 
-bool is_radial(int packet) { return packet == kPacketRadial || packet == kPacketDigitalRadial; }
-bool is_raster(int packet) { return packet == kPacketRaster || packet == kPacketDigitalPrecip; }
-bool is_vector(int packet) { return packet == kPacketVector || packet == kPacketVectorValue; }
-bool is_text(int packet) { return packet == kPacketText || packet == kPacketTextValue; }
+bool is_radial(int packet) {
+    return packet == kPacketRadial || packet == kPacketDigitalRadial;
+}
+bool is_raster(int packet) {
+    return packet == kPacketRaster || packet == kPacketDigitalPrecip;
+}
+bool is_vector(int packet) {
+    return packet == kPacketVector || packet == kPacketVectorValue;
+}
+bool is_text(int packet) {
+    return packet == kPacketText || packet == kPacketTextValue;
+}
 
 void draw_radials(int packet, const CellFrame &frame, const LevelInk &ink, const CellSink &sink) {
     const NidsPlotState &state = NIDS_state();
@@ -45,11 +53,13 @@ void draw_radials(int packet, const CellFrame &frame, const LevelInk &ink, const
     while (NIDS_get_radial(start, delta) == 1) {
         levels.clear();
         if (packet == kPacketDigitalRadial) {
-            for (const std::byte level : NIDS_get_data_bytes()) levels.push_back(std::to_integer<std::uint8_t>(level));
+            for (const std::byte level : NIDS_get_data_bytes())
+                levels.push_back(std::to_integer<std::uint8_t>(level));
         } else {
             NidsRun run;
             while (NIDS_get_data(run) == 1)
-                levels.insert(levels.end(), static_cast<std::size_t>(run.length), static_cast<std::uint8_t>(run.level));
+                levels.insert(levels.end(), static_cast<std::size_t>(run.length),
+                              static_cast<std::uint8_t>(run.level));
         }
         const float a = frame.plane_azimuth(start);
         cells.draw(a, a + delta + kRadialOverlapDeg, 0.0F, state.info.domain.dx, levels, skip, ink, sink);
@@ -62,7 +72,8 @@ float raster_value(int code, float value) {
     return std::pow(10.0F, value / 10.0F) / 100.0F;
 }
 
-void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const CellSink &sink, NidsGridFile *grid) {
+void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const CellSink &sink,
+               NidsGridFile *grid) {
     const NidsInfo &info = NIDS_state().info;
     const float size = info.domain.dx;
     const float left = frame.radar().x - static_cast<float>(info.columns - 1) / 2.0F * size;
@@ -75,15 +86,16 @@ void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const Cell
             const auto level = static_cast<std::uint8_t>(run.level);
             if (grid != nullptr) grid->write(raster_value(code, run.value), count);
             if (ink[level].color >= 0)
-                CELL_draw_boxes(frame, left + static_cast<float>(column) * size, top, size, count, level, sink);
+                CELL_draw_boxes(frame, left + static_cast<float>(column) * size, top, size, count, level,
+                                sink);
             column += count;
         }
         top -= size;
     }
 }
 
-/// Plot point of a symbol position: on the product's own screen the pair is a point of it, on a map it counts from the
-/// radar.
+/// Plot point of a symbol position: on the product's own screen the pair is a point of it, on a map it counts
+/// from the radar.
 Point symbol_point(float i, float j, const Point &radar) {
     Point p{kMissingF, kMissingF};
     if (!is_map_projection(MAP_get_proj()))

@@ -42,9 +42,13 @@ void complete_date(DateRecord &date, const DateRecord &product) {
 
 } // namespace
 
-NidsPlotState &NIDS_state() { return state; }
+NidsPlotState &NIDS_state() {
+    return state;
+}
 
-const NidsInfo &NIDS_get_info() { return state.info; }
+const NidsInfo &NIDS_get_info() {
+    return state.info;
+}
 
 void NIDS_plot_param() {
     constexpr std::string_view kCount = "numplt";
@@ -58,7 +62,9 @@ void NIDS_plot_param() {
     }
 }
 
-void NIDS_set_date(const DateRecord *date) { state.base_date = date != nullptr ? *date : FILE_get_date(); }
+void NIDS_set_date(const DateRecord *date) {
+    state.base_date = date != nullptr ? *date : FILE_get_date();
+}
 
 int NIDS_open_file(std::string_view name) {
     const std::string copy(name);
@@ -87,7 +93,9 @@ int NIDS_close_file() {
     return 1;
 }
 
-int NIDS_rewind_file() { return state.open && NIDS_get_header(state.info) == 1 ? 1 : 0; }
+int NIDS_rewind_file() {
+    return state.open && NIDS_get_header(state.info) == 1 ? 1 : 0;
+}
 
 int NIDS_plot_frame() {
     MAP_draw(kMapUnderlay);

@@ -7,15 +7,15 @@
 #include "radar/nids/product.h"
 
 struct NidsPlotState {
-    bool open = false;      ///< a product is open
-    NidsInfo info;          ///< header of the open product
-    std::string datim;      ///< its date label
-    DateRecord base_date;   ///< requested date
-    DateRecord file_date;   ///< date used for file names: requested fields, the rest from the product
+    bool open = false;    ///< a product is open
+    NidsInfo info;        ///< header of the open product
+    std::string datim;    ///< its date label
+    DateRecord base_date; ///< requested date
+    DateRecord file_date; ///< date used for file names: requested fields, the rest from the product
     RadarOptions options;
-    bool graph = false;     ///< draw the graphic pages
+    bool graph = false; ///< draw the graphic pages
     bool strong_only = false;
-    int most_storms = 0;    ///< 0: all
+    int most_storms = 0; ///< 0: all
 };
 
 NidsPlotState &NIDS_state();

@@ -17,10 +17,17 @@ constexpr float kStrongHail = 49.0F;
 constexpr float kSmallestHailInch = 0.25F;
 
 /// Fixed columns of the second layout.
-enum LiquidColumn : std::size_t { kColumnHail = 26, kColumnLess = 34, kColumnSize = 35, kColumnStructure = 42,
-                                  kColumnMotion = 62 };
+enum LiquidColumn : std::size_t {
+    kColumnHail = 26,
+    kColumnLess = 34,
+    kColumnSize = 35,
+    kColumnStructure = 42,
+    kColumnMotion = 62
+};
 
-bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
+bool contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
 
 /// Words as the tables use them, at most 19 characters.
 struct Words {
@@ -40,10 +47,10 @@ std::string from_column(std::string_view line, std::size_t column) {
 
 int read_hail_line(const std::string &line, NidsStorm &storm) {
     Words w;
-    const int read = std::sscanf(line.c_str(), "%19s %f %f %19s %19s %19s %f %f %f%*[ >]%f %f %f", w.id.data(),
-                                 &storm.azimuth, &storm.range_nm, w.first.data(), w.second.data(), w.third.data(),
-                                 &storm.max_dbz, &storm.max_dbz_height, &storm.spare, &storm.top, &storm.direction,
-                                 &storm.speed_kt);
+    const int read = std::sscanf(line.c_str(), "%19s %f %f %19s %19s %19s %f %f %f%*[ >]%f %f %f",
+                                 w.id.data(), &storm.azimuth, &storm.range_nm, w.first.data(),
+                                 w.second.data(), w.third.data(), &storm.max_dbz, &storm.max_dbz_height,
+                                 &storm.spare, &storm.top, &storm.direction, &storm.speed_kt);
     if (read < 1) return 0;
     storm.id = w.id.data();
     storm.tvs = std::string_view(w.first.data()) == "YES" ? 1.0F : 0.0F;
@@ -54,8 +61,8 @@ int read_hail_line(const std::string &line, NidsStorm &storm) {
 
 int read_liquid_line(const std::string &line, NidsStorm &storm) {
     Words w;
-    const int read = std::sscanf(line.c_str(), "%19s %f/%f %19s %19s", w.id.data(), &storm.azimuth, &storm.range_nm,
-                                 w.first.data(), w.second.data());
+    const int read = std::sscanf(line.c_str(), "%19s %f/%f %19s %19s", w.id.data(), &storm.azimuth,
+                                 &storm.range_nm, w.first.data(), w.second.data());
     if (read < 4) return 0;
     storm.id = w.id.data();
     const std::string_view tvs = w.first.data();
@@ -96,12 +103,15 @@ int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm) {
     return read == 1 && !is_missing(storm.azimuth) ? 1 : 0;
 }
 
-bool NIDS_is_strong(const NidsStorm &storm) { return storm.tvs > 0 || storm.meso > 0 || storm.posh > kStrongHail; }
+bool NIDS_is_strong(const NidsStorm &storm) {
+    return storm.tvs > 0 || storm.meso > 0 || storm.posh > kStrongHail;
+}
 
 void NidsStormReader::line(std::string_view text) {
     NidsStorm storm;
     if (NIDS_storm_line(text, layout_, storm) != 1) return;
     ++count_;
     const bool all = most_ == 0 && !strong_only_;
-    if (all || (most_ > 0 && count_ <= most_) || (strong_only_ && NIDS_is_strong(storm))) storms_.push_back(storm);
+    if (all || (most_ > 0 && count_ <= most_) || (strong_only_ && NIDS_is_strong(storm)))
+        storms_.push_back(storm);
 }

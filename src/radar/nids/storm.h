@@ -29,5 +29,12 @@ private:
     std::vector<NidsStorm> storms_;
 };
 
-/// Draws one plot variable of a storm with the map of the plot in force. `height` is the vertical extent of the plot.
-void NIDS_draw_storm(const PlacedStorm &storm, const PlotVariable &variable, float scale, float height);
+/// What sizes storm symbols.
+struct StormScale {
+    float plot_scale = 1; ///< resource "plot_scale"
+    float height = 1;     ///< vertical extent of the plot, plane units
+    float radar_lat = 0;  ///< degrees
+};
+
+/// Draws one plot variable of a storm with the map of the plot in force.
+void NIDS_draw_storm(const PlacedStorm &storm, const PlotVariable &variable, const StormScale &scale);

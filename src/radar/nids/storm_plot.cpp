@@ -43,7 +43,9 @@ StormMarker plain_marker() {
     return marker;
 }
 
-bool moves(const NidsStorm &storm) { return storm.speed_kt > 0 && !is_missing(storm.direction); }
+bool moves(const NidsStorm &storm) {
+    return storm.speed_kt > 0 && !is_missing(storm.direction);
+}
 
 void draw_composite(const PlacedStorm &placed, float height) {
     const NidsStorm &storm = placed.storm;
@@ -60,7 +62,8 @@ void draw_composite(const PlacedStorm &placed, float height) {
     if (storm.tvs > 0) mark(kTornado);
     if (!marked) mark(plain_marker());
     const auto [x, y] = placed.place;
-    if (moves(storm)) WIND_barb(x, y, MAP_dir_adj(storm.direction, x, y), storm.speed_kt, 0.075F * height, 0.0F);
+    if (moves(storm))
+        WIND_barb(x, y, MAP_dir_adj(storm.direction, x, y), storm.speed_kt, 0.075F * height, 0.0F);
     gset_char_ht(0.02F * height);
     GPH_text_align(kAlignRight, kAlignBase);
     GPH_printf(x - 0.01F * height, y + 0.01F * height, "%s", storm.id.c_str());
@@ -69,13 +72,14 @@ void draw_composite(const PlacedStorm &placed, float height) {
 }
 
 /// Where the storm will be in the next two hours: the motion is where it comes from, the track leads away.
-void draw_track(const PlacedStorm &placed, float scale, float height) {
+void draw_track(const PlacedStorm &placed, const StormScale &scale) {
     const NidsStorm &storm = placed.storm;
     if (!moves(storm)) return;
     const auto [x, y] = placed.place;
-    const float lat = MAP_get_clat();
-    const float length = kHoursPerTrack * MAP_factor(lat) * (storm.speed_kt * kKmPerNauticalMile) / 100.0F;
-    WIND_track(kTrackSteps, x, y, MAP_dir_adj(storm.direction, x, y) + 180.0F, length, 0.1F * scale * height);
+    const float length =
+        kHoursPerTrack * MAP_factor(scale.radar_lat) * (storm.speed_kt * kKmPerNauticalMile) / 100.0F;
+    WIND_track(kTrackSteps, x, y, MAP_dir_adj(storm.direction, x, y) + 180.0F, length,
+               0.1F * scale.plot_scale * scale.height);
 }
 
 /// A row of the attribute table: the storm's field, and when it counts as given.
@@ -128,16 +132,17 @@ void NIDS_get_plot_data(const NidsStorm &storm, std::string_view variable, Stati
         record.value2 = storm.speed_kt;
     } else {
         for (const StormField &row : kFields)
-            if (row.name == name && (!row.positive_only || storm.*row.field > 0)) record.value = storm.*row.field;
+            if (row.name == name && (!row.positive_only || storm.*row.field > 0))
+                record.value = storm.*row.field;
     }
 }
 
-void NIDS_draw_storm(const PlacedStorm &placed, const PlotVariable &variable, float scale, float height) {
+void NIDS_draw_storm(const PlacedStorm &placed, const PlotVariable &variable, const StormScale &scale) {
     const std::string_view name = std::string_view(variable.name).substr(0, variable.name.find('-'));
     if (name == "comp") {
-        draw_composite(placed, height);
+        draw_composite(placed, scale.height);
     } else if (name == "track") {
-        draw_track(placed, scale, height);
+        draw_track(placed, scale);
     } else {
         StationData record;
         RAW_data_init(record);

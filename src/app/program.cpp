@@ -1,0 +1,73 @@
+#include "app/program.h"
+
+#include <array>
+#include <string>
+
+#include "app/input_type.h"
+#include "lib/file_naming.h"
+#include "lib/file_series.h"
+#include "lib/flag.h"
+#include "lib/message.h"
+#include "lib/process.h"
+#include "lib/resource.h"
+#include "lib/resource_start.h"
+#include "plot/region.h"
+#include "radar/nids/plot.h"
+#include "radar/nids/reader.h"
+
+namespace {
+
+constexpr int kNamesCarryExtras = 1; ///< file type of formats whose names may carry a product selector
+constexpr int kRegionOrDomain = 3;   ///< domain choice: "plot_domain", then "region"
+
+void plot_nids() {
+    FILE_set_type(kNamesCarryExtras);
+    std::string name;
+    FILE_get_file("Enter the NIDS filename: ", name);
+    NIDS_set_ext_info(FILE_get_ext_info());
+    NIDS_set_date(nullptr);
+    PlotDomain domain;
+    DOM_get_region(domain, kRegionOrDomain);
+    NIDS_plot(domain);
+}
+
+/// Input types that this version knows by name only.
+struct UnreadType {
+    int code;
+    const char *name;
+};
+constexpr std::array kUnreadTypes{
+    UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"},
+    UnreadType{kInputNowrad, "NOWRad"},       UnreadType{kInputRcm, "RCM site"},
+    UnreadType{kInputKavrad, "KAVRAD"},       UnreadType{kInputLev2, "Level II"},
+    UnreadType{kInputLev2z, "Level II"}};
+
+int dispatch(int type) {
+    if (type == kInputNids) {
+        plot_nids();
+        return kExitOk;
+    }
+    for (const UnreadType &unread : kUnreadTypes) {
+        if (unread.code != type) continue;
+        MESS_print(kError,
+                   "%s: this version does not read %s files; Level III files are read with -inp nids\n",
+                   RES_get_progname().c_str(), unread.name);
+        return kExitNotBuilt;
+    }
+    return kExitOk;
+}
+
+} // namespace
+
+int run_program(int argc, const char *const argv[]) {
+    RES_init(argc, argv, RES_keyed_ids(), RES_positional_ids());
+    if (FLAG_help() == 1) {
+        const std::string &name = RES_get_progname();
+        MESS_print(kPrint, "%s: This program plots various types of radar data\n", name.c_str());
+        RES_help_print(name, RES_keyed_ids(), RES_positional_ids());
+        return kExitOk;
+    }
+    RAD_cvt_in_file();
+    MESS_print_prog("RADAR DATA PLOTTING");
+    return dispatch(FLAG_get(kFlagInputType));
+}

@@ -1,0 +1,45 @@
+#include "radar/nids/wedge.h"
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "lib/flag.h"
+#include "plot/levels.h"
+#include "radar/common/cells.h"
+#include "radar/nids/plot.h"
+
+namespace {
+
+void fill(const std::array<Point, 5> &polygon, const Attribute &ink) {
+    const NidsInfo &info = NIDS_get_info();
+    const CellFrame frame(info.domain, info.domain.clat, info.domain.clon);
+    CellCorners corners = polygon;
+    frame.to_plot(std::span(corners).first(4));
+    corners[4] = corners[0];
+    if (!frame.shows(corners)) return;
+    GPH_fill_attr(&ink);
+    gfill_area(corners);
+}
+
+} // namespace
+
+int NIDS_plot_WEDGE(std::array<Point, 5> &polygon, const std::array<float, 4> &steps, float run,
+                    float value) {
+    if (FLAG_getplot(kPlotSummary) < 1) return -1;
+    polygon[1].x += run * steps[0];
+    polygon[1].y += run * steps[1];
+    polygon[2].x += run * steps[2];
+    polygon[2].y += run * steps[3];
+    polygon[4] = polygon[0];
+    if (!is_missing(value)) {
+        Attribute ink;
+        CONT_get_fill_attrib(ink, value);
+        const int pattern = CONT_get_fill_pat();
+        if (!is_missing(pattern)) ink.fill = pattern;
+        if (ink.color != kColorBackground) fill(polygon, ink);
+    }
+    polygon[0].x += run * steps[0];
+    polygon[0].y += run * steps[1];
+    polygon[3].x += run * steps[2];
+    polygon[3].y += run * steps[3];
+    return 0;
+}
