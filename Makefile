@@ -1,0 +1,42 @@
+# vyxradar: the commands that a person types. The build itself is CMake; see CMakePresets.json.
+PREFIX ?= /usr/local/vyx
+JOBS   ?= $(shell nproc)
+
+.PHONY: all release demo check bench fuzz install clean setup
+
+all: release
+
+release: setup
+	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) -DVYX_BENCH=OFF >/dev/null
+	cmake --build --preset release -j $(JOBS)
+
+setup:
+	tools/setup_debian build
+
+# Plots samples that the project makes itself and leaves pages and pictures in out/demo.
+demo: release
+	tools/demo out/demo
+
+# Every test there is.
+check:
+	tools/setup_debian build check
+	tools/check
+
+bench:
+	tools/setup_debian build bench
+	cmake --preset release -DVYX_BENCH=ON >/dev/null
+	cmake --build --preset release -j $(JOBS)
+	tools/run_benchmarks
+
+# FUZZ_SECONDS for each target.
+fuzz:
+	tools/setup_debian build fuzz
+	cmake --preset fuzz >/dev/null
+	cmake --build --preset fuzz -j $(JOBS)
+	tools/run_fuzzers $(or $(FUZZ_SECONDS),60)
+
+install: release
+	cmake --install build/release
+
+clean:
+	rm -rf build out
