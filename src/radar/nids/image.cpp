@@ -76,8 +76,9 @@ void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const Cell
                NidsGridFile *grid) {
     const NidsInfo &info = NIDS_state().info;
     const float size = info.domain.dx;
-    const float left = frame.radar().x - static_cast<float>(info.columns - 1) / 2.0F * size;
-    float top = frame.radar().y + static_cast<float>(info.rows - 1) / 2.0F * size;
+    // The radar stands at the common corner of the four middle boxes.
+    const float left = frame.radar().x - static_cast<float>(info.columns) / 2.0F * size;
+    float top = frame.radar().y + static_cast<float>(info.rows) / 2.0F * size;
     while (NIDS_get_rastor() == 1) {
         int column = 0;
         NidsRun run;
