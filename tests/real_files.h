@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-/// The samples directory: the environment variable VYX_SHARED, else a folder "shared" beside the checkout; empty
-/// when there is none.
+/// The samples directory: the environment variable VYX_SHARED, else a folder "shared" beside the checkout;
+/// empty when there is none.
 inline std::string shared_dir() {
     namespace fs = std::filesystem;
     if (const char *named = std::getenv("VYX_SHARED")) return named;
@@ -16,5 +16,6 @@ inline std::string shared_dir() {
     return fs::is_directory(beside / "samples") ? beside.string() : std::string();
 }
 
-#define SKIP_WITHOUT_REAL_FILES()                                                                                    \
-    if (shared_dir().empty()) GTEST_SKIP() << "real radar samples are not here; set VYX_SHARED to their folder"
+#define SKIP_WITHOUT_REAL_FILES()                                                                            \
+    if (shared_dir().empty())                                                                                \
+    GTEST_SKIP() << "real radar samples are not here; set VYX_SHARED to their folder"

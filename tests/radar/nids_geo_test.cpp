@@ -28,8 +28,9 @@ bool inside(const CellCorners &c, const Point &p) {
     bool left = true;
     bool right = true;
     for (std::size_t i = 0; i < 4; ++i) {
-        const double cross = (static_cast<double>(c[i + 1].x) - c[i].x) * (static_cast<double>(p.y) - c[i].y) -
-                             (static_cast<double>(c[i + 1].y) - c[i].y) * (static_cast<double>(p.x) - c[i].x);
+        const double cross =
+            (static_cast<double>(c[i + 1].x) - c[i].x) * (static_cast<double>(p.y) - c[i].y) -
+            (static_cast<double>(c[i + 1].y) - c[i].y) * (static_cast<double>(p.x) - c[i].x);
         left = left && cross >= 0;
         right = right && cross <= 0;
     }
@@ -50,8 +51,11 @@ void note_cell(void *context, const CellCorners &c, std::uint8_t level) {
 std::map<std::string, std::vector<Place>> places_by_file() {
     std::map<std::string, std::vector<Place>> files;
     for (const TsvRow &row : read_tsv(shared_dir() + "/samples/level3-points.tsv"))
-        files[row.at("file")].push_back({std::stof(row.at("latitude")), std::stof(row.at("longitude")),
-                                         std::stof(row.at("value_formula_A")), std::stoi(row.at("level")), {}});
+        files[row.at("file")].push_back({std::stof(row.at("latitude")),
+                                         std::stof(row.at("longitude")),
+                                         std::stof(row.at("value_formula_A")),
+                                         std::stoi(row.at("level")),
+                                         {}});
     return files;
 }
 
@@ -84,7 +88,8 @@ int count_wrong(const std::string &path, const PlotDomain *domain, std::vector<P
         const float value = values[static_cast<std::size_t>(place.level)];
         const int expected = is_missing(value) ? kNothing : place.level;
         // One unit in the fourth digit: the table's values are rounded.
-        EXPECT_NEAR(value, place.value, 0.002F + std::fabs(place.value) * 0.001F) << path << " level " << place.level;
+        EXPECT_NEAR(value, place.value, 0.002F + std::fabs(place.value) * 0.001F)
+            << path << " level " << place.level;
         wrong += place.found != expected ? 1 : 0;
     }
     return wrong;
