@@ -238,6 +238,19 @@ void put_placing(const EpsLayout &eps) {
     if (options.eps) put_translation(eps.shift_x, eps.shift_y);
 }
 
+/// What stands at the beginning of each page of a file.
+void put_page_setup(const EpsLayout &eps) {
+    const PostScriptOptions &options = state.options;
+    if (!options.eps) put("30 dict begin\n/saveobj save def\n");
+    put("/inch {72 mul} def\n/dot {.33 mul} def\n/mv {moveto} def\n/ln {lineto} def\n"
+        "/lw {setlinewidth} def\n/np {newpath} def\n/cp {closepath} def\n");
+    put_placing(eps);
+    put_ink_reset();
+    put("2 setlinejoin\n1 dot lw\n[] 0 setdash\n");
+    if (options.scale != 1) state.out.point({options.scale, options.scale}, " scale\n");
+    put("%%Begin plot\n");
+}
+
 void put_prologue(const PrintPage &area) {
     const PostScriptOptions &options = state.options;
     if (state.append) {
@@ -246,19 +259,8 @@ void put_prologue(const PrintPage &area) {
     } else {
         const EpsLayout eps = eps_layout(options, area);
         put_header(eps);
-        if (!options.eps) {
-            put_sheet_request();
-            put("30 dict begin\n/saveobj save def\n");
-        }
-        put("/inch {72 mul} def\n/dot {.33 mul} def\n/mv {moveto} def\n/ln {lineto} def\n"
-            "/lw {setlinewidth} def\n/np {newpath} def\n/cp {closepath} def\n");
-        put_placing(eps);
-        put_ink_reset();
-        put("2 setlinejoin\n1 dot lw\n[] 0 setdash\n");
-        if (options.scale != 1) {
-            state.out.point({options.scale, options.scale}, " scale\n");
-        }
-        put("%%Begin plot\n");
+        if (!options.eps) put_sheet_request();
+        put_page_setup(eps);
     }
     put_title_comment("%%VYX Plot: ");
     // A clip of an encapsulated picture is undone by going back to this point.
@@ -318,6 +320,19 @@ int gps_close() {
         return -1;
     }
     MESS_print(kMess, "Created Postscript file\n");
+    return 0;
+}
+
+int gps_new_page() {
+    if (!state.out.is_open()) return 0;
+    if (state.options.eps || state.append) {
+        MESS_print(kWarn, "gps_new_page: One page only in an encapsulated or appended file: %s\n",
+                   state.name.c_str());
+        return -1;
+    }
+    put("%%End of plot\nsaveobj restore\nshowpage\nend\n");
+    put_page_setup({});
+    put_title_comment("%%VYX Plot: ");
     return 0;
 }
 

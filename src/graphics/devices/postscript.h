@@ -14,6 +14,10 @@ int gps_open(std::string_view device_spec, PrintPage &page);
 /// Writes the trailer and closes. -1 after a message when a write failed: the page is not complete.
 int gps_close();
 
+/// Ends the page and begins another in the same file; the clip must be set again. -1 after a message where
+/// one page is all that the output can hold.
+int gps_new_page();
+
 void gps_polyline(std::span<const Point> device, int color, float width, int type);
 void gps_fill_area(std::span<const Point> device, int color);
 /// One marker or text stroke path in the given colour and width, solid.

@@ -143,6 +143,21 @@ int gclear_ws(int /*ws_id*/, int /*flag*/) {
     return 0; // what a file device has written stays
 }
 
+int gnew_page() {
+    switch (gstate().kind) {
+    case DeviceKind::ps:
+        if (gps_new_page() != 0) return -1;
+        install_clip();
+        return 0;
+    case DeviceKind::win:
+    case DeviceKind::meta:
+    case DeviceKind::hpgl:
+    case DeviceKind::pix:
+    case DeviceKind::none: break;
+    }
+    return 0;
+}
+
 int gchk_graphics() {
     return gstate().open ? 1 : 0;
 }
