@@ -1,5 +1,6 @@
 #pragma once
-/// Naming conventions: a key selects a template; a template and a date make a file name; a name gives back its date.
+/// Naming conventions: a key selects a template; a template and a date make a file name; a name gives back
+/// its date.
 
 #include <cstdint>
 #include <string>
@@ -10,8 +11,8 @@
 /// Selects the naming convention of a key ("nids", "nids:s=KTLX", "@template", "none"); 1 on a match, else 0.
 int FILE_set_name(std::string_view key);
 
-/// Expands the template for a date (null: the stored file date) into `out` and makes it the current name. 0, or 1
-/// when no template applied.
+/// Expands the template for a date (null: the stored file date) into `out` and makes it the current name. 0,
+/// or 1 when no template applied.
 int FILE_set_date(const DateRecord *date, std::string &out);
 /// Expands for date + seconds; seconds / period (seconds / 100000 when the period is unknown).
 int FILE_set_date_off(const DateRecord &date, std::int64_t seconds, std::string &out);
@@ -19,8 +20,8 @@ int FILE_set_date_off(const DateRecord &date, std::int64_t seconds, std::string 
 int FILE_hdr_set_date(const DateRecord *date, std::string &out);
 /// Interprets a name given by the user; "exit" ends the program. Returns 0.
 int FILE_set_file(std::string_view name, std::string &out);
-/// Finds the file of a current-time specification ("la", "la#10", "-2:30", "#200307041830"; null: "la"). Returns the
-/// chosen time in seconds, rounded down to a multiple of the period.
+/// Finds the file of a current-time specification ("la", "la#10", "-2:30", "#200307041830"; null: "la").
+/// Returns the chosen time in seconds, rounded down to a multiple of the period.
 std::int64_t FILE_set_current(const char *spec, std::string &out);
 
 /// File-naming keys: one text of at most 29 characters for each 7-bit letter; blanks are stored as "_".

@@ -7,8 +7,8 @@
 
 #include "lib/calendar.h"
 
-/// Chooses the input file from the resources "filename" and "current", the latest file in batch mode, else at the
-/// terminal. 1 when the file exists. A file that cannot be found ends the program with kExitNoFile.
+/// Chooses the input file from the resources "filename" and "current", the latest file in batch mode, else at
+/// the terminal. 1 when the file exists. A file that cannot be found ends the program with kExitNoFile.
 int FILE_get_file(std::string_view prompt, std::string &out);
 
 /// Starts a series at a date; FILE_get_next then gives its names: 1 while files remain, else 0.

@@ -1,0 +1,208 @@
+#include "lib/file_series.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <limits>
+#include <vector>
+
+#include "lib/file_naming.h"
+#include "lib/flag.h"
+#include "lib/message.h"
+#include "lib/process.h"
+#include "lib/prompt.h"
+#include "lib/resource.h"
+#include "lib/scan.h"
+#include "lib/stream.h"
+
+namespace {
+
+struct State {
+    std::int64_t default_span = 0; ///< seconds
+    std::vector<std::string> list; ///< the names of the "filename" resource
+    std::size_t next_in_list = 0;
+    DateRecord first_date;
+    std::int64_t span = 0;      ///< seconds; negative: backward from the first date
+    std::int64_t step = 0;      ///< seconds
+    std::int64_t offset = 0;    ///< seconds from the first date to the next file
+    bool current_given = false; ///< a series of one file has given it
+};
+State state;
+
+constexpr std::int64_t kHourSeconds = 3600;
+constexpr std::int64_t kMinuteSeconds = 60;
+constexpr int kPromptLength = 79; ///< one more than the longest answer
+constexpr int kMostAttempts = 4;
+constexpr unsigned kDateLevel = 0xF0000000;
+constexpr unsigned kNextLevel = 0x40000000;
+
+/// "%d:%d", or ":%d", or a part of it. Negative when the text begins with "-".
+std::int64_t read_span(std::string_view text) {
+    const bool negative = text.starts_with('-');
+    if (negative) text.remove_prefix(1);
+    Scanner scan(text);
+    std::int64_t seconds = 0;
+    if (!text.starts_with(':')) seconds = scan.integer().value_or(0) * kHourSeconds;
+    if (scan.literal(':')) seconds += scan.integer().value_or(0) * kMinuteSeconds;
+    return negative || seconds < 0 ? -std::abs(seconds) : seconds;
+}
+
+/// The period, or the multiple of it that the part behind the comma comes nearest to from below.
+std::int64_t read_step(std::string_view text) {
+    const std::int64_t period = FILE_get_offset();
+    const std::size_t comma = text.find(',');
+    const std::int64_t skip = comma == text.npos ? period : read_span(text.substr(comma + 1));
+    return period * std::max<std::int64_t>(skip / period, 1);
+}
+
+bool names_the_current_file(std::string_view name) {
+    return name.starts_with("la") || name.starts_with("cu");
+}
+
+void trace_date(const char *what, const DateRecord &date) {
+    MESS_print(kDateLevel, "%s%d/%d/%d %02d:%02d\n", what, date.year, date.month, date.day, date.hour,
+               date.minute);
+}
+
+[[noreturn]] void end_without_file(const std::string &name) {
+    MESS_print(kWarn, "File not found: %s\n", name.c_str());
+    VYX_exit(kExitNoFile);
+}
+
+void tell_current(const std::string &name) {
+    MESS_print(kMess, "Current filename: %s\n", name.c_str());
+}
+
+int get_current(const char *spec, std::string &out) {
+    FILE_set_current(spec, out);
+    if (FILE_exist(out) == 0) end_without_file(out);
+    tell_current(out);
+    return 1;
+}
+
+/// An answer at the terminal, "list" aside.
+void take_answer(const std::string &answer, std::string &out) {
+    if (answer == "exit") VYX_exit(kExitOk);
+    if (answer.starts_with('#') || names_the_current_file(answer)) {
+        FILE_set_current(answer.c_str() + (answer.starts_with("cu") ? 2 : 0), out);
+        tell_current(out);
+    } else {
+        FILE_set_file(answer, out);
+    }
+}
+
+int ask_for_file(std::string_view prompt, std::string &out) {
+    MESS_print(kPrint, "List of available files:\n");
+    FILE_list_file();
+    MESS_print(kPrint, "\n");
+    for (int attempt = 0; attempt < kMostAttempts;) {
+        const std::string answer = VYX_prompts(prompt, kPromptLength);
+        if (answer == "list") {
+            FILE_list_file();
+            continue;
+        }
+        take_answer(answer, out);
+        if (FILE_exist(out) != 0) return 1;
+        MESS_print(kWarn, "File not found: %s\n", out.c_str());
+        ++attempt;
+    }
+    VYX_exit(kExitNoFile);
+}
+
+/// A word for the shell in which only the signs of patterns and a leading "~" mean something.
+std::string shell_pattern(std::string_view pattern) {
+    constexpr std::string_view meant = "_./?*[]-~:,+@%=";
+    std::string word;
+    for (const char c : pattern) {
+        if (std::isalnum(static_cast<unsigned char>(c)) == 0 && meant.find(c) == meant.npos) word += '\\';
+        word += c;
+    }
+    return word;
+}
+
+int limited(std::int64_t value) {
+    return static_cast<int>(
+        std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+int next_of_list(std::string &out) {
+    if (state.next_in_list >= state.list.size()) return 0;
+    FILE_set_file(state.list[state.next_in_list++], out);
+    return 1;
+}
+
+} // namespace
+
+int FILE_get_file(std::string_view prompt, std::string &out) {
+    if (const std::vector<std::string> names = RES_getvals("filename"); !names.empty()) {
+        if (names.front() == "list") {
+            FILE_list_file();
+            VYX_exit(kExitOk);
+        }
+        FILE_set_file(names.front(), out);
+        return FILE_exist(out);
+    }
+    if (const char *current = RES_get("current")) return get_current(current, out);
+    if (FLAG_batch() != 0) return get_current("la", out);
+    return ask_for_file(prompt, out);
+}
+
+void FILE_first(const DateRecord &date) {
+    state.list = RES_getvals("filename");
+    if (!state.list.empty() && names_the_current_file(state.list.front())) state.list.clear();
+    state.next_in_list = 0;
+    state.current_given = false;
+    state.first_date = date;
+    const char *hours = RES_get("num_hour");
+    state.span = hours != nullptr ? read_span(hours) : state.default_span;
+    state.step = read_step(hours != nullptr ? hours : "");
+    state.offset = state.span < 0 ? (state.span + 1 - state.step) / state.step * state.step : 0;
+}
+
+int FILE_get_next(std::string &out) {
+    if (state.list.size() > 1 || (state.list.size() == 1 && state.span == 0)) return next_of_list(out);
+    if (state.span == 0) {
+        if (state.current_given) return 0;
+        state.current_given = true;
+        out = FILE_get_filename();
+        return 1;
+    }
+    if (state.offset > std::max<std::int64_t>(state.span, 0)) return 0;
+    trace_date(" in: ", state.first_date);
+    FILE_set_date_off(state.first_date, state.offset, out);
+    trace_date("out: ", FILE_get_date());
+    MESS_print(kNextLevel, "NEXT: %d %d %d %d %d %s\n", limited(state.span), limited(state.offset),
+               limited(state.step), FILE_get_late_off(),
+               limited(static_cast<std::int64_t>(state.list.size())), out.c_str());
+    state.offset += state.step;
+    return 1;
+}
+
+int FILE_get_num_file() {
+    if (state.list.size() > 1) return limited(static_cast<std::int64_t>(state.list.size()) - 1);
+    return limited(state.span);
+}
+
+int FILE_get_num_hour() {
+    return limited(state.span / kHourSeconds);
+}
+
+std::int64_t FILE_get_nsecs() {
+    return state.span;
+}
+
+void FILE_set_nsecs(std::int64_t seconds) {
+    state.span = seconds;
+}
+
+void FILE_set_def_hours(int hours) {
+    state.default_span = hours * kHourSeconds;
+}
+
+void FILE_list_file() {
+    const std::string command = "ls -x " + shell_pattern(FILE_search_pattern());
+    std::fflush(stdout); // the list stands behind what the program has said so far
+    // A pattern that fits no file is told of by the command itself.
+    if (std::system(command.c_str()) == -1)
+        MESS_print(kWarn, "FILE_list_file: no shell for: %s\n", command.c_str());
+}

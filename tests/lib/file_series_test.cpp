@@ -1,0 +1,128 @@
+#include "lib/file_series.h"
+
+#include <gtest/gtest.h>
+
+#include "lib/file_naming.h"
+#include "lib/flag.h"
+#include "lib/missing.h"
+#include "lib/resource.h"
+#include "lib/scratch_dir.h"
+
+namespace {
+
+const DateRecord kEvening{2003, 7, 4, kMissing, kMissing, 18, 30, 0};
+
+std::vector<std::string> series(const char *hours, std::size_t most = 100) {
+    if (hours != nullptr) RES_put("num_hour", hours);
+    std::string name;
+    FILE_set_date(&kEvening, name);
+    FILE_first(kEvening);
+    std::vector<std::string> names;
+    while (names.size() < most && FILE_get_next(name) == 1) names.push_back(name);
+    return names;
+}
+
+void set_names(const char *names) {
+    RES_new(kMissing, "filename", names, ResourceKind::list);
+}
+
+using Names = std::vector<std::string>;
+
+} // namespace
+
+TEST(FileSeries, HoursAroundTheFirstDate) {
+    FILE_set_name("@%d%h");
+    EXPECT_EQ(series(nullptr), (Names{"0418"}));
+    EXPECT_EQ(FILE_get_num_file(), 0);
+    EXPECT_EQ(series("-6"), (Names{"0412", "0413", "0414", "0415", "0416", "0417", "0418"}));
+    EXPECT_NE(FILE_get_num_file(), 0);
+    EXPECT_EQ(FILE_get_num_hour(), -6);
+    EXPECT_EQ(series("2"), (Names{"0418", "0419", "0420"}));
+    EXPECT_EQ(series("5,2"), (Names{"0418", "0420", "0422"}));
+    EXPECT_EQ(series("-5,2"), (Names{"0412", "0414", "0416", "0418"}))
+        << "whole steps, not nearer than the span";
+    EXPECT_EQ(series("2,-7"), (Names{"0418", "0419", "0420"}));
+
+    FILE_set_name("@%h%10n");
+    EXPECT_EQ(series(":30"), (Names{"1830", "1840", "1850", "1900"}));
+    EXPECT_EQ(series("-0:20"), (Names{"1810", "1820", "1830"}));
+    EXPECT_EQ(FILE_get_nsecs(), -1200);
+    EXPECT_EQ(series("1:00,0:30"), (Names{"1830", "1900", "1930"}));
+    EXPECT_EQ(series("99999999999", 2).size(), 2U);
+    EXPECT_EQ(series("-99999999999", 2).size(), 2U);
+}
+
+TEST(FileSeries, DefaultSpanAndUnknownPeriod) {
+    FILE_set_name("@%y");
+    FILE_set_def_hours(-30);
+    EXPECT_EQ(series(nullptr), (Names{"03", "03", "03"})) << "steps of 100000 seconds";
+    EXPECT_EQ(FILE_get_nsecs(), -30 * 3600);
+}
+
+TEST(FileSeries, ListedNames) {
+    FILE_set_name("@%d%h");
+    set_names("first\n0419\n@third");
+    EXPECT_EQ(series("3"), (Names{"first", "0419", "third"}));
+    EXPECT_EQ(FILE_get_num_file(), 2);
+    set_names("only");
+    EXPECT_EQ(series("0"), (Names{"only"}));
+    EXPECT_EQ(series("1"), (Names{"0418", "0419"}));
+    set_names("latest\nb");
+    EXPECT_EQ(series("0").size(), 1U) << "no list: one current file";
+}
+
+TEST(FileChoice, NamedCurrentAndBatch) {
+    const ScratchDir dir;
+    FILE_set_name("@" + dir.path() + "/%Y%m%d%h");
+    DateRecord now = kEvening;
+    DATE_fix_time(DATE_num_sec(now));
+    std::string name;
+    set_names(dir.at("nothing").c_str());
+    EXPECT_EQ(FILE_get_file("", name), 0);
+    set_names(dir.write("something", "x").c_str());
+    EXPECT_EQ(FILE_get_file("", name), 1);
+    EXPECT_EQ(name, dir.at("something"));
+
+    set_names("");
+    FLAG_set_batch(1);
+    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(10), "File not found: .*/20030613[0-9]*\n");
+    const std::string latest = dir.write("2003070415", "x");
+    EXPECT_EQ(FILE_get_file("", name), 1);
+    EXPECT_EQ(name, latest);
+    RES_put("current", "-3");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(FILE_get_file("", name), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Current filename: " + latest + "\n");
+    RES_put("current", "-4");
+    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(10), "File not found: .*14\n");
+}
+
+TEST(FileChoice, AsksAtTheTerminal) {
+    const ScratchDir dir;
+    FILE_set_name("@" + dir.path() + "/%Y%m%d%h a$(touch " + dir.at("x") + ")");
+    const std::string good = dir.write("good", "x");
+    const auto answer = [&](const std::string &lines) {
+        std::freopen(dir.write("answers", lines).c_str(), "r", stdin);
+        std::string name;
+        const int found = FILE_get_file("Which? ", name);
+        std::exit(found == 1 && name == good ? 77 : 78);
+    };
+    EXPECT_EXIT(answer("bad\nlist\nbad\nbad\n" + good + "\n"), testing::ExitedWithCode(77),
+                "(File not found: bad\n.*){3}");
+    EXPECT_EXIT(answer("a\nb\nc\nd\n" + good + "\n"), testing::ExitedWithCode(10), "File not found: d\n");
+    EXPECT_EXIT(answer("exit\n"), testing::ExitedWithCode(0), "");
+    EXPECT_NE(std::system(("test -e " + dir.at("x")).c_str()), 0) << "a template never runs as a command";
+}
+
+TEST(FileChoice, ListsFilesOfTheTemplate) {
+    const ScratchDir dir;
+    dir.write("20030704.x", "");
+    dir.write("other", "");
+    FILE_set_name("@" + dir.path() + "/%Y%m%d.x");
+    testing::internal::CaptureStdout();
+    FILE_list_file();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), dir.at("20030704.x") + "\n");
+    set_names("list\nb");
+    std::string name;
+    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(0), "");
+}
