@@ -107,14 +107,14 @@ void draw_glyph(const StrokeFont &font, int start, const Placing &placing, float
 } // namespace
 
 int text(std::string_view string, float x, float y) {
-    if (string.empty()) return 0;
-    const StrokeFont &font = current_stroke_font();
+    if (!string.empty()) draw_stroke_text(current_stroke_font(), string, {x, y});
+    return 0;
+}
+
+void draw_stroke_text(const StrokeFont &font, std::string_view string, const Point &origin) {
     const TextState &attributes = gstate().text;
-    gstroke_begin({x, y}, string);
-    const Placing placing{{x, y},
-                          attributes.up,
-                          attributes.height / kUnitsPerHeight,
-                          attributes.expansion,
+    gstroke_begin(origin, string);
+    const Placing placing{origin, attributes.up, attributes.height / kUnitsPerHeight, attributes.expansion,
                           vertical_offset(attributes)};
     float along = horizontal_offset(attributes, string_width(font, attributes, string));
     for (const char character : string) {
@@ -122,7 +122,6 @@ int text(std::string_view string, float x, float y) {
         if (start != StrokeFont::kNoGlyph) draw_glyph(font, start, placing, along);
         if (takes_room(font, character)) along += advance(font, attributes, character) * attributes.expansion;
     }
-    return 0;
 }
 
 float gtext_width(std::string_view string) {
