@@ -212,7 +212,7 @@ std::string DATE_fhour_label(int hours, int style) {
 }
 
 void DATE_set_TZ(std::string_view text) {
-    state.zone_name = " ";
+    state.zone_name.assign(1, ' ');
     state.zone_offset = 0;
     if (text.starts_with('-')) state.clock = ClockStyle::hours_12_and_universal;
     if (text.starts_with('+')) state.clock = ClockStyle::hours_12;
