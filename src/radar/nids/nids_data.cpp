@@ -1,0 +1,218 @@
+#include <algorithm>
+#include <cmath>
+
+#include "lib/message.h"
+#include "radar/nids/header.h"
+#include "radar/nids/packet.h"
+#include "radar/nids/stream.h"
+
+namespace {
+
+/// Lowest level of a digital packet that carries a value; 0 is below threshold, 1 missing or range folded.
+constexpr int kFirstDigitalLevel = 2;
+constexpr int kMissingPrecipitation = 255;
+constexpr std::size_t kTextLimit = 99;
+
+int number(std::byte byte) {
+    return std::to_integer<int>(byte);
+}
+
+float digital_value(int level, NidsScale scale, std::span<const float, kThresholds> t) {
+    if (level < kFirstDigitalLevel) return kMissingF;
+    const auto l = static_cast<float>(level);
+    switch (scale) {
+    case NidsScale::liquid: return l < t[2] ? (l - t[1]) / t[0] : std::exp((l - t[4]) / t[3]);
+    case NidsScale::echo_tops: {
+        const unsigned mask = NIDS_get_prod_desc().threshold[0] & 0xFF;
+        return static_cast<float>(static_cast<unsigned>(level) & mask) / t[1] - t[2];
+    }
+    case NidsScale::scale_offset: return (l - t[2]) / t[0];
+    case NidsScale::levels:
+    case NidsScale::minimum_step:
+    case NidsScale::minimum_step_kt:
+    case NidsScale::thousandths:
+    case NidsScale::hundredths:
+    case NidsScale::terminal_long_range: break;
+    }
+    return l * t[1] + t[0];
+}
+
+float level_value(int packet, int level) {
+    const auto &thresholds = NIDS_get_thres();
+    const float run_value = NIDS_threshold_of(level & 0xF);
+    switch (packet) {
+    case kPacketDigitalRadial: {
+        const NidsProduct &product = NIDS_product();
+        const float value = digital_value(level, product.scale, thresholds);
+        return product.values_in_hundredths ? value / 100 : value;
+    }
+    case kPacketDigitalPrecip:
+        return level == kMissingPrecipitation ? kMissingF
+                                              : static_cast<float>(level) * thresholds[1] + thresholds[0];
+    case kPacketRaster:
+        if (NIDS_get_ras_hdr().packing == kPackingPairs)
+            return static_cast<float>(level >> 4) * 100 + run_value;
+        return run_value;
+    default: return run_value;
+    }
+}
+
+bool holds_pairs(const NidsPacketState &packet) {
+    return packet.code == kPacketDigitalPrecip ||
+           (packet.code == kPacketRaster && packet.raster.packing == kPackingPairs);
+}
+
+/// Takes the bytes of a radial or row: `length` in the file, of which the first `used` are data.
+void begin_element(std::size_t length, std::size_t used) {
+    NidsPacketState &packet = NIDS_packet_state();
+    packet.raw = NIDS_take(length);
+    packet.element = packet.raw.first(std::min(used, packet.raw.size()));
+    packet.element_cut = packet.element.size() < used;
+    --packet.elements_left;
+}
+
+/// Ends an element list: nothing more can be read.
+int end_elements() {
+    NidsPacketState &packet = NIDS_packet_state();
+    packet.elements_left = 0;
+    packet.raw = packet.element = {};
+    packet.element_cut = true;
+    NIDS_exhaust();
+    return -1;
+}
+
+/// What a reader of the body says when fewer bytes than one element are left.
+int end_body() {
+    return NIDS_packet_state().body_cut ? -1 : 0;
+}
+
+} // namespace
+
+void NIDS_level_values(int packet, std::span<float, 256> values) {
+    for (int level = 0; level < 256; ++level) {
+        // Scales of zero or not-a-number from the file make no value.
+        const float value = level_value(packet, level);
+        values[static_cast<std::size_t>(level)] = std::isfinite(value) ? value : kMissingF;
+    }
+}
+
+int NIDS_get_radial(float &start, float &delta) {
+    NidsPacketState &packet = NIDS_packet_state();
+    if (packet.code != kPacketRadial && packet.code != kPacketDigitalRadial) return 0;
+    if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
+    ByteReader &bytes = NIDS_bytes();
+    constexpr std::size_t kHeader = 6;
+    if (bytes.remaining() < kHeader) return end_elements();
+    std::size_t length = bytes.u16();
+    start = static_cast<float>(bytes.i16()) / 10;
+    delta = static_cast<float>(bytes.i16()) / 10;
+    MESS_print(kOut4, "Length: %d\n", static_cast<int>(length));
+    MESS_print(kOut4, "Start angle: %.1f\n", static_cast<double>(start));
+    MESS_print(kOut4, "Angle delta: %.1f\n", static_cast<double>(delta));
+    std::size_t used = length;
+    if (packet.code == kPacketRadial) {
+        used = length *= 2;
+    } else if (length % 2 == 0 && static_cast<int>(length) == packet.radial.bins + 1) {
+        --used; // an odd number of bins is padded to whole halfwords
+    }
+    begin_element(length, used);
+    return 1;
+}
+
+int NIDS_get_rastor() {
+    NidsPacketState &packet = NIDS_packet_state();
+    if (packet.code != kPacketRaster && packet.code != kPacketDigitalPrecip) return 0;
+    if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
+    ByteReader &bytes = NIDS_bytes();
+    if (bytes.remaining() < 2) return end_elements();
+    std::size_t length = bytes.u16();
+    if (packet.raster.packing != kPackingPairs) length += length % 2;
+    MESS_print(kOut4, "Row: %d\n", packet.raster.rows - packet.elements_left);
+    MESS_print(kOut4, "Length: %d\n", static_cast<int>(length));
+    MESS_print(kOut4, "POS: %d\n", static_cast<int>(bytes.offset()));
+    begin_element(length, length);
+    return 1;
+}
+
+int NIDS_get_data(NidsRun &run) {
+    NidsPacketState &packet = NIDS_packet_state();
+    auto &element = packet.element;
+    const std::size_t width = holds_pairs(packet) ? 2 : 1;
+    if (element.size() < width) return packet.element_cut ? -1 : 0;
+    const int first = number(element[0]);
+    if (width == 2) {
+        run.length = static_cast<float>(first);
+        run.level = number(element[1]);
+    } else if (packet.code == kPacketDigitalRadial) {
+        run.length = 1;
+        run.level = first;
+    } else {
+        run.length = static_cast<float>(first >> 4);
+        run.level = first & 0xF;
+    }
+    run.value = packet.values[static_cast<std::size_t>(run.level)];
+    element = element.subspan(width);
+    return 1;
+}
+
+std::span<const std::byte> NIDS_get_data_bytes() {
+    NidsPacketState &packet = NIDS_packet_state();
+    const auto bytes = packet.element;
+    packet.element = {};
+    return bytes;
+}
+
+std::span<const std::byte> NIDS_raw_bytes() {
+    return NIDS_packet_state().raw;
+}
+
+int NIDS_get_vector(NidsVector &vector) {
+    constexpr std::size_t kSize = 8;
+    NidsPacketState &packet = NIDS_packet_state();
+    if (packet.code != kPacketVector && packet.code != kPacketVectorValue) return 0;
+    if (!packet.body || packet.body->remaining() < kSize) return end_body();
+    ByteReader &body = *packet.body;
+    vector.value = static_cast<float>(packet.value_word);
+    vector.i1 = body.i16();
+    vector.j1 = body.i16();
+    vector.i2 = body.i16();
+    vector.j2 = body.i16();
+    return 1;
+}
+
+int NIDS_get_wind(NidsWind &wind) {
+    constexpr std::size_t kSize = 10;
+    NidsPacketState &packet = NIDS_packet_state();
+    if (packet.code != kPacketWind) return 0;
+    if (!packet.body || packet.body->remaining() < kSize) return end_body();
+    ByteReader &body = *packet.body;
+    // A value outside the sixteen thresholds selects none: it is missing.
+    wind.value = NIDS_threshold_of(body.i16());
+    wind.i = body.i16();
+    wind.j = body.i16();
+    wind.direction = body.i16();
+    wind.speed = body.i16();
+    MESS_print(kOut4, "WIND: %7.2f %7.2f = %7.2f %7.2f = %7.2f\n", static_cast<double>(wind.i),
+               static_cast<double>(wind.j), static_cast<double>(wind.direction),
+               static_cast<double>(wind.speed), static_cast<double>(wind.value));
+    return 1;
+}
+
+int NIDS_get_text(NidsText &text) {
+    NidsPacketState &packet = NIDS_packet_state();
+    if (packet.code != kPacketText && packet.code != kPacketTextValue) return 0;
+    if (!packet.body) return end_body();
+    const auto characters = packet.body->take(std::min(kTextLimit, packet.body->remaining()));
+    packet.body.reset();
+    text.value = NIDS_threshold_of(packet.value_word);
+    text.i = static_cast<float>(packet.text_i);
+    text.j = static_cast<float>(packet.text_j);
+    text.text.clear();
+    for (const std::byte byte : characters) {
+        // Binary zeros fill some texts up; they end them.
+        if (byte == std::byte{0}) break;
+        text.text += std::to_integer<char>(byte);
+    }
+    MESS_print(kOut4, "TEXT: %s\n", text.text.c_str());
+    return 1;
+}

@@ -1,0 +1,157 @@
+#include <algorithm>
+#include <limits>
+
+#include <bzlib.h>
+#include <zlib.h>
+
+#include "lib/message.h"
+#include "radar/nids/inflate.h"
+
+namespace {
+
+/// First output space; it doubles whenever it is used up.
+constexpr std::size_t kFirstSpace = 256U << 10;
+
+unsigned byte_at(std::span<const std::byte> bytes, std::size_t index) {
+    return std::to_integer<unsigned>(bytes[index]);
+}
+
+unsigned int clamped(std::size_t count) {
+    return static_cast<unsigned int>(std::min<std::size_t>(count, std::numeric_limits<unsigned int>::max()));
+}
+
+/// What a step of a decompressor left behind.
+enum class Step { more, end, damaged };
+
+/// The zlib decompressor as the loop below wants it.
+class ZlibStream {
+public:
+    ZlibStream() { open_ = inflateInit(&stream_) == Z_OK; }
+    ZlibStream(const ZlibStream &) = delete;
+    ZlibStream &operator=(const ZlibStream &) = delete;
+    ~ZlibStream() {
+        if (open_) inflateEnd(&stream_);
+    }
+
+    /// Takes input and output spans and shortens both by what was used.
+    Step step(std::span<const std::byte> &in, std::span<std::byte> &out) {
+        if (!open_) return Step::damaged;
+        // zlib does not write through next_in; its type merely lacks the const.
+        stream_.next_in = const_cast<Bytef *>(reinterpret_cast<const Bytef *>(in.data()));
+        stream_.avail_in = clamped(in.size());
+        stream_.next_out = reinterpret_cast<Bytef *>(out.data());
+        stream_.avail_out = clamped(out.size());
+        const unsigned int in_before = stream_.avail_in, out_before = stream_.avail_out;
+        const int result = inflate(&stream_, Z_NO_FLUSH);
+        in = in.subspan(in_before - stream_.avail_in);
+        out = out.subspan(out_before - stream_.avail_out);
+        if (result == Z_STREAM_END) return Step::end;
+        return result == Z_OK || result == Z_BUF_ERROR ? Step::more : Step::damaged;
+    }
+
+    void restart() { open_ = open_ && inflateReset(&stream_) == Z_OK; }
+
+private:
+    z_stream stream_{};
+    bool open_ = false;
+};
+
+/// The bzip2 decompressor with the same face.
+class Bzip2Stream {
+public:
+    Bzip2Stream() { restart(); }
+    Bzip2Stream(const Bzip2Stream &) = delete;
+    Bzip2Stream &operator=(const Bzip2Stream &) = delete;
+    ~Bzip2Stream() { end(); }
+
+    Step step(std::span<const std::byte> &in, std::span<std::byte> &out) {
+        if (!open_) return Step::damaged;
+        stream_.next_in = const_cast<char *>(reinterpret_cast<const char *>(in.data()));
+        stream_.avail_in = clamped(in.size());
+        stream_.next_out = reinterpret_cast<char *>(out.data());
+        stream_.avail_out = clamped(out.size());
+        const unsigned int in_before = stream_.avail_in, out_before = stream_.avail_out;
+        const int result = BZ2_bzDecompress(&stream_);
+        in = in.subspan(in_before - stream_.avail_in);
+        out = out.subspan(out_before - stream_.avail_out);
+        if (result == BZ_STREAM_END) return Step::end;
+        return result == BZ_OK ? Step::more : Step::damaged;
+    }
+
+    void restart() {
+        end();
+        stream_ = {};
+        open_ = BZ2_bzDecompressInit(&stream_, 0, 0) == BZ_OK;
+    }
+
+private:
+    void end() {
+        if (open_) BZ2_bzDecompressEnd(&stream_);
+        open_ = false;
+    }
+
+    bz_stream stream_{};
+    bool open_ = false;
+};
+
+/// Decompresses streams as long as `is_stream` sees one at the start of `in`, which is shortened by them. The
+/// output space and the decompressor serve all streams, since a file may hold very many very small ones.
+template <class Decompressor>
+NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::span<const std::byte>),
+                         std::size_t limit, std::vector<std::byte> &out) {
+    Decompressor decompressor;
+    std::size_t used = out.size();
+    NidsInflated result = NidsInflated::done;
+    bool within = is_stream(in);
+    while (within) {
+        if (used >= limit) {
+            result = NidsInflated::too_large;
+            break;
+        }
+        if (used == out.size()) out.resize(std::min(limit, std::max(kFirstSpace, 2 * used)));
+        const std::size_t in_before = in.size();
+        std::span<std::byte> space = std::span(out).subspan(used);
+        const Step step = decompressor.step(in, space);
+        const std::size_t produced = out.size() - used - space.size();
+        used += produced;
+        MESS_print(kDebug, "Inflate+ %d = %zu %zu = %zu %zu\n", static_cast<int>(step), in_before, in.size(),
+                   produced, used);
+        if (step == Step::damaged || (step == Step::more && produced == 0 && in.size() == in_before)) {
+            result = step == Step::damaged ? NidsInflated::damaged : NidsInflated::truncated;
+            break;
+        }
+        if (step == Step::end) {
+            within = is_stream(in);
+            if (within) decompressor.restart();
+        }
+    }
+    out.resize(used);
+    return result;
+}
+
+} // namespace
+
+bool NIDS_is_zlib(std::span<const std::byte> bytes) {
+    constexpr unsigned kDeflate = 8; // compression method in the low nibble
+    return bytes.size() >= 2 && (byte_at(bytes, 0) & 0xF) == kDeflate &&
+           (byte_at(bytes, 0) * 256 + byte_at(bytes, 1)) % 31 == 0;
+}
+
+bool NIDS_is_bzip2(std::span<const std::byte> bytes) {
+    return bytes.size() >= 4 && byte_at(bytes, 0) == 'B' && byte_at(bytes, 1) == 'Z' &&
+           byte_at(bytes, 2) == 'h' && byte_at(bytes, 3) >= '1' && byte_at(bytes, 3) <= '9';
+}
+
+NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
+                               std::vector<std::byte> &out) {
+    const NidsInflated result = inflate_all<ZlibStream>(bytes, NIDS_is_zlib, limit, out);
+    if (result != NidsInflated::done) return result;
+    if (bytes.size() > limit - out.size()) return NidsInflated::too_large;
+    out.insert(out.end(), bytes.begin(), bytes.end());
+    return NidsInflated::done;
+}
+
+NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,
+                                std::vector<std::byte> &out) {
+    return inflate_all<Bzip2Stream>(bytes, NIDS_is_bzip2, limit, out);
+}

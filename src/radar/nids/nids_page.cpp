@@ -1,0 +1,73 @@
+#include "lib/message.h"
+#include "radar/nids/packet.h"
+#include "radar/nids/stream.h"
+
+namespace {
+
+constexpr unsigned kBlockDivider = 0xFFFF;
+constexpr unsigned kGraphicBlock = 2;
+/// Message header and description block: no block stands before their end.
+constexpr std::size_t kHeaderBytes = 120;
+constexpr std::size_t kBlockHeader = 10;
+
+/// A graphic block header, with or without its divider, stands at the reader's place.
+bool header_ahead(bool with_divider) {
+    const std::size_t size = with_divider ? 4 : 2;
+    ByteReader ahead(NIDS_bytes().peek(size));
+    if (with_divider && ahead.u16() != kBlockDivider) return false;
+    return ahead.u16() == kGraphicBlock && !ahead.failed();
+}
+
+/// Goes to the block's header; `with_divider` tells whether its divider is still to be read. The block stands
+/// where the description block says; failing that it may follow the divider that ended the packets.
+bool find_block(bool &with_divider) {
+    const std::size_t offset = std::size_t{NIDS_get_prod_desc().graphic} * 2;
+    const std::size_t here = NIDS_bytes().offset();
+    with_divider = true;
+    if (offset >= kHeaderBytes && NIDS_seek_message(offset)) {
+        if (NIDS_bytes().remaining() >= kBlockHeader && header_ahead(true)) return true;
+        NIDS_bytes().seek(here);
+    }
+    with_divider = false;
+    return NIDS_packet_state().code == kPacketDivider && NIDS_bytes().remaining() >= kBlockHeader - 2 &&
+           header_ahead(false);
+}
+
+} // namespace
+
+int NIDS_graphic() {
+    NIDS_finish_packet();
+    NidsPacketState &packet = NIDS_packet_state();
+    packet.pages = packet.pages_read = 0;
+    packet.page_end.reset();
+    bool with_divider = true;
+    if (NIDS_get_prod_desc().graphic == 0 || !find_block(with_divider)) return 0;
+    ByteReader &bytes = NIDS_bytes();
+    MESS_print(kOut4, "Graphic Alphanumeric: %d\n", static_cast<int>(bytes.offset()));
+    if (with_divider) MESS_print(kOut4, "Divider: %d\n", bytes.i16());
+    MESS_print(kOut4, "Identifier: %d\n", bytes.u16());
+    MESS_print(kOut4, "Length: %d\n", bytes.i32());
+    packet.pages = bytes.u16();
+    MESS_print(kOut4, "Number of Pages: %d\n", packet.pages);
+    return 1;
+}
+
+int NIDS_graphic_layer() {
+    NIDS_finish_packet();
+    NidsPacketState &packet = NIDS_packet_state();
+    // Each page begins where the one before says it ends, whatever was read of it.
+    if (packet.page_end && !NIDS_bytes().seek(*packet.page_end)) NIDS_exhaust();
+    packet.page_end.reset();
+    if (packet.pages_read >= packet.pages) return 0;
+    ByteReader &bytes = NIDS_bytes();
+    if (bytes.remaining() < 4) return 0;
+    const int number = bytes.u16();
+    const std::size_t length = bytes.u16();
+    MESS_print(kOut4, "Graphic Alphanumeric Layer: %d\n", static_cast<int>(bytes.offset()));
+    MESS_print(kOut4, "Number: %d\n", number);
+    MESS_print(kOut4, "Length: %d\n", static_cast<int>(length));
+    if (number > packet.pages) return 0;
+    ++packet.pages_read;
+    packet.page_end = bytes.offset() + length;
+    return number;
+}
