@@ -17,8 +17,10 @@ bool NIDS_is_zlib(std::span<const std::byte> bytes);
 /// A bzip2 header stands at the start of the bytes.
 bool NIDS_is_bzip2(std::span<const std::byte> bytes);
 
-/// Appends to `out` what the zlib streams at the start of `bytes`, one directly behind the other, hold. Bytes behind
-/// the last stream are appended as they are. `out` never grows beyond `limit` bytes.
-NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out);
+/// Appends to `out` what the zlib streams at the start of `bytes`, one directly behind the other, hold. Bytes
+/// behind the last stream are appended as they are. `out` never grows beyond `limit` bytes.
+NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
+                               std::vector<std::byte> &out);
 /// The same for bzip2 streams; bytes behind the last stream are dropped.
-NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out);
+NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,
+                                std::vector<std::byte> &out);

@@ -1,22 +1,24 @@
 #pragma once
-/// What is known of each product code: name, bin size, range, and the rules for thresholds, levels, extremes and label.
+/// What is known of each product code: name, bin size, range, and the rules for thresholds, levels, extremes
+/// and label.
 
 #include <string_view>
 
 /// How the sixteen threshold words are read, and with it how the levels of a digital packet become values.
 enum class NidsScale {
-    levels,            ///< one value a word
-    minimum_step,      ///< minimum and increment in tenths, number of levels
-    minimum_step_kt,   ///< the same in m/s, made knots
-    thousandths,       ///< minimum and increment in thousandths
-    hundredths,        ///< minimum and increment in hundredths
-    liquid,            ///< half-precision numbers: linear scale and offset, start of the logarithmic levels, their scale
-    echo_tops,         ///< data mask, scale, offset
-    scale_offset,      ///< two single-precision numbers
-    terminal_long_range///< fixed: from -32 dBZ in steps of 0.5
+    levels,          ///< one value a word
+    minimum_step,    ///< minimum and increment in tenths, number of levels
+    minimum_step_kt, ///< the same in m/s, made knots
+    thousandths,     ///< minimum and increment in thousandths
+    hundredths,      ///< minimum and increment in hundredths
+    liquid, ///< half-precision numbers: linear scale and offset, start of the logarithmic levels, their scale
+    echo_tops,          ///< data mask, scale, offset
+    scale_offset,       ///< two single-precision numbers
+    terminal_long_range ///< fixed: from -32 dBZ in steps of 0.5
 };
 
-/// Where maximum and minimum stand among the product parameters, and with how many decimals the label shows them.
+/// Where maximum and minimum stand among the product parameters, and with how many decimals the label shows
+/// them.
 enum class NidsExtremes {
     maximum,            ///< P4
     both,               ///< minimum P4, maximum P5
@@ -59,7 +61,7 @@ struct NidsProduct {
     NidsExtremes extremes = NidsExtremes::maximum;
     NidsElevation elevation = NidsElevation::none;
     NidsLabelPart label = NidsLabelPart::none;
-    bool label_range = true;        ///< the label tells range and bin size
+    bool label_range = true;           ///< the label tells range and bin size
     bool values_in_hundredths = false; ///< digital values are divided by 100, the missing value too
     NidsGrid grid = NidsGrid::radar;
 };

@@ -12,14 +12,14 @@
 inline constexpr int kPackingPairs = 1; ///< raster rows of byte pairs: run, value
 
 struct NidsPacketState {
-    int code = 0;                       ///< the last code read, also an unknown one
+    int code = 0; ///< the last code read, also an unknown one
     NidsRadialHeader radial;
     NidsRasterHeader raster;
-    int value_word = 0;                 ///< value word of vectors and texts, 0 when the packet has none
+    int value_word = 0; ///< value word of vectors and texts, 0 when the packet has none
     int text_i = 0, text_j = 0;
-    int elements_left = 0;              ///< radials or rows
-    std::optional<ByteReader> body;     ///< of vector, barb and text packets: what is left
-    bool body_cut = false;              ///< the file ends before the body does
+    int elements_left = 0;          ///< radials or rows
+    std::optional<ByteReader> body; ///< of vector, barb and text packets: what is left
+    bool body_cut = false;          ///< the file ends before the body does
 
     // The current radial or row
     std::span<const std::byte> raw;     ///< its bytes, with padding, as far as they are there
@@ -28,8 +28,8 @@ struct NidsPacketState {
     std::array<float, 256> values{};    ///< of its levels
 
     // The graphic block
-    int pages = 0;      ///< of the block, 0: no block is open
-    int pages_read = 0; ///< pages begun
+    int pages = 0;                       ///< of the block, 0: no block is open
+    int pages_read = 0;                  ///< pages begun
     std::optional<std::size_t> page_end; ///< end of the current page within the view
 };
 

@@ -1,6 +1,6 @@
 #pragma once
-/// The bytes of the open product for the readers of this room: one view, first of the file, behind a compressed place
-/// of what was decompressed there. Offsets count from the start of the view.
+/// The bytes of the open product for the readers of this room: one view, first of the file, behind a
+/// compressed place of what was decompressed there. Offsets count from the start of the view.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,9 +17,9 @@ bool NIDS_rewind();
 bool NIDS_select_product();
 
 enum class NidsCompression { none, zlib, bzip2 };
-/// Looks at the next bytes; when they are compressed, the view becomes the bytes from the message header (or, when
-/// that has not been read, from here) followed by the decompressed rest, and the reader stays at the same place.
-/// False for an encrypted product.
+/// Looks at the next bytes; when they are compressed, the view becomes the bytes from the message header (or,
+/// when that has not been read, from here) followed by the decompressed rest, and the reader stays at the
+/// same place. False for an encrypted product.
 bool NIDS_test_compression(NidsCompression &found);
 /// The product cannot be read: it is encrypted.
 bool NIDS_is_encrypted();
