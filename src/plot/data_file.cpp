@@ -12,6 +12,7 @@ std::string PLT_data_file_path(std::string_view name) {
 }
 
 Stream PLT_open_data_file(std::string_view name) {
+    if (FILE_is_stdio(name)) return {};
     return FILE_open(PLT_data_file_path(name), "r");
 }
 

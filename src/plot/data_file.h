@@ -9,7 +9,8 @@
 /// Full path of a data file.
 std::string PLT_data_file_path(std::string_view name);
 
-/// Opens a file for reading; an empty Stream when it cannot be opened.
+/// Opens a file for reading; an empty Stream when it cannot be opened. Never a standard stream, which could
+/// wait for the terminal.
 Stream PLT_open_data_file(std::string_view name);
 
 /// The next line without line end and surrounding blanks, cut at `most` characters as they stand in the file.
