@@ -75,11 +75,11 @@ inline constexpr ProjectionNumber kProjectionNumbers[] = {
     // proj +proj=gnom +lat_0=-90 +lon_0=0 +R=6371220
     {kProjGnomonic, -90.0F, 0.0F, kMissingF, kMissingF, 0, -60.0F, 45.0F, 26.010397, 26.010397},
     {kProjGnomonic, -90.0F, 0.0F, kMissingF, kMissingF, 0, -20.0F, -100.0F, -172.388461, -30.396737},
-    // proj +proj=moll +lon_0=-90 +R=6371220
+    // proj +proj=moll +lon_0=-90 +R=6371220  (over the square root of 2: the central circle has the radius of the earth here)
     {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, 0.0F, -90.0F, 0.000000, 0.000000},
-    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, 40.0F, -120.0F, -25.450665, 47.842051},
-    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, -75.0F, 60.0F, 63.546276, -81.637996},
-    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, 88.0F, 0.0F, 10.150816, 89.529044},
+    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, 40.0F, -120.0F, -17.996338, 33.829439},
+    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, -75.0F, 60.0F, 44.934003, -57.726780},
+    {kProjMollweide, 0.0F, -90.0F, kMissingF, kMissingF, 0, 88.0F, 0.0F, 7.177710, 63.306594},
     // proj +proj=laea +lat_0=45 +lon_0=-100 +R=6371220
     {kProjLambertAzim, 45.0F, -100.0F, kMissingF, kMissingF, 0, 45.0F, -100.0F, 0.000000, 0.000000},
     {kProjLambertAzim, 45.0F, -100.0F, kMissingF, kMissingF, 0, 30.0F, -60.0F, 37.152081, -7.711860},

@@ -1,0 +1,367 @@
+/// Projections and the current map domain: numbers from outside, round trips, and the edges by hand.
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "graphics/kernel/kernel.h"
+#include "plot/map.h"
+#include "plot/projection/names.h"
+#include "projection_numbers.h"
+
+namespace {
+
+PlotDomain domain_of(int proj, float plat, float plon) {
+    PlotDomain d;
+    d.proj = proj;
+    d.plat = plat;
+    d.plon = plon;
+    d.clat = plat;
+    d.clon = plon;
+    d.dx = d.dy = 1.2F;
+    d.nx = 25;
+    d.ny = 17;
+    return d;
+}
+
+void install(const PlotDomain &domain) {
+    ASSERT_EQ(MAP_domain(&domain), 0);
+}
+
+struct Plane {
+    int status;
+    float x = 7, y = 7;
+};
+
+Plane tran(float lat, float lon) {
+    Plane p{};
+    p.status = MAP_tran(p.x, p.y, lat, lon);
+    return p;
+}
+
+void expect_hidden(const Plane &p) {
+    EXPECT_EQ(p.status, 0);
+    EXPECT_EQ(p.x, kMissingF);
+    EXPECT_EQ(p.y, kMissingF);
+}
+
+/// Distance in degrees of arc.
+double arc(double lat1, double lon1, double lat2, double lon2) {
+    const double h = std::pow(std::sin((lat2 - lat1) * kDegree / 2), 2) +
+                     std::cos(lat1 * kDegree) * std::cos(lat2 * kDegree) *
+                         std::pow(std::sin((lon2 - lon1) * kDegree / 2), 2);
+    return 2 * std::asin(std::sqrt(std::min(h, 1.0))) / kDegree;
+}
+
+} // namespace
+
+TEST(Projection, AgreesWithNumbersFromOutside) {
+    for (const ProjectionNumber &row : kProjectionNumbers) {
+        PlotDomain d = domain_of(row.proj, row.plat, row.plon);
+        d.p3 = row.p3;
+        d.p4 = row.p4;
+        d.ellipsoid = row.ellipsoid;
+        install(d);
+        const Plane p = tran(row.lat, row.lon);
+        SCOPED_TRACE(testing::Message() << row.proj << " at " << row.lat << ", " << row.lon);
+        EXPECT_EQ(p.status, 1);
+        EXPECT_NEAR(p.x, row.x, 2e-5 + std::abs(row.x) * 2e-6);
+        EXPECT_NEAR(p.y, row.y, 2e-5 + std::abs(row.y) * 2e-6);
+    }
+}
+
+TEST(Projection, ForwardAndInverseUndoEachOther) {
+    PlotDomain southern_cone = domain_of(kProjLambert, -27, 134),
+               northern_cone = domain_of(kProjLambert, 10, -100);
+    southern_cone.p3 = -18;
+    southern_cone.p4 = -36;
+    northern_cone.p3 = -30; // opens to the south although the domain lies in the north
+    northern_cone.p4 = -10;
+    PlotDomain scan = domain_of(kProjSatellite, 0, -75), tangent = domain_of(kProjSatellite, 0, 140);
+    scan.ellipsoid = tangent.ellipsoid = 1;
+    scan.p4 = 1;
+    const PlotDomain domains[] = {domain_of(kProjPolar, 40, -97),
+                                  domain_of(kProjPolar, -60, 170),
+                                  domain_of(kProjLatLon, 0, 170),
+                                  domain_of(kProjMercator, 20, -170),
+                                  domain_of(kProjLambert, 35, -95),
+                                  domain_of(kProjLambert, -35, 20),
+                                  southern_cone,
+                                  northern_cone,
+                                  domain_of(kProjOrtho, 40, -95),
+                                  domain_of(kProjGnomonic, 40, -95),
+                                  domain_of(kProjGnomonic, 90, 0),
+                                  domain_of(kProjMollweide, 0, -90),
+                                  domain_of(kProjLambertAzim, 45, 175),
+                                  domain_of(kProjLambertAzim, 90, 10),
+                                  domain_of(kProjLambertAzim, -90, 10),
+                                  domain_of(kProjLambertAzim, 0, 0),
+                                  scan,
+                                  tangent};
+    for (const PlotDomain &d : domains) {
+        install(d);
+        int visible = 0;
+        for (int i = -8; i <= 8; ++i) {
+            for (int j = -17; j <= 17; ++j) {
+                const float lat = static_cast<float>(i) * 10.3F, lon = static_cast<float>(j) * 10.3F;
+                const bool clamped = (d.proj == kProjPolar && lat * d.plat < 0 && std::abs(lat) > 75);
+                const Plane p = tran(lat, lon);
+                if (p.status == 0 || clamped || (p.x == 0 && p.y == 0)) continue;
+                // Close to the edge of a globe a rounding in the plane is a long way on the ground.
+                const double from_center = arc(lat, lon, d.plat, d.plon);
+                if ((d.proj == kProjOrtho && from_center > 85) || from_center > 175 ||
+                    (d.proj == kProjSatellite && from_center > 75))
+                    continue;
+                float lat2 = 0, lon2 = 0;
+                ASSERT_EQ(MAP_untran(lat2, lon2, p.x, p.y), 1) << d.proj << " " << lat << " " << lon;
+                EXPECT_LT(arc(lat, lon, lat2, lon2), 0.004) << d.proj << " " << d.plat << ": " << lat << " "
+                                                            << lon << " came back as " << lat2 << " " << lon2;
+                ++visible;
+            }
+        }
+        EXPECT_GT(visible, 100) << d.proj;
+    }
+}
+
+TEST(Projection, LongitudesMeetAtTheDateLine) {
+    for (const int proj :
+         {kProjPolar, kProjLatLon, kProjMercator, kProjLambert, kProjMollweide, kProjLambertAzim}) {
+        install(domain_of(proj, 40, -150));
+        const Plane east = tran(30, 190), west = tran(30, -170), turns = tran(30, -170 + 720);
+        EXPECT_EQ(east.x, west.x) << proj;
+        EXPECT_EQ(turns.x, west.x) << proj;
+        EXPECT_EQ(east.y, west.y) << proj;
+    }
+    install(domain_of(kProjLatLon, 0, -150));
+    EXPECT_FLOAT_EQ(tran(10, 170).x, -40);
+}
+
+TEST(Projection, HidesWhatItCannotShow) {
+    install(domain_of(kProjOrtho, 0, 0));
+    expect_hidden(tran(0, 91));
+    EXPECT_EQ(tran(0, 89).status, 1);
+    install(domain_of(kProjGnomonic, 0, 0));
+    expect_hidden(tran(0, 90));
+    expect_hidden(tran(0, 179));
+    install(domain_of(kProjLambertAzim, 40, -100));
+    expect_hidden(tran(-40, 80));
+    install(domain_of(kProjSatellite, 0, -75));
+    expect_hidden(tran(0, 10));
+    expect_hidden(tran(85, -75));
+    float lat = 0, lon = 0;
+    for (const int proj : {kProjOrtho, kProjMollweide, kProjLambertAzim, kProjSatellite}) {
+        install(domain_of(proj, 0, 0));
+        EXPECT_EQ(MAP_untran(lat, lon, 0, 140), 0) << proj;
+        EXPECT_EQ(lat, kMissingF);
+        EXPECT_EQ(lon, kMissingF);
+    }
+}
+
+TEST(Projection, ClampsLatitudesOfTheFarHemisphere) {
+    install(domain_of(kProjPolar, 90, -97));
+    EXPECT_EQ(tran(-80, -20).y, tran(-75, -20).y);
+    install(domain_of(kProjPolar, -90, -97));
+    EXPECT_EQ(tran(80, -20).x, tran(75, -20).x);
+    install(domain_of(kProjMercator, 0, 0));
+    EXPECT_EQ(tran(90, 0).y, tran(89.9F, 0).y);
+    install(domain_of(kProjLambert, 40, 0));
+    EXPECT_EQ(tran(-90, 10).y, tran(-89, 10).y);
+    EXPECT_NEAR(tran(90, 10).y, 0, 1e-4);
+}
+
+TEST(Projection, NeverGivesAnUndefinedNumber) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN(),
+                    inf = std::numeric_limits<float>::infinity();
+    for (int proj = kProjPolar; proj <= kProjSatellite; ++proj) {
+        PlotDomain odd = domain_of(proj, 90, 1000);
+        odd.p3 = -90;
+        odd.p4 = 90;
+        for (const PlotDomain &d : {domain_of(proj, 40, -100), odd}) {
+            install(d);
+            for (const float value : {nan, inf, -inf, 1e30F, -9999.0F, 1000.0F, 90.0F}) {
+                for (const float other : {0.0F, 90.0F, nan, 1e38F}) {
+                    const Plane p = tran(value, other);
+                    EXPECT_TRUE(std::isfinite(p.x) && std::isfinite(p.y))
+                        << proj << " " << value << " " << other;
+                    float lat = 0, lon = 0;
+                    MAP_untran(lat, lon, value, other);
+                    EXPECT_TRUE(std::isfinite(lat) && std::isfinite(lon))
+                        << proj << " " << value << " " << other;
+                }
+            }
+        }
+    }
+}
+
+TEST(Projection, LambertAzimuthalCentreIsAPositionWithoutStatus) {
+    install(domain_of(kProjLambertAzim, 45, -100));
+    float lat = 0, lon = 0;
+    EXPECT_EQ(MAP_untran(lat, lon, 0, 0), 0);
+    EXPECT_EQ(lat, 45);
+    EXPECT_EQ(lon, -100);
+    // Offsets from the centre must work all the same.
+    float x = 0, y = 0;
+    MAP_offset(x, y, 0, 0, 0, 111.195F);
+    EXPECT_NEAR(x, 0, 1e-4);
+    EXPECT_NEAR(y, 1.112, 1e-3);
+}
+
+TEST(Map, WithoutDomainCoordinatesPassThrough) {
+    EXPECT_EQ(MAP_domain(nullptr), -1);
+    EXPECT_EQ(MAP_get_proj(), kProjNone);
+    const Plane p = tran(40, -100);
+    EXPECT_EQ(p.status, 1);
+    EXPECT_EQ(p.x, 40);
+    EXPECT_EQ(p.y, -100);
+    EXPECT_EQ(MAP_in_grid_domain(1e6F, 1e6F), 1);
+}
+
+TEST(Map, UnknownCodesLeaveTheOutputsAlone) {
+    install(domain_of(kProjSkewT, 40, -100));
+    const Plane p = tran(40, -100);
+    EXPECT_EQ(p.status, 1);
+    EXPECT_EQ(p.x, 7);
+    float lat = 3, lon = 3;
+    EXPECT_EQ(MAP_untran(lat, lon, 1, 1), 1);
+    EXPECT_EQ(lat, 3);
+}
+
+TEST(Map, LimitsSurroundTheTransformedCentre) {
+    PlotDomain us = domain_of(kProjPolar, kMissingF, kMissingF);
+    us.clat = 39;
+    us.clon = -97;
+    us.dx = us.dy = 2.3F;
+    MAP_setup(us);
+    EXPECT_EQ(MAP_get_domain().plat, 39);
+    float xc = 0, yc = 0;
+    EXPECT_EQ(MAP_tran_center(xc, yc), 1);
+    const Rect limits = MAP_get_limits();
+    EXPECT_NEAR(limits.xmin, xc - 27.6, 1e-4);
+    EXPECT_NEAR(limits.xmax, xc + 27.6, 1e-4);
+    EXPECT_NEAR(limits.ymin, yc - 18.4, 1e-4);
+    EXPECT_NEAR(limits.ymax, yc + 18.4, 1e-4);
+    Rect window, viewport;
+    ASSERT_EQ(ginq_norm_tran(2, window, viewport), 0);
+    EXPECT_EQ(window, limits);
+
+    float x = 0, y = 0, i = 0, j = 0;
+    EXPECT_EQ(MAP_grid_tran(x, y, 24, 0), 0);
+    EXPECT_NEAR(x, limits.xmax, 1e-4);
+    EXPECT_NEAR(y, limits.ymax, 1e-4);
+    EXPECT_EQ(MAP_grid_untran(i, j, xc, yc), 0);
+    EXPECT_NEAR(i, 12, 1e-4);
+    EXPECT_NEAR(j, 8, 1e-4);
+    EXPECT_EQ(MAP_grid_tran(x, y, kMissingF, 0), -1);
+    EXPECT_EQ(x, kMissingF);
+    EXPECT_EQ(MAP_in_grid_domain(limits.xmax + 6.8F, yc), 1);
+    EXPECT_EQ(MAP_in_grid_domain(limits.xmax + 7.0F, yc), 0);
+}
+
+TEST(Map, DirectionsFollowTheMeridians) {
+    install(domain_of(kProjPolar, 90, -97));
+    const Plane south = tran(40, -97);
+    EXPECT_NEAR(MAP_dir_adj(0, south.x, south.y), 0, 1e-4);
+    // North of the pole's east side points to the left on the plot.
+    for (const int proj : {kProjPolar, kProjLambert}) {
+        install(domain_of(proj, 40, -97));
+        const Plane from = tran(40, -70), to = tran(40.5F, -70);
+        const double drawn = std::atan2(to.x - from.x, to.y - from.y) / kDegree;
+        EXPECT_LT(drawn, -15);
+        EXPECT_NEAR(MAP_dir_adj(0, from.x, from.y), drawn, 0.01) << proj;
+    }
+    install(domain_of(kProjPolar, -90, 30));
+    const Plane from = tran(-40, 70), to = tran(-39.5F, 70);
+    const double drawn = std::atan2(to.x - from.x, to.y - from.y) / kDegree;
+    EXPECT_NEAR(MAP_dir_adj(0, from.x, from.y), drawn, 0.01);
+    EXPECT_NEAR(MAP_dir(from.x, from.y, to.x, to.y), 0, 0.01);
+    EXPECT_NEAR(MAP_dir_adj(10, 0, 0), 40, 1e-4); // at the pole itself
+
+    PlotDomain satellite = domain_of(kProjSatellite, 0, -75);
+    satellite.ellipsoid = 1;
+    install(satellite);
+    const Plane below = tran(0, -75);
+    EXPECT_NEAR(MAP_dir_adj(90, below.x, below.y), 90, 0.5);
+    EXPECT_EQ(MAP_dir_adj(0, 300, 300), kMissingF);
+    install(domain_of(kProjMercator, 0, 0));
+    EXPECT_EQ(MAP_dir_adj(33, 5, 5), 33);
+}
+
+TEST(Map, OffsetsAndFactors) {
+    install(domain_of(kProjLatLon, 0, 0));
+    float x = 0, y = 0;
+    MAP_offset(x, y, 10, 60, 90, 111.195F);
+    EXPECT_NEAR(x, 12, 1e-4);
+    EXPECT_NEAR(y, 60, 1e-4);
+    MAP_offset(x, y, 10, 90, 90, 100);
+    EXPECT_TRUE(std::isfinite(x) && std::isfinite(y));
+    EXPECT_EQ(MAP_factor(40), 1);
+    install(domain_of(kProjPolar, 90, 0));
+    EXPECT_NEAR(MAP_factor(60), 1, 1e-4);
+    EXPECT_TRUE(std::isfinite(MAP_factor(-90)));
+}
+
+TEST(Map, ConvertsBetweenDomainsAndKeepsTheCurrentOne) {
+    const PlotDomain mercator = domain_of(kProjMercator, 0, -90), polar = domain_of(kProjPolar, 90, -97);
+    install(polar);
+    const Plane expected = tran(35, -80);
+    install(mercator);
+    const Plane start = tran(35, -80);
+    float x = 0, y = 0;
+    EXPECT_EQ(MAP_domain_tran(mercator, polar, x, y, start.x, start.y), 1);
+    EXPECT_NEAR(x, expected.x, 1e-4);
+    EXPECT_NEAR(y, expected.y, 1e-4);
+    EXPECT_EQ(MAP_get_proj(), kProjMercator);
+    PlotDomain same = mercator;
+    same.plat = kMissingF;
+    EXPECT_EQ(MAP_domain_tran(mercator, same, x, y, 1.25F, 2.5F), 1);
+    EXPECT_EQ(x, 1.25F);
+    EXPECT_EQ(MAP_domain_tran(domain_of(kProjOrtho, 0, 0), polar, x, y, 90, 90), 0);
+    EXPECT_EQ(x, kMissingF);
+}
+
+TEST(Map, Diagrams) {
+    PlotDomain d = domain_of(kProjPixel, kMissingF, kMissingF);
+    d.clat = d.clon = 0;
+    d.dx = 640;
+    d.dy = 480;
+    install(d);
+    EXPECT_EQ(tran(10, 20).y, -20);
+    EXPECT_EQ(MAP_get_limits(), (Rect{0, 640, -480, 0}));
+    d.proj = kProjXP; // pressure downwards: 1000 at the bottom
+    d.clon = 1000;
+    d.nx = 10;
+    d.ny = 8;
+    d.dx = 100;
+    d.dy = 800;
+    install(d);
+    EXPECT_NEAR(tran(50, 1000).y, -1000, 1e-3);
+    EXPECT_NEAR(tran(50, 200).y, MAP_get_limits().ymax, 1e-3);
+    EXPECT_NEAR(tran(50, 200).x, 5, 1e-4);
+    d.proj = kProjHodo;
+    install(d);
+    EXPECT_NEAR(tran(90, 30).x, 30, 1e-4);
+    float direction = 0, speed = 0;
+    MAP_untran(direction, speed, 0, 20);
+    EXPECT_NEAR(direction, 0, 1e-4);
+    EXPECT_NEAR(speed, 20, 1e-4);
+    d.proj = kProjXLogY;
+    install(d);
+    EXPECT_NEAR(tran(3, 500).y, -std::log(500.0), 1e-4);
+    expect_hidden(tran(3, 0));
+}
+
+TEST(ProjectionNames, FirstPrefixWins) {
+    const struct {
+        const char *name;
+        int code;
+    } cases[] = {{"lambaz", kProjLambert}, {"laz", kProjLambertAzim}, {"lat", kProjLatLon},
+                 {"LatLon", kProjLatLon},  {"polar", kProjPolar},     {"PS", kProjPolar},
+                 {"hodo", kProjHodo},      {"miss", kProjNone},       {"missing", kProjUnknown},
+                 {"", kProjUnknown},       {"l", kProjUnknown},       {"xp", kProjXP},
+                 {"therm", kProjSkewT},    {"40", kProjUnknown},      {"gnom", kProjGnomonic}};
+    for (const auto &row : cases) EXPECT_EQ(DOM_proj_str(row.name), row.code) << row.name;
+    EXPECT_EQ(projection_name(kProjLambertAzim), "lambaz");
+    EXPECT_EQ(projection_name(kProjXZ), "xz");
+    EXPECT_EQ(projection_name(kProjTeph), "");
+}
