@@ -1,4 +1,5 @@
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <string>
@@ -255,6 +256,22 @@ TEST_F(KernelTest, BeginAndEndOfAPlot) {
     std::ostringstream page;
     page << std::ifstream(path_).rdbuf();
     EXPECT_NE(page.str().find("%%VYX Plot: Storm title\n"), std::string::npos);
+}
+
+TEST_F(KernelTest, TheDeviceIsAskedForWhenNoneIsChosen) {
+    const std::string replies = path_.string() + ".replies";
+    std::ofstream(replies) << "Postscript\n";
+    ASSERT_NE(std::freopen(replies.c_str(), "r", stdin), nullptr);
+    int ws = 0;
+    DeviceKind device = DeviceKind::none;
+    testing::internal::CaptureStdout();
+    GPH_begin(ws, path_.string(), device);
+    EXPECT_EQ(testing::internal::GetCapturedStdout().find("Display (D) or Postscript (P): "), 0U);
+    EXPECT_EQ(device, DeviceKind::ps);
+    EXPECT_EQ(FLAG_get(kFlagDevice), 4);
+    GPH_end(ws);
+    EXPECT_EQ(FLAG_get(kFlagDevice), 0); // the next plot asks again
+    std::filesystem::remove(replies);
 }
 
 TEST_F(KernelTest, StartUpFailuresEndTheProgram) {
