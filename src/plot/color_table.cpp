@@ -82,18 +82,19 @@ std::optional<Rgb> decode_written_color(std::string_view text) {
 std::optional<Entry> decode_line(std::string_view line) {
     Scanner scan(line);
     if (is_digit(line.front())) scan.integer();
-    const auto name = scan.word(kNameLength);
+    const auto name = scan.word();
     scan.skip_blanks();
     if (scan.failed()) return std::nullopt;
     if (scan.rest().starts_with('#')) {
         const auto color = decode_digits(scan.rest().substr(1), 2, 16);
         if (!color) return std::nullopt;
-        return Entry{std::string(*name), *color};
+        return Entry{std::string(name->substr(0, kNameLength)), *color};
     }
     const auto red = scan.real(), green = scan.real(), blue = scan.real();
     if (scan.failed()) return std::nullopt;
     const auto intensity = [](float value) { return std::clamp(value, 0.0F, 1.0F); };
-    return Entry{std::string(*name), {intensity(*red), intensity(*green), intensity(*blue)}};
+    return Entry{std::string(name->substr(0, kNameLength)),
+                 {intensity(*red), intensity(*green), intensity(*blue)}};
 }
 
 /// What one pass over the files has found.

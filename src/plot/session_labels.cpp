@@ -196,16 +196,19 @@ std::string two_digits(int value) {
     return is_missing(value) ? std::string() : format_text("%2.2d", value);
 }
 
+/// The valid-time label without its hour: it ends with weekday, day, month and year, "SAT  5 JUL 03".
+std::string valid_day() {
+    constexpr std::size_t day_length = 13;
+    const std::string label = DATE_make_label_valid_time(state.forecast_hours, state.date);
+    return label.substr(label.size() - std::min(label.size(), day_length));
+}
+
 std::string expand_code(char code) {
     const DateRecord &date = state.date;
     switch (code) {
     case 'D': return DATE_make_label(date);
     case 'V': return DATE_make_label_valid_time(state.forecast_hours, date);
-    case 'W': {
-        DateRecord day = date;
-        day.hour = kMissing;
-        return DATE_make_label_valid_time(state.forecast_hours, day);
-    }
+    case 'W': return valid_day();
     case 'y': return two_digits(is_missing(date.year) ? kMissing : date.year % 100);
     case 'm': return two_digits(date.month);
     case 'b': return DATE_month(date.month);

@@ -1,0 +1,143 @@
+// The colour bar: where it stands, which levels it shows, and that its numbers can be read.
+
+#include "plot/bar.h"
+
+#include <map>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/text/font.h"
+#include "plot/levels.h"
+#include "plot_page.h"
+
+namespace {
+
+class Bar : public PlotPage {
+protected:
+    void SetUp() override {
+        PlotPage::SetUp();
+        RES_put("color_fill", "");
+        CONT_init();
+        CONT_set_type(kContourFill);
+    }
+    int draw(std::string_view title = "") {
+        GPH_trans(1);
+        const int result = CONT_draw_bar(1, title);
+        GPH_trans(2);
+        return result;
+    }
+    static std::vector<std::string> strings(const std::vector<PageText> &texts) {
+        std::vector<std::string> found;
+        for (const PageText &text : texts) found.push_back(text.text);
+        return found;
+    }
+};
+
+TEST_F(Bar, ExplicitLevels) {
+    open_page();
+    CONT_set_fill_colors("-100:off,5:blue,10:lblue:la=ten,15:red", 0);
+    ASSERT_EQ(draw("dBZ"), 0);
+    const Rect view = PLT_get_view();
+    const float left = view.xmin + 0.03F * view.width(), right = (view.xmin + view.xmax) / 2;
+    const float y = view.ymin - 0.02F;
+    EXPECT_EQ(CONT_get_bar_value(left + 0.001F, y), -100);
+    EXPECT_EQ(CONT_get_bar_value((left + right) / 2 + 0.001F, y), 10);
+    EXPECT_EQ(CONT_get_bar_value(right, y), 15);
+    EXPECT_EQ(CONT_get_bar_value(right + 0.001F, y), kMissingF);
+    EXPECT_EQ(CONT_get_bar_value(left, view.ymin), kMissingF);
+    const auto texts = texts_of(close_page());
+    EXPECT_EQ(strings(texts), (std::vector<std::string>{"-100", "5", "ten", "15", "dBZ"}));
+    EXPECT_NEAR(texts[0].x, left, 1e-3);
+    EXPECT_NEAR(texts[0].y, 0, 1e-3)
+        << "at the bottom of the page, where there is less room than the bar would take";
+    EXPECT_NEAR(texts[4].x, view.xmax, 1e-3);
+}
+
+TEST_F(Bar, RegularLevels) {
+    open_page();
+    CONT_set_fill_colors("lblue,lcyan,lgreen,yellow,lred", 0);
+    CONT_set_base(0);
+    CONT_set_intrvl(4);
+    CONT_set_range(15, 0);
+    ASSERT_EQ(draw(), 0);
+    EXPECT_EQ(strings(texts_of(close_page())), (std::vector<std::string>{"0", "4", "8", "12", "16"}));
+}
+
+TEST_F(Bar, ManyLevelsAreLabelledNowAndThen) {
+    open_page();
+    CONT_set_fill_colors("blue,lblue,red", 0);
+    CONT_set_base(0);
+    CONT_set_intrvl(1);
+    CONT_set_range(30.5F, 0);
+    ASSERT_EQ(draw(), 0);
+    const auto texts = texts_of(close_page());
+    ASSERT_GE(texts.size(), 10U);
+    EXPECT_EQ(texts[1].text, "3");
+    EXPECT_EQ(texts.back().text, "31");
+    EXPECT_EQ(texts[texts.size() - 2].text, "27") << "the label beside the last gives way";
+}
+
+TEST_F(Bar, WideLabelsStandApart) {
+    for (const char *list :
+         {"-1000:red,-900:blue,-800:red,-700:blue,-600:red,-500:blue,-400:red,-300:blue,-200:red,"
+          "-100:blue,0:red,100:blue,200:red,300:blue",
+          "1:red:la=wide text,2:blue:la=more text,3:red:la=wide text,4:blue:la=more text,"
+          "5:red:la=wide text,6:blue:la=more text,7:red:la=wide text,8:blue:la=more text"}) {
+        open_page();
+        CONT_reset_fill_set();
+        CONT_set_fill_colors(list, 0);
+        ASSERT_EQ(draw(), 0);
+        // The text height that the bar has chosen is still in force.
+        GPH_trans(1);
+        std::map<std::string, float> width_of;
+        for (int i = 0; i < CONT_get_num_cont(); ++i)
+            width_of[CONT_get_label(i)] = gtext_width(CONT_get_label(i));
+        const auto texts = texts_of(close_page());
+        ASSERT_GE(texts.size(), 3U);
+        for (std::size_t i = 1; i < texts.size(); ++i) {
+            const float widths = width_of[texts[i - 1].text] + width_of[texts[i].text];
+            EXPECT_GT(widths, 0);
+            EXPECT_GT(texts[i].x - texts[i - 1].x, widths / 2) << texts[i].text;
+        }
+    }
+}
+
+TEST_F(Bar, NoBarWithoutUsableLevels) {
+    open_page();
+    EXPECT_EQ(draw(), -1) << "no colours";
+    CONT_set_fill_colors("red,green", 0);
+    EXPECT_EQ(draw(), -1) << "no range";
+    CONT_set_range(1000, 0);
+    CONT_set_intrvl(1);
+    EXPECT_EQ(draw(), -1) << "too many";
+    CONT_set_intrvl(1e-38F);
+    EXPECT_EQ(draw(), -1);
+    CONT_set_intrvl(kMissingF);
+    EXPECT_EQ(draw(), 0) << "an interval is found";
+    CONT_reset_fill_set();
+    CONT_set_fill_colors("5:red,5:green", 0);
+    EXPECT_EQ(draw(), -1) << "no interval";
+    EXPECT_EQ(CONT_get_bar_value(0.2F, 0.02F), kMissingF);
+    close_page();
+}
+
+TEST_F(Bar, UserChoosesTheRange) {
+    RES_put("con_interval", "5");
+    RES_put("con_base", ">10,<30");
+    open_page();
+    CONT_set_fill_colors("red,green,blue", 0);
+    CONT_set_range(100, 0);
+    ASSERT_EQ(draw(), 0);
+    EXPECT_EQ(strings(texts_of(close_page())),
+              (std::vector<std::string>{"10", "15", "20", "25", "30", "35"}));
+    EXPECT_EQ(CONT_get_base(), 10);
+}
+
+TEST_F(Bar, NeedsRoom) {
+    RES_put("plot_param", "full");
+    open_page();
+    CONT_set_fill_colors("5:red,10:green", 0);
+    EXPECT_EQ(draw(), -1);
+    close_page();
+}
+
+} // namespace
