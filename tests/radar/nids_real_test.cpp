@@ -9,11 +9,11 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include "facts_table.h"
 #include "lib/text.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/reader.h"
 #include "real_files.h"
+#include "tsv.h"
 
 namespace {
 
@@ -107,7 +107,7 @@ bool is_known(int code) {
     return kKnown.contains(code);
 }
 
-void expect_header(FactsRow &row, const NidsInfo &info) {
+void expect_header(TsvRow &row, const NidsInfo &info) {
     const NidsDescription &description = NIDS_get_prod_desc();
     EXPECT_EQ(std::to_string(info.code), row["code"]);
     EXPECT_EQ(std::to_string(info.source), row["source"]);
@@ -134,7 +134,7 @@ void expect_header(FactsRow &row, const NidsInfo &info) {
     EXPECT_FLOAT_EQ(info.domain.clon, static_cast<float>(description.longitude) / 1000);
 }
 
-void expect_image(FactsRow &row, const NidsInfo &info) {
+void expect_image(TsvRow &row, const NidsInfo &info) {
     const Counted counted = count_packet(info.packet);
     const bool radial = is_radial(info.packet);
     const std::string &geometry = row["geometry"];
@@ -213,9 +213,9 @@ void expect_barbs(const std::string &content) {
 }
 
 /// Compares the packets of one layer or page; `code` is that of the first one, whose header has been read.
-void expect_packets(std::vector<FactsRow> &rows, int code) {
+void expect_packets(std::vector<TsvRow> &rows, int code) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        FactsRow &row = rows[i];
+        TsvRow &row = rows[i];
         SCOPED_TRACE(row["where"] + " at " + row["offset"]);
         const int expected = packet_code(row["packet"]);
         if (i > 0) {
@@ -234,9 +234,9 @@ void expect_packets(std::vector<FactsRow> &rows, int code) {
 
 TEST(NidsRealFiles, HeadersAndImagesAreAsTheFactsSay) {
     SKIP_WITHOUT_REAL_FILES();
-    const auto rows = read_facts(samples() + "level3-facts.tsv");
+    const auto rows = read_tsv(samples() + "level3-facts.tsv");
     ASSERT_GT(rows.size(), 50U);
-    for (FactsRow row : rows) {
+    for (TsvRow row : rows) {
         SCOPED_TRACE(row["file"]);
         ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + row["file"]), 1);
         NidsInfo info;
@@ -290,11 +290,11 @@ TEST(NidsRealFiles, NamesAndLabels) {
 
 TEST(NidsRealFiles, PacketsAndPagesAreAsTheFactsSay) {
     SKIP_WITHOUT_REAL_FILES();
-    std::map<std::string, std::map<std::string, std::vector<FactsRow>>> packets;
-    for (FactsRow row : read_facts(samples() + "level3-packets.tsv"))
+    std::map<std::string, std::map<std::string, std::vector<TsvRow>>> packets;
+    for (TsvRow row : read_tsv(samples() + "level3-packets.tsv"))
         packets[row["file"]][row["where"]].push_back(row);
     int compared = 0;
-    for (FactsRow row : read_facts(samples() + "level3-facts.tsv")) {
+    for (TsvRow row : read_tsv(samples() + "level3-facts.tsv")) {
         SCOPED_TRACE(row["file"]);
         ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + row["file"]), 1);
         NidsInfo info;
@@ -321,7 +321,7 @@ TEST(NidsRealFiles, LevelsHaveTheValuesOfTheFormulas) {
     NidsInfo info;
     std::array<float, 256> values{};
     int compared = 0;
-    for (FactsRow row : read_facts(samples() + "level3-points.tsv")) {
+    for (TsvRow row : read_tsv(samples() + "level3-points.tsv")) {
         SCOPED_TRACE(row["file"] + " level " + row["level"]);
         if (row["file"] != open) {
             open = row["file"];
