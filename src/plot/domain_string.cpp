@@ -92,6 +92,11 @@ bool read_projection(std::string_view token, PlotDomain &domain) {
     return true;
 }
 
+struct Place {
+    bool found = false;
+    float lat = kMissingF, lon = kMissingF;
+};
+
 /// The tokens of a domain string. The place of an "id:" token is looked up once, however many patterns ask.
 class Tokens {
 public:
@@ -128,10 +133,6 @@ public:
     }
 
 private:
-    struct Place {
-        bool found = false;
-        float lat = kMissingF, lon = kMissingF;
-    };
     std::vector<std::string> tokens_;
     std::optional<Place> place_;
 };
