@@ -186,6 +186,10 @@ const std::deque<ResourceRecord> &RES_records() {
     return state.records;
 }
 
+void RES_clear() {
+    state.records.clear();
+}
+
 void RES_set_program(std::string_view argv0) {
     state.program = argv0;
     state.program_name = state.program.substr(state.program.rfind('/') + 1); // npos + 1 is 0

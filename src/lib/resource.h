@@ -49,5 +49,7 @@ struct ResourceRecord {
 };
 /// All records in the order of their creation. Records keep their place in memory.
 const std::deque<ResourceRecord> &RES_records();
+/// Forgets every record.
+void RES_clear();
 /// Takes argv[0] for RES_get_prog and its base name for RES_get_progname.
 void RES_set_program(std::string_view argv0);
