@@ -30,7 +30,7 @@ constexpr int kLabelledLevels = 15;
 /// Labels shrink to this before some of them are left out.
 constexpr float kSmallestShrink = 0.6F;
 /// Room between neighbouring labels, of the text height.
-constexpr float kLabelGap = 0.5F;
+constexpr float kLabelGap = 0.75F;
 constexpr int kPatternStyle = 2, kSolidStyle = 1;
 constexpr int kLineSolid = 1, kLineDashed = 2;
 
