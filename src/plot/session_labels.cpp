@@ -122,7 +122,7 @@ float shrink_to_fit(const Line &line, const Layout &layout, float text_height) {
                 right = gtext_width(line.text[2]);
     float factor = 1;
     const auto fit = [&factor](float width, float room) {
-        if (width > room) factor = std::min(factor, room / width);
+        if (width > 0 && width > room) factor = std::min(factor, room / width);
     };
     fit(left, layout.page.xmax - start);
     fit(half, std::min(center - line.left_limit, layout.page.xmax - center));
