@@ -26,6 +26,7 @@ namespace {
 
 struct State {
     bool images_refused = false; ///< the user has been told that no image is written
+    bool redraw = true;          ///< what is drawn is kept for a replay
     int shadow = 0;              ///< copies of the texts' drop shadow
 } state;
 
@@ -186,7 +187,7 @@ void apply(Param param, std::string_view value, const std::string &item) {
         break;
     case Param::no_page: MESS_set_page(0); break;
     case Param::page: MESS_set_page(1); break;
-    case Param::no_redraw: gset_redraw(0); break;
+    case Param::no_redraw: state.redraw = false; break;
     case Param::id_name: CTY_set_id_type(0); break;
     case Param::id_wmo: CTY_set_id_type(1); break;
     case Param::id_coded_wmo: CTY_set_id_type(2); break;
@@ -238,5 +239,6 @@ void PLT_param_decode() {
 }
 
 void PLT_param_apply() {
+    if (!state.redraw) gset_redraw(0);
     if (state.shadow > 0) gset_font_drop(state.shadow);
 }
