@@ -163,6 +163,20 @@ TEST_F(Session, TheBarTakesTheLowerLeft) {
     EXPECT_EQ(texts[0].text, "right");
 }
 
+TEST_F(Session, AShortLabelBesideTheBarKeepsItsSize) {
+    open_page();
+    PLT_label_low_right("right");
+    std::vector<float> widths;
+    for (const int bar : {0, 1}) {
+        CONT_set_bar(bar);
+        EXPECT_EQ(PLT_labels(), 0);
+        widths.push_back(gtext_width("right")); // the label was drawn last
+    }
+    EXPECT_GT(widths[0], 0);
+    EXPECT_EQ(widths[0], widths[1]);
+    close_page();
+}
+
 TEST_F(Session, SwitchedOffComponentsAndFixedPositions) {
     RES_put("label", "ul:Title");
     CONT_set_bar(0);
