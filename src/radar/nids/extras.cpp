@@ -149,6 +149,7 @@ int NIDS_plot_data() {
         for (int i = 0; i < VAR_get_num(); ++i) {
             for (const PlacedStorm &storm : storms) {
                 GPH_line_attr(&ink.data);
+                GPH_fill_attr(&ink.data);
                 GPH_text_attr(&ink.data, 1.0F);
                 NIDS_draw_storm(storm, VAR_get(i), scale);
             }

@@ -28,6 +28,8 @@ constexpr int kPrecipArrayCode = 81;
 constexpr float kPlanePerSymbolUnit = 0.25F / 100.0F;
 constexpr float kSymbolScreen = 512.0F; ///< symbol units across the product's screen
 constexpr float kTextUnits = 8.0F;
+/// Column headings stand 38 units apart: four characters at full width would touch.
+constexpr float kTextExpansion = 0.75F;
 constexpr float kBarbUnits = 20.0F;
 
 bool is_radial(int packet) {
@@ -137,7 +139,9 @@ void draw_symbols(int packet, const Point &radar, const Attribute &data, const A
         NIDS_get_text(text);
         const Point p = symbol_point(text.i, text.j, radar);
         if (data.color < 0 || is_missing(p.x)) return;
-        GPH_text_attr(&data, kTextUnits * symbol_unit());
+        Attribute letters = data;
+        if (is_missing(letters.expansion)) letters.expansion = kTextExpansion;
+        GPH_text_attr(&letters, kTextUnits * symbol_unit());
         GPH_text_align(kAlignLeft, kAlignCap);
         gtext(p, text.text);
     }
