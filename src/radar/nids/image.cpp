@@ -24,10 +24,9 @@ namespace {
 /// Each bin reaches a little over the next radial, so that no gap shows between them.
 constexpr float kRadialOverlapDeg = 0.01F;
 constexpr int kPrecipArrayCode = 81;
-/// Symbol positions on a map are stored in quarter kilometres from the radar.
-constexpr float kPlanePerSymbolUnit = 0.25F / 100.0F;
-constexpr float kSymbolScreen = 512.0F; ///< symbol units across the product's screen
+constexpr float kSymbolScreen = 511.0F; ///< units across the product's screen
 constexpr float kTextUnits = 8.0F;
+constexpr float kMapTextUnits = 5.0F; ///< notes on maps are set in lines of 7 units
 /// Column headings stand 38 units apart: four characters at full width would touch.
 constexpr float kTextExpansion = 0.75F;
 constexpr float kBarbUnits = 20.0F;
@@ -97,53 +96,48 @@ void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const Cell
     }
 }
 
-/// Plot point of a symbol position: on the product's own screen the pair is a point of it, on a map it counts
-/// from the radar.
-Point symbol_point(float i, float j, const Point &radar) {
-    Point p{kMissingF, kMissingF};
-    if (!is_map_projection(MAP_get_proj()))
-        MAP_tran(p.x, p.y, i, j);
-    else if (!is_missing(radar.x))
-        p = {radar.x + i * kPlanePerSymbolUnit, radar.y + j * kPlanePerSymbolUnit};
-    return p;
-}
+/// The product's screen, on which symbols stand, laid over the plot: rows count downwards from the upper
+/// edge.
+struct SymbolScreen {
+    Rect window = GPH_get_win(2);
+    float unit = window.height() / kSymbolScreen;
 
-/// Length of a screen unit on the plot.
-float symbol_unit() {
-    if (!is_map_projection(MAP_get_proj())) return 1.0F;
-    return GPH_get_win(2).height() / kSymbolScreen;
-}
+    [[nodiscard]] Point at(float i, float j) const {
+        return {window.xmin + i * unit, window.ymax - j * unit};
+    }
+};
 
-void draw_symbols(int packet, const Point &radar, const Attribute &data, const Attribute &grid) {
+void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
+    const SymbolScreen screen;
     if (is_vector(packet)) {
         GPH_line_attr(&grid);
         NidsVector v{};
         while (NIDS_get_vector(v) == 1) {
-            const Point a = symbol_point(v.i1, v.j1, radar);
-            const Point b = symbol_point(v.i2, v.j2, radar);
-            if (!is_missing(a.x) && !is_missing(b.x)) GPH_line(a.x, a.y, b.x, b.y);
+            const Point a = screen.at(v.i1, v.j1);
+            const Point b = screen.at(v.i2, v.j2);
+            GPH_line(a.x, a.y, b.x, b.y);
         }
     } else if (packet == kPacketWind) {
         NidsWind wind{};
         while (NIDS_get_wind(wind) == 1) {
-            const Point p = symbol_point(wind.i, wind.j, radar);
+            const Point p = screen.at(wind.i, wind.j);
             Attribute ink;
             CONT_get_fill_attrib(ink, wind.value);
-            if (ink.color < 0 || is_missing(p.x)) continue;
+            if (ink.color < 0) continue;
             GPH_fill_attr(&ink);
             GPH_line_attr(&ink);
-            WIND_barb(p.x, p.y, wind.direction, wind.speed, kBarbUnits * symbol_unit(), 0.0F);
+            WIND_barb(p.x, p.y, wind.direction, wind.speed, kBarbUnits * screen.unit, 0.0F);
         }
     } else if (is_text(packet)) {
         NidsText text;
         NIDS_get_text(text);
-        const Point p = symbol_point(text.i, text.j, radar);
-        if (data.color < 0 || is_missing(p.x)) return;
+        if (data.color < 0) return;
         Attribute letters = data;
         if (is_missing(letters.expansion)) letters.expansion = kTextExpansion;
-        GPH_text_attr(&letters, kTextUnits * symbol_unit());
+        const float height = is_map_projection(MAP_get_proj()) ? kMapTextUnits : kTextUnits;
+        GPH_text_attr(&letters, height * screen.unit);
         GPH_text_align(kAlignLeft, kAlignCap);
-        gtext(p, text.text);
+        gtext(screen.at(text.i, text.j), text.text);
     }
 }
 
@@ -173,15 +167,13 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
     ATTRIB_get("color_data", ATTRIB_text_default(), data);
     ATTRIB_get("color_grid", "red", grid_lines);
     const CellFrame frame(info.domain, lat, lon);
-    Point radar{kMissingF, kMissingF};
-    MAP_tran(radar.x, radar.y, lat, lon);
 
     const bool draw = FLAG_getplot(kPlotSummary) > 0;
     std::array<float, kCellLevels> values{};
     int packet = info.packet;
     for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
         if (!is_radial(packet) && !is_raster(packet)) {
-            draw_symbols(packet, radar, data, grid_lines);
+            draw_symbols(packet, data, grid_lines);
             continue;
         }
         NIDS_level_values(packet, values);

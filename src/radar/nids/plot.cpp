@@ -12,6 +12,7 @@
 #include "plot/background.h"
 #include "plot/bar.h"
 #include "plot/levels.h"
+#include "plot/map.h"
 #include "plot/session.h"
 #include "plot/watch.h"
 #include "radar/common/driver.h"
@@ -38,6 +39,17 @@ void complete_date(DateRecord &date, const DateRecord &product) {
     take(date.day, product.day);
     take(date.hour, product.hour);
     take(date.minute, product.minute);
+}
+
+/// The product's domain; one without a bin size gets the view of an ordinary radar picture, so that its map
+/// and storms have a place.
+PlotDomain view_domain() {
+    constexpr float kOrdinaryBinNm = 0.54F;
+    PlotDomain domain = state.info.domain;
+    if (domain.dx > 0) return domain;
+    const MapDomainScope scope(domain);
+    domain.dx = domain.dy = MAP_factor(domain.clat) * kOrdinaryBinNm * kKmPerNauticalMile / 100.0F;
+    return domain;
 }
 
 } // namespace
@@ -116,6 +128,6 @@ int NIDS_plot(PlotDomain &domain) {
     const char *variable = RES_get("variable");
     if (variable != nullptr && std::string_view(variable) == "watch") WATCH_decode(state.base_date);
     NIDS_plot_param();
-    return RADAR_plot({NIDS_open_file, NIDS_close_file, [] { return state.info.domain; }, NIDS_plot_frame},
-                      state.base_date, domain);
+    return RADAR_plot({NIDS_open_file, NIDS_close_file, view_domain, NIDS_plot_frame}, state.base_date,
+                      domain);
 }
