@@ -1,6 +1,7 @@
 /// Geo-located truth: the cell that the plotting geometry puts at a place on the earth has the level that an
 /// independent decoding of the file found there.
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -41,10 +42,11 @@ void note_cell(void *context, const CellCorners &c, std::uint8_t level) {
     auto &places = *static_cast<std::vector<Place> *>(context);
     const auto [x_low, x_high] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
     const auto [y_low, y_high] = std::minmax({c[0].y, c[1].y, c[2].y, c[3].y});
-    for (Place &place : places) {
-        const Point &p = place.plot;
-        if (p.x < x_low || p.x > x_high || p.y < y_low || p.y > y_high) continue;
-        if (inside(c, p)) place.found = level;
+    const auto first = std::lower_bound(places.begin(), places.end(), x_low,
+                                        [](const Place &place, float x) { return place.plot.x < x; });
+    for (auto place = first; place != places.end() && place->plot.x <= x_high; ++place) {
+        const Point &p = place->plot;
+        if (p.y >= y_low && p.y <= y_high && inside(c, p)) place->found = level;
     }
 }
 
@@ -75,6 +77,8 @@ int count_wrong(const std::string &path, const PlotDomain *domain, std::vector<P
     const NidsInfo info = NIDS_get_info();
     MAP_setup(domain != nullptr ? *domain : info.domain);
     for (Place &place : places) MAP_tran(place.plot.x, place.plot.y, place.lat, place.lon);
+    std::sort(places.begin(), places.end(),
+              [](const Place &a, const Place &b) { return a.plot.x < b.plot.x; });
     CONT_reset_fill_set();
     CONT_reset_values();
     CONT_set_fill_colors("-1000000:#123456", 1);

@@ -10,7 +10,11 @@
 
 namespace {
 
-constexpr int kBoxesPerPiece = 10;
+constexpr std::size_t kBoxesPerPiece = 10;
+/// Exact points of a grid line stand this far apart (plane units, 4 km): half a metre of sagitta between
+/// them.
+constexpr float kKnotDistance = 0.04F;
+constexpr float kMostBetweenKnots = 1000.0F;
 /// No cell is wider than this (plane units); a wider outline crosses the seam of the projection.
 constexpr float kWidestCell = 20.0F;
 
@@ -35,38 +39,70 @@ void CellFiller::take(void *context, const CellCorners &corners, std::uint8_t le
     gfill_area(corners);
 }
 
-CellFrame::CellFrame(const PlotDomain &product, float lat, float lon)
-    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(2)),
-      direct_(DOM_comp_proj(product, plot_) == 1) {
-    const MapDomainScope scope(product_);
-    MAP_tran(radar_.x, radar_.y, lat, lon);
-    turn_ = MAP_dir_adj(0.0F, radar_.x, radar_.y);
+CellFrame::CellFrame(const PlotDomain &product, float lat, float lon) : CellFrame(product) {
+    around_radar_ = true;
+    sin_lat_ = std::sin(lat * kDegree);
+    cos_lat_ = std::cos(lat * kDegree);
+    lon_ = lon;
 }
 
-void CellFrame::to_plot(std::span<Point> points) const {
-    if (direct_) return;
-    {
-        const MapDomainScope scope(product_);
-        for (Point &p : points) {
-            Point place{kMissingF, kMissingF};
-            MAP_untran(place.x, place.y, p.x, p.y);
-            p = place;
+CellFrame::CellFrame(const PlotDomain &product)
+    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(2)),
+      direct_(DOM_comp_proj(product, plot_) == 1) {}
+
+Point CellFrame::plot_of_radar_point(const Point &grid) const {
+    const double x = grid.x;
+    const double y = grid.y;
+    const double range = std::hypot(x, y);
+    const double arc = range / kEarthRadius;
+    const double shrink = range > 0 ? std::sin(arc) / range : 1.0 / kEarthRadius;
+    const double cos_arc = std::cos(arc);
+    const double lat = std::asin(std::clamp(cos_arc * sin_lat_ + y * shrink * cos_lat_, -1.0, 1.0));
+    const double east = std::atan2(x * shrink, cos_lat_ * cos_arc - y * shrink * sin_lat_);
+    Point plane{kMissingF, kMissingF};
+    MAP_tran(plane.x, plane.y, static_cast<float>(lat / kDegree), static_cast<float>(lon_ + east / kDegree));
+    return plane;
+}
+
+Point CellFrame::plot_of_plane_point(const Point &grid) const {
+    if (direct_) return grid;
+    Point plane{kMissingF, kMissingF};
+    MAP_domain_tran(product_, plot_, plane.x, plane.y, grid.x, grid.y);
+    return plane;
+}
+
+Point CellFrame::to_plot(const Point &grid) const {
+    return around_radar_ ? plot_of_radar_point(grid) : plot_of_plane_point(grid);
+}
+
+void CellFrame::line(const Point &start, const Point &step, std::span<Point> out) const {
+    const auto grid_point = [&](std::size_t i) {
+        const auto k = static_cast<float>(i);
+        return Point{start.x + k * step.x, start.y + k * step.y};
+    };
+    const float length = std::max(std::hypot(step.x, step.y), kKnotDistance / kMostBetweenKnots);
+    const auto stride = static_cast<std::size_t>(std::max(1.0F, kKnotDistance / length));
+    if (out.empty()) return;
+    out[0] = to_plot(grid_point(0));
+    for (std::size_t knot = 0; knot + 1 < out.size();) {
+        const std::size_t next = std::min(knot + stride, out.size() - 1);
+        out[next] = to_plot(grid_point(next));
+        const Point a = out[knot];
+        const Point b = out[next];
+        const bool torn = is_missing(a.x) || is_missing(b.x) || std::abs(b.x - a.x) > kWidestCell;
+        for (std::size_t i = knot + 1; i < next; ++i) {
+            const float part = static_cast<float>(i - knot) / static_cast<float>(next - knot);
+            out[i] =
+                torn ? to_plot(grid_point(i)) : Point{a.x + part * (b.x - a.x), a.y + part * (b.y - a.y)};
         }
-    }
-    for (Point &p : points) {
-        if (is_missing(p.x)) continue;
-        Point plane{kMissingF, kMissingF};
-        MAP_tran(plane.x, plane.y, p.x, p.y);
-        p = plane;
+        knot = next;
     }
 }
 
 bool CellFrame::shows(const CellCorners &c) const {
-    if (!direct_ && (is_missing(c[0].x) || is_missing(c[1].x) || is_missing(c[2].x) || is_missing(c[3].x)))
-        return false;
+    if (is_missing(c[0].x) || is_missing(c[1].x) || is_missing(c[2].x) || is_missing(c[3].x)) return false;
     const auto [x_low, x_high] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
-    if (x_high < window_.xmin || x_low > window_.xmax) return false;
-    if (!direct_ && x_high - x_low > kWidestCell) return false;
+    if (x_high < window_.xmin || x_low > window_.xmax || x_high - x_low > kWidestCell) return false;
     const auto [y_low, y_high] = std::minmax({c[0].y, c[1].y, c[2].y, c[3].y});
     return y_high >= window_.ymin && y_low <= window_.ymax;
 }
@@ -98,36 +134,32 @@ void RadialCells::draw(float azimuth_a, float azimuth_b, float first, float step
 void RadialCells::draw_stretch(std::size_t begin, std::size_t end, std::span<const std::uint8_t> levels,
                                const CellSink &sink) {
     const std::size_t corners = end - begin + 1;
-    edges_.resize(2 * corners);
-    const std::span edge_a = std::span(edges_).first(corners);
-    const std::span edge_b = std::span(edges_).last(corners);
-    const Point radar = frame_.radar();
-    for (std::size_t i = 0; i < corners; ++i) {
-        const double range =
-            static_cast<double>(first_) + static_cast<double>(begin + i) * static_cast<double>(step_);
-        edge_a[i] = {static_cast<float>(radar.x + range * sin_a_),
-                     static_cast<float>(radar.y + range * cos_a_)};
-        edge_b[i] = {static_cast<float>(radar.x + range * sin_b_),
-                     static_cast<float>(radar.y + range * cos_b_)};
-    }
-    frame_.to_plot(edges_);
+    const double range =
+        static_cast<double>(first_) + static_cast<double>(begin) * static_cast<double>(step_);
+    const auto edge = [&](double sine, double cosine, std::vector<Point> &points) {
+        points.resize(corners);
+        frame_.line({static_cast<float>(range * sine), static_cast<float>(range * cosine)},
+                    {static_cast<float>(step_ * sine), static_cast<float>(step_ * cosine)}, points);
+    };
+    edge(sin_a_, cos_a_, edge_a_);
+    edge(sin_b_, cos_b_, edge_b_);
     for (std::size_t i = 0; i + 1 < corners; ++i) {
-        const CellCorners cell{edge_a[i], edge_a[i + 1], edge_b[i + 1], edge_b[i], edge_a[i]};
+        const CellCorners cell{edge_a_[i], edge_a_[i + 1], edge_b_[i + 1], edge_b_[i], edge_a_[i]};
         if (frame_.shows(cell)) sink.take(sink.context, cell, levels[begin + i]);
     }
 }
 
-void CELL_draw_boxes(const CellFrame &frame, float x, float y_top, float size, int count, std::uint8_t level,
-                     const CellSink &sink) {
-    const int piece = frame.direct() ? kBoxesPerPiece : 1;
-    const float y_bottom = y_top - size;
-    for (int done = 0; done < count; done += piece) {
-        const float left = x + static_cast<float>(done) * size;
-        const float right = x + static_cast<float>(std::min(done + piece, count)) * size;
-        CellCorners cell{Point{left, y_top}, Point{right, y_top}, Point{right, y_bottom},
-                         Point{left, y_bottom}, Point{left, y_top}};
-        frame.to_plot(std::span(cell).first(4));
-        cell[4] = cell[0];
-        if (frame.shows(cell)) sink.take(sink.context, cell, level);
+void BoxCells::draw(float x, float y_top, float size, int count, std::uint8_t level, const CellSink &sink) {
+    if (count < 1) return;
+    const auto boxes = static_cast<std::size_t>(count);
+    top_.resize(boxes + 1);
+    bottom_.resize(boxes + 1);
+    frame_.line({x, y_top}, {size, 0.0F}, top_);
+    frame_.line({x, y_top - size}, {size, 0.0F}, bottom_);
+    const std::size_t piece = frame_.direct() ? kBoxesPerPiece : 1;
+    for (std::size_t left = 0; left < boxes; left += piece) {
+        const std::size_t right = std::min(left + piece, boxes);
+        const CellCorners cell{top_[left], top_[right], bottom_[right], bottom_[left], top_[left]};
+        if (frame_.shows(cell)) sink.take(sink.context, cell, level);
     }
 }

@@ -39,31 +39,36 @@ private:
     int level_ = -1;
 };
 
-/// Brings points of a radar's own plane onto the plot.
+/// Brings points of a grid onto the plot, which is the current map domain.
 class CellFrame {
 public:
-    /// The plot is the current map domain; the radar stands at `lat`, `lon` (degrees).
+    /// A grid around a radar: points count in plane units (100 km) east and north of it along great circles.
+    /// `product` is the product's own domain.
     CellFrame(const PlotDomain &product, float lat, float lon);
+    /// A grid that lies in the plane of the product's own projection.
+    explicit CellFrame(const PlotDomain &product);
 
-    /// Product and plot share their projection: the planes are one.
+    /// Product and plot share their projection.
     [[nodiscard]] bool direct() const { return direct_; }
-    /// The radar in the product plane.
-    [[nodiscard]] Point radar() const { return radar_; }
-    /// An azimuth (degrees) turned to the product plane's y axis at the radar.
-    [[nodiscard]] float plane_azimuth(float azimuth) const { return azimuth + turn_; }
-    /// Product plane to plot plane, in place; points that the plot cannot show become missing.
-    void to_plot(std::span<Point> points) const;
+    /// The points start + i * step of a straight line of the grid, as plot points; points that the plot
+    /// cannot show are missing. Between points some kilometres apart the line is straight on the plot: a
+    /// metre is not seen.
+    void line(const Point &start, const Point &step, std::span<Point> out) const;
     /// False for an outline that the plot cannot show whole, that lies outside the window, or that a seam of
     /// the projection tears apart.
     [[nodiscard]] bool shows(const CellCorners &corners) const;
 
 private:
+    [[nodiscard]] Point to_plot(const Point &grid) const;
+    [[nodiscard]] Point plot_of_radar_point(const Point &grid) const;
+    [[nodiscard]] Point plot_of_plane_point(const Point &grid) const;
+
     PlotDomain product_;
     PlotDomain plot_;
     Rect window_; ///< of the plot, plot plane
-    Point radar_;
-    float turn_ = 0;
+    bool around_radar_ = false;
     bool direct_ = true;
+    double sin_lat_ = 0, cos_lat_ = 0, lon_ = 0; ///< of the radar; longitude in degrees
 };
 
 /// The bins of one radial.
@@ -72,7 +77,7 @@ public:
     explicit RadialCells(const CellFrame &frame) : frame_(frame) {}
 
     /// Draws the bins of one radial: bin i spans `first` + i * `step` to `first` + (i + 1) * `step` (plane
-    /// units) between two azimuths (degrees from the plane's y axis); bins below `skip` are not drawn.
+    /// units) between two azimuths (degrees from north); bins below `skip` are not drawn.
     void draw(float azimuth_a, float azimuth_b, float first, float step, std::span<const std::uint8_t> levels,
               std::size_t skip, const LevelInk &ink, const CellSink &sink);
 
@@ -81,12 +86,21 @@ private:
                       const CellSink &sink);
 
     const CellFrame &frame_;
-    std::vector<Point> edges_; ///< corners of a stretch of drawn bins: first edge, then second edge
+    std::vector<Point> edge_a_, edge_b_; ///< corners of a stretch of drawn bins
     double sin_a_ = 0, cos_a_ = 0, sin_b_ = 0, cos_b_ = 0;
     float first_ = 0, step_ = 0;
 };
 
-/// Draws `count` boxes of one level of a raster row from x rightwards, between y_top and y_top - size
-/// (product plane), in pieces: up to ten boxes when product and plot share their projection, else box by box.
-void CELL_draw_boxes(const CellFrame &frame, float x, float y_top, float size, int count, std::uint8_t level,
-                     const CellSink &sink);
+/// The boxes of a raster.
+class BoxCells {
+public:
+    explicit BoxCells(const CellFrame &frame) : frame_(frame) {}
+
+    /// Draws `count` boxes of one level of a row from x rightwards, between y_top and y_top - size (grid), in
+    /// pieces: up to ten boxes when product and plot share their projection, else box by box.
+    void draw(float x, float y_top, float size, int count, std::uint8_t level, const CellSink &sink);
+
+private:
+    const CellFrame &frame_;
+    std::vector<Point> top_, bottom_;
+};

@@ -44,10 +44,36 @@ bool is_text(int packet) {
     return packet == kPacketText || packet == kPacketTextValue;
 }
 
-void draw_radials(int packet, const CellFrame &frame, const LevelInk &ink, const CellSink &sink) {
+/// Where the cells of an image lie.
+struct ImageGrid {
+    CellFrame frame;
+    float bin;    ///< size of a bin or box, grid units
+    Point centre; ///< of a raster, the common corner of its four middle boxes
+};
+
+/// Bins and boxes of a radar count from the radar along the earth; those of precipitation arrays and mosaics
+/// lie in the plane of their own projection.
+ImageGrid image_grid(const NidsInfo &info) {
+    const NidsDescription &description = NIDS_get_prod_desc();
+    const float lat = static_cast<float>(description.latitude) / 1000.0F;
+    const float lon = static_cast<float>(description.longitude) / 1000.0F;
+    const PlotDomain &d = info.domain;
+    if (d.proj == kProjPolar && d.plat == d.clat && d.plon == d.clon) {
+        CellFrame frame(d, lat, lon);
+        const MapDomainScope scope(d);
+        return {frame, d.dx / MAP_factor(d.clat), {0, 0}};
+    }
+    CellFrame frame(d);
+    const MapDomainScope scope(d);
+    Point centre;
+    MAP_tran(centre.x, centre.y, lat, lon);
+    return {frame, d.dx, centre};
+}
+
+void draw_radials(int packet, const ImageGrid &grid, const LevelInk &ink, const CellSink &sink) {
     const NidsPlotState &state = NIDS_state();
     const auto skip = static_cast<std::size_t>(std::clamp(state.options.clutter, 0.0F, 100000.0F));
-    RadialCells cells(frame);
+    RadialCells cells(grid.frame);
     std::vector<std::uint8_t> levels;
     float start = 0;
     float delta = 0;
@@ -62,8 +88,7 @@ void draw_radials(int packet, const CellFrame &frame, const LevelInk &ink, const
                 levels.insert(levels.end(), static_cast<std::size_t>(run.length),
                               static_cast<std::uint8_t>(run.level));
         }
-        const float a = frame.plane_azimuth(start);
-        cells.draw(a, a + delta + kRadialOverlapDeg, 0.0F, state.info.domain.dx, levels, skip, ink, sink);
+        cells.draw(start, start + delta + kRadialOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
     }
 }
 
@@ -73,23 +98,21 @@ float raster_value(int code, float value) {
     return std::pow(10.0F, value / 10.0F) / 100.0F;
 }
 
-void draw_rows(int code, const CellFrame &frame, const LevelInk &ink, const CellSink &sink,
-               NidsGridFile *grid) {
-    const NidsInfo &info = NIDS_state().info;
-    const float size = info.domain.dx;
-    // The radar stands at the common corner of the four middle boxes.
-    const float left = frame.radar().x - static_cast<float>(info.columns) / 2.0F * size;
-    float top = frame.radar().y + static_cast<float>(info.rows) / 2.0F * size;
+void draw_rows(const NidsInfo &info, const ImageGrid &grid, const LevelInk &ink, const CellSink &sink,
+               NidsGridFile *file) {
+    const float size = grid.bin;
+    const float left = grid.centre.x - static_cast<float>(info.columns) / 2.0F * size;
+    float top = grid.centre.y + static_cast<float>(info.rows) / 2.0F * size;
+    BoxCells cells(grid.frame);
     while (NIDS_get_rastor() == 1) {
         int column = 0;
         NidsRun run;
         while (NIDS_get_data(run) == 1) {
             const int count = static_cast<int>(run.length);
             const auto level = static_cast<std::uint8_t>(run.level);
-            if (grid != nullptr) grid->write(raster_value(code, run.value), count);
+            if (file != nullptr) file->write(raster_value(info.code, run.value), count);
             if (ink[level].color >= 0)
-                CELL_draw_boxes(frame, left + static_cast<float>(column) * size, top, size, count, level,
-                                sink);
+                cells.draw(left + static_cast<float>(column) * size, top, size, count, level, sink);
             column += count;
         }
         top -= size;
@@ -159,16 +182,13 @@ void NIDS_choose_levels(const NidsInfo &info) {
 }
 
 void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
-    const NidsDescription &description = NIDS_get_prod_desc();
-    const float lat = static_cast<float>(description.latitude) / 1000.0F;
-    const float lon = static_cast<float>(description.longitude) / 1000.0F;
     Attribute data;
     Attribute grid_lines;
     ATTRIB_get("color_data", ATTRIB_text_default(), data);
     ATTRIB_get("color_grid", "red", grid_lines);
-    const CellFrame frame(info.domain, lat, lon);
-
-    const bool draw = FLAG_getplot(kPlotSummary) > 0;
+    const ImageGrid grid = image_grid(info);
+    // A product without a bin size has no cells to draw.
+    const bool draw = FLAG_getplot(kPlotSummary) > 0 && grid.bin > 0;
     std::array<float, kCellLevels> values{};
     int packet = info.packet;
     for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
@@ -184,10 +204,10 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
         CellFiller filler(ink);
         const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
         if (is_radial(packet)) {
-            draw_radials(packet, frame, ink, sink);
+            draw_radials(packet, grid, ink, sink);
         } else {
-            std::optional<NidsGridFile> grid = NIDS_grd_out_file(info);
-            draw_rows(info.code, frame, ink, sink, grid ? &*grid : nullptr);
+            std::optional<NidsGridFile> file = NIDS_grd_out_file(info);
+            draw_rows(info, grid, ink, sink, file ? &*file : nullptr);
         }
     }
 }

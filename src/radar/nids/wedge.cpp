@@ -11,10 +11,9 @@ namespace {
 
 void fill(const std::array<Point, 5> &polygon, const Attribute &ink) {
     const NidsInfo &info = NIDS_get_info();
-    const CellFrame frame(info.domain, info.domain.clat, info.domain.clon);
+    const CellFrame frame(info.domain);
     CellCorners corners = polygon;
-    frame.to_plot(std::span(corners).first(4));
-    corners[4] = corners[0];
+    for (Point &corner : corners) frame.line(corner, {}, std::span(&corner, 1));
     if (!frame.shows(corners)) return;
     GPH_fill_attr(&ink);
     gfill_area(corners);
