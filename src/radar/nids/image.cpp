@@ -218,6 +218,7 @@ int NIDS_plot_summary() {
     PLT_label_up_left(state.info.name);
     PLT_label_low_right(state.info.label);
     PLT_label_up_right(state.datim);
+    PLT_label_date(state.info.date);
     NIDS_choose_levels(state.info);
     PLT_mess("NIDS Sum");
     NIDS_walk_image(state.info, nullptr);
