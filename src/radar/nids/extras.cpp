@@ -133,6 +133,8 @@ int NIDS_plot_data() {
     Point radar{kMissingF, kMissingF};
     if (is_map_projection(MAP_get_proj()))
         MAP_tran(radar.x, radar.y, scale.radar_lat, static_cast<float>(description.longitude) / 1000.0F);
+    // Nothing of the lines that the map left behind.
+    GPH_line_attr(nullptr);
     GPH_line_attr(&ink.data);
     GPH_mark_attr(&ink.data, 1.0F);
     CONT_reset_values();

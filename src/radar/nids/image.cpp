@@ -133,6 +133,7 @@ struct SymbolScreen {
 void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
     const SymbolScreen screen;
     if (is_vector(packet)) {
+        GPH_line_attr(nullptr);
         GPH_line_attr(&grid);
         NidsVector v{};
         while (NIDS_get_vector(v) == 1) {
