@@ -171,10 +171,6 @@ bool is_command(std::string_view name) {
     return name.starts_with('|');
 }
 
-bool is_current_spec(std::string_view name) {
-    return name.starts_with('#') || name.starts_with("la") || name.starts_with("cu");
-}
-
 /// Takes what is not part of the name off its end: extra information, or a "#" with the digits of a time.
 std::string_view split_name(std::string_view name) {
     if (is_command(name)) return name;
@@ -183,7 +179,8 @@ std::string_view split_name(std::string_view name) {
         state.ext_info = cut(name.substr(split), kLongestExtInfo);
         return name.substr(0, split);
     }
-    if (is_current_spec(name)) return name; // here the "#" stands for a time or a count to look back from
+    if (FILE_is_current_spec(name))
+        return name; // here the "#" stands for a time or a count to look back from
     std::size_t mark = name.find('#');
     while (mark != name.npos && (mark + 1 >= name.size() || !is_digit(name[mark + 1])))
         mark = name.find('#', mark + 1);
@@ -283,6 +280,13 @@ int FILE_hdr_set_date(const DateRecord *date, std::string &out) {
     return 1;
 }
 
+bool FILE_is_current_spec(std::string_view name) {
+    if (name.starts_with('#')) return true;
+    if (!name.starts_with("la") && !name.starts_with("cu")) return false;
+    constexpr std::string_view spec_characters = "0123456789#+-:dla";
+    return name.find_first_not_of(spec_characters, 2) == name.npos || FILE_exist(name) == 0;
+}
+
 int FILE_set_file(std::string_view name, std::string &out) {
     Convention &now = state.now;
     now.expanded_as.clear();
@@ -293,7 +297,7 @@ int FILE_set_file(std::string_view name, std::string &out) {
         take_given(name.substr(1));
     } else if (FILE_is_stdio(name) != 0 || template_is_stdio()) {
         take_given("-");
-    } else if (is_current_spec(name)) {
+    } else if (FILE_is_current_spec(name)) {
         FILE_set_current(std::string(name.substr(name.starts_with("cu") ? 2 : 0)).c_str(), out);
         MESS_print(kMess, "Current filename: %s\n", now.name.c_str());
     } else if (name == "none" || is_command(name) || now.name_template.empty() ||

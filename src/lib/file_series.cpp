@@ -55,10 +55,6 @@ std::int64_t read_step(std::string_view text) {
     return period * std::max<std::int64_t>(skip / period, 1);
 }
 
-bool names_the_current_file(std::string_view name) {
-    return name.starts_with("la") || name.starts_with("cu");
-}
-
 void trace_date(const char *what, const DateRecord &date) {
     MESS_print(kDateLevel, "%s%d/%d/%d %02d:%02d\n", what, date.year, date.month, date.day, date.hour,
                date.minute);
@@ -83,7 +79,7 @@ int get_current(const char *spec, std::string &out) {
 /// An answer at the terminal, "list" aside.
 void take_answer(const std::string &answer, std::string &out) {
     if (answer == "exit") VYX_exit(kExitOk);
-    if (answer.starts_with('#') || names_the_current_file(answer)) {
+    if (FILE_is_current_spec(answer)) {
         FILE_set_current(answer.c_str() + (answer.starts_with("cu") ? 2 : 0), out);
         tell_current(out);
     } else {
@@ -149,7 +145,9 @@ int FILE_get_file(std::string_view prompt, std::string &out) {
 
 void FILE_first(const DateRecord &date) {
     state.list = RES_getvals("filename");
-    if (!state.list.empty() && names_the_current_file(state.list.front())) state.list.clear();
+    if (!state.list.empty() && !state.list.front().starts_with('#') &&
+        FILE_is_current_spec(state.list.front()))
+        state.list.clear();
     state.next_in_list = 0;
     state.current_given = false;
     state.first_date = date;

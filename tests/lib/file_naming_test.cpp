@@ -316,3 +316,14 @@ TEST(CurrentFile, SearchesTheLatest) {
     EXPECT_EQ(current("la#10"), dir.at("2003070408")) << "the file must be larger";
     EXPECT_EQ(given("la#10"), dir.at("2003070408"));
 }
+
+TEST(CurrentFile, FilesWhoseNamesBeginLikeASpecification) {
+    const ScratchDir dir;
+    std::filesystem::current_path(dir.path());
+    dir.write("lasx.nids", "x");
+    EXPECT_FALSE(FILE_is_current_spec("lasx.nids"));
+    EXPECT_TRUE(FILE_is_current_spec("lasy.nids"));
+    EXPECT_TRUE(FILE_is_current_spec("la#10"));
+    EXPECT_TRUE(FILE_is_current_spec("cu-2:30"));
+    EXPECT_TRUE(FILE_is_current_spec("#200307041830"));
+}
