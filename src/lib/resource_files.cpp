@@ -26,6 +26,8 @@ constexpr std::string_view kPlainFile = ".vyxdef"; ///< what an empty element re
 
 /// Where the data stand beside the program: in its build tree, and where it was installed.
 constexpr std::array<std::string_view, 2> kBesideProgram{"../../data", "../etc"};
+/// A directory with this file holds the program's data.
+constexpr std::string_view kDataMark = "vyx.clr";
 
 bool is_blank(char c) {
     return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -112,17 +114,33 @@ std::string read_element(const std::string &element, ResourceSections &sections,
     return {};
 }
 
-/// The program's own data, for a user who never told where they are.
-std::string read_beside_program(ResourceSections &sections, const ResourceProgram &program) {
+/// The directories beside the program where its data may lie.
+std::vector<std::string> directories_beside_program() {
+    std::vector<std::string> directories;
     for (const std::string_view beside : kBesideProgram) {
         std::error_code error;
         const fs::path directory = fs::weakly_canonical(program_directory() / beside, error);
-        if (error || !fs::is_directory(directory, error) ||
-            FILE_exist(resource_file_of(directory.string())) == 0)
-            continue;
-        return read_element(directory.string(), sections, program);
+        if (!error && fs::is_directory(directory, error)) directories.push_back(directory.string());
     }
+    return directories;
+}
+
+/// The program's own settings, for a user who has none. The directory they were read from.
+std::string read_beside_program(ResourceSections &sections, const ResourceProgram &program) {
+    for (const std::string &directory : directories_beside_program())
+        if (FILE_exist(resource_file_of(directory)) != 0) return read_element(directory, sections, program);
     return {};
+}
+
+/// Where the data lie for a user who told no "file_path": the first directory with the program's colour table
+/// among those given, the standard ones and those beside the program; else the first given.
+std::string data_directory(std::vector<std::string> directories) {
+    const std::string first = directories.empty() ? std::string() : directories.front();
+    for (const std::string &standard : parse_string(kStandardPath, ':')) directories.push_back(standard);
+    for (const std::string &beside : directories_beside_program()) directories.push_back(beside);
+    for (const std::string &directory : directories)
+        if (FILE_exist(FILE_add_path(directory, kDataMark)) != 0) return directory;
+    return first;
 }
 
 } // namespace
@@ -181,14 +199,14 @@ std::string RES_read_search_path(const ResourceProgram &program) {
     const char *given = RES_get("default");
     std::vector<std::string> elements = parse_string(given != nullptr ? given : kStandardPath, ':');
     if (elements.empty()) elements.emplace_back();
-    std::string first_directory;
+    std::vector<std::string> directories;
     for (const std::string &element : elements) {
         const std::string directory = read_element(element, sections, program);
-        if (first_directory.empty()) first_directory = directory;
+        if (!directory.empty()) directories.push_back(directory);
     }
-    // A search path that the user gave is the user's whole wish.
-    if (given != nullptr) return {};
-    if (first_directory.empty()) first_directory = read_beside_program(sections, program);
-    FILE_add_path_delim(first_directory);
-    return first_directory;
+    if (given == nullptr && directories.empty())
+        directories.push_back(read_beside_program(sections, program));
+    std::string directory = data_directory(directories);
+    FILE_add_path_delim(directory);
+    return directory;
 }

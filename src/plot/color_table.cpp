@@ -6,6 +6,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
+#include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/text.h"
@@ -149,6 +150,8 @@ void CLR_read_table(std::string_view name) {
         reading.first_file = false;
     }
     state.count = reading.count;
+    // Without any colour nothing but the map's outline would be seen.
+    if (state.count == 0) MESS_print(kWarn, "CLR_read_table: No colors in color table: %s\n", files.c_str());
     if (from_resource) state.fill_count = reading.fill_count;
 }
 

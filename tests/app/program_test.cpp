@@ -52,6 +52,8 @@ TEST(Program, StatusesAndMessages) {
         {"-ba -inp nids -de p,a.ps -cof none.lev n0r", 0, "",
          "Unable to read contour level file: none.lev\n"},
         {"-ba -inp nids -de p,a.ps -fl nofont n0r", 0, "", "read_font: unable to load font file: nofont\n"},
+        {"-ba -inp nids -de p,a.ps -ct none.clr n0r", 0, "",
+         "CLR_read_table: No colors in color table: none.clr\n"},
         {"-ba -inp nids -de p,a.ps -pl none n0r", 0, "", ""},
         {"-ba -inp nids -de p,a.ps -nosuch thing -sc abc n0r", 0, "", ""},
     };

@@ -120,7 +120,8 @@ TEST(ResourceFiles, SearchPath) {
     EXPECT_EQ(text("plot_domain"), "tagged");
     EXPECT_EQ(text("label"), "second");
     EXPECT_EQ(text("title"), "second");
-    EXPECT_EQ(text("file_path"), "(unset)") << "a search path that was given tells no place of data";
+    EXPECT_TRUE(text("file_path").ends_with("/data/"))
+        << "no directory given holds data: " << text("file_path");
 
     // An empty element, and an empty list, read the plain file of the current directory.
     dir.write(".vyxdef", "*region here\n");
@@ -130,9 +131,10 @@ TEST(ResourceFiles, SearchPath) {
     EXPECT_EQ(text("region"), "here");
 }
 
-TEST(ResourceFiles, DirectoryOfTheFirstFileStandsInForTheFilePath) {
+TEST(ResourceFiles, DirectoryWithTheDataStandsInForTheFilePath) {
     const ScratchDir dir;
     dir.write("vyx.cfg", "*label here\n");
+    dir.write("vyx.clr", "black 0 0 0\n");
     std::filesystem::current_path(dir.path());
     const std::array arguments{"radar"};
     RES_init(1, arguments.data(), RES_keyed_ids(), RES_positional_ids());
