@@ -23,7 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     Attribute record;
     ATTRIB_parse(text, record);
-    if (!std::isfinite(record.width + record.height + record.expansion)) std::abort();
+    for (const float number : {record.width, record.height, record.expansion})
+        if (!std::isfinite(number)) std::abort();
     ATTR_parse_fill_pat(text);
     ATTR_parse_marker(text);
     if (CLR_get_ind(text) < kColorEnd) std::abort();
