@@ -80,8 +80,12 @@ int read_liquid_line(const std::string &line, NidsStorm &storm) {
         storm.poh = static_cast<float>(hail);
     }
     std::sscanf(from_column(line, kColumnSize).c_str(), "%f", &storm.hail_size_in);
-    if (line.size() > kColumnLess && line[kColumnLess] == '<') storm.hail_size_in = kSmallestHailInch;
-    std::sscanf(from_column(line, kColumnStructure).c_str(), "%f %f %f %f", &storm.vil, &storm.max_dbz,
+    // "<0.50": too small to measure. The sign stands in the column before the number, or takes its first
+    // place.
+    if (from_column(line, kColumnLess).substr(0, 2).find('<') != std::string::npos)
+        storm.hail_size_in = kSmallestHailInch;
+    // A ">" before the top tells that the storm reaches above the highest beam.
+    std::sscanf(from_column(line, kColumnStructure).c_str(), "%f %f %f%*[ >]%f", &storm.vil, &storm.max_dbz,
                 &storm.max_dbz_height, &storm.top);
     std::sscanf(from_column(line, kColumnMotion).c_str(), "%f/%f", &storm.direction, &storm.speed_kt);
     return 1;

@@ -1,0 +1,123 @@
+/// Storm tables of the graphic pages.
+
+#include <gtest/gtest.h>
+
+#include "radar/nids/plot.h"
+#include "radar/nids/storm.h"
+
+namespace {
+
+constexpr const char *kLiquidHeading =
+    " STM ID  AZ/RAN TVS  MDA  POSH/POH/MX SIZE VIL DBZM  HT  TOP  FCST MVMT ";
+constexpr const char *kHailHeading = " STM ID  AZ  RAN  TVS  MESO HAIL DBZM HT  VLOW  TOP  DIR SPD";
+
+NidsStorm read(const char *heading, const char *line, int expected = 1) {
+    int layout = 0;
+    NidsStorm storm;
+    EXPECT_EQ(NIDS_storm_line(heading, layout, storm), 0) << "a heading is no storm";
+    EXPECT_EQ(NIDS_storm_line(line, layout, storm), expected) << line;
+    return storm;
+}
+
+TEST(Storms, TableWithFixedColumns) {
+    NidsStorm s =
+        read(kLiquidHeading, "    M9   81/ 23 NONE    3   60/100/ 1.50    47  62  6.3  26.9  245/ 60  ");
+    EXPECT_EQ(s.id, "M9");
+    EXPECT_EQ(s.azimuth, 81);
+    EXPECT_EQ(s.range_nm, 23);
+    EXPECT_EQ(s.tvs, 0);
+    EXPECT_EQ(s.meso, 3);
+    EXPECT_EQ(s.posh, 60);
+    EXPECT_EQ(s.poh, 100);
+    EXPECT_EQ(s.hail_size_in, 1.5F);
+    EXPECT_EQ(s.vil, 47);
+    EXPECT_EQ(s.max_dbz, 62);
+    EXPECT_EQ(s.max_dbz_height, 6.3F);
+    EXPECT_EQ(s.top, 26.9F);
+    EXPECT_EQ(s.direction, 245);
+    EXPECT_EQ(s.speed_kt, 60);
+
+    s = read(kLiquidHeading, "    H3  151/  4 TVS  NONE    0/ 50/<0.50    15  60  5.8 > 7.6    NEW    ");
+    EXPECT_EQ(s.tvs, 1);
+    EXPECT_EQ(s.meso, 0);
+    EXPECT_EQ(s.hail_size_in, 0.25F);
+    EXPECT_EQ(s.top, 7.6F);
+    EXPECT_EQ(s.speed_kt, kMissingF);
+
+    s = read(kLiquidHeading, "    X0  161/154 NONE MESO     UNKNOWN       67  63 24.4  45.2  235/ 41  ");
+    EXPECT_EQ(s.meso, 1);
+    EXPECT_EQ(s.posh, 0);
+    EXPECT_EQ(s.hail_size_in, 0);
+    EXPECT_EQ(s.vil, 67);
+    read(kLiquidHeading, "    X0  161", 0);
+    read(kLiquidHeading, "", 0);
+    read(kLiquidHeading, "NO STORMS DETECTED", 0);
+}
+
+TEST(Storms, TableWithHailWords) {
+    const NidsStorm s = read(kHailHeading, " A1   258   52  YES  NO   POS    63 12.0   1.5 > 48.0  245  38");
+    EXPECT_EQ(s.id, "A1");
+    EXPECT_EQ(s.azimuth, 258);
+    EXPECT_EQ(s.range_nm, 52);
+    EXPECT_EQ(s.tvs, 1);
+    EXPECT_EQ(s.meso, 0);
+    EXPECT_EQ(s.posh, 50);
+    EXPECT_EQ(s.max_dbz, 63);
+    EXPECT_EQ(s.top, 48);
+    EXPECT_EQ(s.direction, 245);
+    EXPECT_EQ(s.speed_kt, 38);
+    EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO PRO 50 10 1 >30 240 20").posh, 100);
+    EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO NONE 50 10 1 >30 240 20").posh, 0);
+    read(kHailHeading, " B2", 0);
+}
+
+TEST(Storms, SelectionByNumberAndStrength) {
+    const char *const lines[]{kHailHeading, " A1 10 20 NO NO NONE 50 10 1 >30 240 20",
+                              " B2 10 20 NO YES NONE 50 10 1 >30 240 20",
+                              " C3 10 20 NO NO PRO 50 10 1 >30 240 20"};
+    const auto chosen = [&](int most, bool strong) {
+        NidsStormReader reader(most, strong);
+        for (const char *line : lines) reader.line(line);
+        std::string ids;
+        for (const NidsStorm &storm : reader.storms()) ids += storm.id + " ";
+        return ids;
+    };
+    EXPECT_EQ(chosen(0, false), "A1 B2 C3 ");
+    EXPECT_EQ(chosen(1, false), "A1 ");
+    EXPECT_EQ(chosen(0, true), "B2 C3 ");
+    EXPECT_EQ(chosen(1, true), "A1 B2 C3 ") << "among the first, or strong";
+}
+
+TEST(Storms, AttributesOfPlotVariables) {
+    NidsStorm storm;
+    storm.id = "A1";
+    storm.meso = 5;
+    storm.posh = 80;
+    storm.poh = 60;
+    storm.vil = 40;
+    storm.top = 30;
+    storm.direction = 240;
+    storm.speed_kt = 35;
+    struct Row {
+        const char *variable;
+        float value;
+        const char *text;
+    };
+    const Row rows[]{{"id", kMissingF, "A1"}, {"tvs", kMissingF, ""}, {"meso", 1, "MESO"},
+                     {"posh", 80, "*"},       {"poh", 60, "X"},       {"vil", 40, ""},
+                     {"vil-small", 40, ""},   {"top", 30, ""},        {"wave_dir", 240, ""},
+                     {"move_spd", 35, ""},    {"mvmt", 240, ""},      {"nosuch", kMissingF, ""},
+                     {"hsize", 0, ""}};
+    for (const Row &row : rows) {
+        StationData data;
+        NIDS_get_plot_data(storm, row.variable, data);
+        EXPECT_EQ(data.value, row.value) << row.variable;
+        EXPECT_EQ(data.text, row.text) << row.variable;
+    }
+    storm.speed_kt = kMissingF;
+    StationData data;
+    NIDS_get_plot_data(storm, "mvmt", data);
+    EXPECT_EQ(data.value, kMissingF);
+}
+
+} // namespace
