@@ -11,7 +11,8 @@ class ByteReader {
 public:
     ByteReader() = default;
     /// `base` is the offset of the first byte within the whole file, for messages.
-    explicit ByteReader(std::span<const std::byte> bytes, std::size_t base = 0) : bytes_(bytes), base_(base) {}
+    explicit ByteReader(std::span<const std::byte> bytes, std::size_t base = 0)
+        : bytes_(bytes), base_(base) {}
 
     std::uint8_t u8() { return static_cast<std::uint8_t>(number<1>()); }
     std::uint16_t u16() { return static_cast<std::uint16_t>(number<2>()); }

@@ -15,7 +15,8 @@ int DATE_decode_seq(const char *text, DateRecord &date);
 /// Reads a date label such as "1830Z  4 JUL 03" (and its other forms); clears the record first. Returns 0.
 int DATE_decode_label(std::string_view text, DateRecord &date);
 
-/// The standard label of a date, shown in the display time zone, as long as fields are set: "1830Z  4 JUL 03".
+/// The standard label of a date, shown in the display time zone, as long as fields are set: "1830Z  4 JUL
+/// 03".
 std::string DATE_make_label(const DateRecord &date);
 
 /// Label with weekday of the time `hours` after the date.

@@ -16,7 +16,7 @@ constexpr std::int64_t kMinute = 60;
 constexpr std::int64_t kHour = 3600;
 constexpr std::int64_t kDay = 86400;
 
-constexpr int kUsualSearch = 500;       ///< files that "la" looks for
+constexpr int kUsualSearch = 500;      ///< files that "la" looks for
 constexpr int kLongestSearch = 100000; ///< ten weeks of minutes; a larger count only takes time
 
 constexpr unsigned kTraceLevel = 0xF0000000;

@@ -1,19 +1,19 @@
 #pragma once
-/// Global integer flags through which start-up resources reach the modules that act on them, and the switches of
-/// the plot components.
+/// Global integer flags through which start-up resources reach the modules that act on them, and the switches
+/// of the plot components.
 
 #include <cstdint>
 #include <string_view>
 
 /// Flag slots in use. kMissing in a slot means unset.
 enum FlagId : int {
-    kFlagDevice = 2,     ///< workstation type, see DeviceKind
-    kFlagDomain = 5,     ///< result of the domain decoding
-    kFlagPlotType = 11,  ///< plot type code, see FLAG_set_plot_type
-    kFlagInputType = 14, ///< input type code 31 to 38
-    kFlagFileParam = 15, ///< 1 recalculate or overwrite, 2 append, 3 use existing
-    kFlagRawForm = 16,   ///< 0 raw, 1 converted
-    kFlagFileFormat = 17,///< 3 the package's own format, 12 netCDF
+    kFlagDevice = 2,      ///< workstation type, see DeviceKind
+    kFlagDomain = 5,      ///< result of the domain decoding
+    kFlagPlotType = 11,   ///< plot type code, see FLAG_set_plot_type
+    kFlagInputType = 14,  ///< input type code 31 to 38
+    kFlagFileParam = 15,  ///< 1 recalculate or overwrite, 2 append, 3 use existing
+    kFlagRawForm = 16,    ///< 0 raw, 1 converted
+    kFlagFileFormat = 17, ///< 3 the package's own format, 12 netCDF
     kFlagBatch = 19,
     kFlagHelp = 20
 };
@@ -22,10 +22,19 @@ inline constexpr int kPlotTypeNone = 99;
 
 /// Plot components, each switched by FLAG_setplot.
 enum PlotComponent : int {
-    kPlotText = 0,      ///< sum of the six labels
-    kPlotTextUL = 1, kPlotTextUC = 2, kPlotTextUR = 3, kPlotTextLL = 4, kPlotTextLC = 5, kPlotTextLR = 6,
-    kPlotData = 7, kPlotMap = 8, kPlotGrid = 9, kPlotSummary = 10, kPlotBorder = 11,
-    kPlotAny = 12       ///< sum of all others
+    kPlotText = 0, ///< sum of the six labels
+    kPlotTextUL = 1,
+    kPlotTextUC = 2,
+    kPlotTextUR = 3,
+    kPlotTextLL = 4,
+    kPlotTextLC = 5,
+    kPlotTextLR = 6,
+    kPlotData = 7,
+    kPlotMap = 8,
+    kPlotGrid = 9,
+    kPlotSummary = 10,
+    kPlotBorder = 11,
+    kPlotAny = 12 ///< sum of all others
 };
 inline constexpr int kPlotComponentCount = 13;
 

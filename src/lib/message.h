@@ -5,27 +5,27 @@
 
 /// Message levels. A message is shown when its level shares a bit with the user's mask.
 enum MessageLevel : unsigned {
-    kPrint = 15,            ///< prompts and plain output
-    kError = 48,            ///< errors
-    kWarn = 192,            ///< warnings
-    kMess = 3840,           ///< progress
-    kOut1 = 0xF000,         ///< details, usually shown
-    kOut2 = 0xF0000,        ///< more details, usually shown
-    kOut3 = 0xF00000,       ///< traces
-    kOut4 = 0xF000000,      ///< traces of blocks and fields
-    kDebug = 0xF0000000     ///< everything
+    kPrint = 15,        ///< prompts and plain output
+    kError = 48,        ///< errors
+    kWarn = 192,        ///< warnings
+    kMess = 3840,       ///< progress
+    kOut1 = 0xF000,     ///< details, usually shown
+    kOut2 = 0xF0000,    ///< more details, usually shown
+    kOut3 = 0xF00000,   ///< traces
+    kOut4 = 0xF000000,  ///< traces of blocks and fields
+    kDebug = 0xF0000000 ///< everything
 };
 
 /// Where messages go.
 enum class MessageOutput : int {
     log_stamped = -1, ///< log file with time stamps, and the terminal
     log_only = 0,
-    terminal = 1,     ///< the terminal, and the log file when one is open
-    log_reopened = 2  ///< log file opened for each message, and the terminal
+    terminal = 1,    ///< the terminal, and the log file when one is open
+    log_reopened = 2 ///< log file opened for each message, and the terminal
 };
 
-/// Prints to every sink. Returns 1 when the message went to the terminal (standard error for error and warning
-/// levels, else standard output), 0 when the level is masked out or only the log file is written.
+/// Prints to every sink. Returns 1 when the message went to the terminal (standard error for error and
+/// warning levels, else standard output), 0 when the level is masked out or only the log file is written.
 int MESS_print(unsigned level, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
 /// Prints the program's banner "      title (Ver version)" at level kMess.

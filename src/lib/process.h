@@ -4,20 +4,21 @@
 /// Exit statuses seen by the user.
 enum ExitStatus : int {
     kExitOk = 0,
-    kExitSession = 1,      ///< plot session closed with an error; unusable terminal input
-    kExitNoMemory = 3,     ///< no memory for the radar summary field
-    kExitGraphics = 4,     ///< graphics start-up failure
-    kExitNoFile = 10,      ///< input file not found or unreadable
-    kExitHeader = 11,      ///< site-file header failure
-    kExitRegion = 43,      ///< region failure
-    kExitNotBuilt = 64     ///< an input type that this version does not read
+    kExitSession = 1,  ///< plot session closed with an error; unusable terminal input
+    kExitNoMemory = 3, ///< no memory for the radar summary field
+    kExitGraphics = 4, ///< graphics start-up failure
+    kExitNoFile = 10,  ///< input file not found or unreadable
+    kExitHeader = 11,  ///< site-file header failure
+    kExitRegion = 43,  ///< region failure
+    kExitNotBuilt = 64 ///< an input type that this version does not read
 };
 
 [[noreturn]] void VYX_exit(int status);
 /// "5.60-LINUX-X11"
 const char *VYX_version();
 
-/// Sleeps (microsecond resolution) and adds to the slept-time total; -1 when `seconds` is not above 0, else 0.
+/// Sleeps (microsecond resolution) and adds to the slept-time total; -1 when `seconds` is not above 0, else
+/// 0.
 int VYX_sleep(float seconds);
 /// Starts the elapsed-time clock and clears the slept-time total.
 void VYX_init_time();

@@ -1,6 +1,6 @@
 #pragma once
-/// Questions at the terminal. Every prompt is repeated until the answer fits; "exit" ends the program with status
-/// 0, a "set" command is carried out and the prompt repeated, the end of input ends the program with
+/// Questions at the terminal. Every prompt is repeated until the answer fits; "exit" ends the program with
+/// status 0, a "set" command is carried out and the prompt repeated, the end of input ends the program with
 /// kExitSession and a message.
 
 #include <string>

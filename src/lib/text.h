@@ -36,5 +36,6 @@ std::string vformat_text(const char *format, std::va_list arguments) __attribute
 
 /// A number with at least `decimals` decimals and no more than `significant` significant digits, the number
 /// format "<significant>.<field>.<decimals>" of bar and map labels: set_num(0.25F, 2, 0) is "0.25",
-/// set_num(10, 2, 0) is "10", set_num(-31.5F, 2, 0) is "-32". Never "-0"; digits before the point always stand.
+/// set_num(10, 2, 0) is "10", set_num(-31.5F, 2, 0) is "-32". Never "-0"; digits before the point always
+/// stand.
 std::string set_num(float value, int significant, int decimals);

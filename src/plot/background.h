@@ -12,8 +12,8 @@ inline constexpr int kMapOverlay = 6;  ///< pass after the data
 int MAP_draw(int mask);
 /// Draws one map item; 0, or -1 when it was skipped or its file is missing.
 int MAP_process(std::string_view item);
-/// Draws the records of an open map file: 0 at a zero-count record, -1 at the end of the file, 1 without reading when
-/// the projection is no map projection.
+/// Draws the records of an open map file: 0 at a zero-count record, -1 at the end of the file, 1 without
+/// reading when the projection is no map projection.
 int MAP_map(Stream &stream);
 int MAP_lines(float lat_spacing, float lon_spacing);
 /// Circle of 49 points around plane point (x, y), radius in km on the earth's surface.

@@ -7,11 +7,28 @@
 enum Projection : int {
     kProjNone = kMissing, ///< coordinates pass through
     kProjUnknown = -1,    ///< a name that no projection has
-    kProjPolar = 1, kProjLatLon = 2, kProjMercator = 3, kProjLambert = 4, kProjOrtho = 5, kProjGnomonic = 6,
-    kProjMollweide = 7, kProjLambertAzim = 8, kProjSatellite = 9,
-    kProjXY = 20, kProjXZ = 21, kProjXLogY = 22, kProjHodo = 23, kProjCat = 24, kProjXP = 25,
-    kProjSkewT = 40, kProjStuve = 41, kProjEma = 42, kProjTeph = 43, kProjRTeph = 44,
-    kProjZoom = 50, kProjSize = 51,
+    kProjPolar = 1,
+    kProjLatLon = 2,
+    kProjMercator = 3,
+    kProjLambert = 4,
+    kProjOrtho = 5,
+    kProjGnomonic = 6,
+    kProjMollweide = 7,
+    kProjLambertAzim = 8,
+    kProjSatellite = 9,
+    kProjXY = 20,
+    kProjXZ = 21,
+    kProjXLogY = 22,
+    kProjHodo = 23,
+    kProjCat = 24,
+    kProjXP = 25,
+    kProjSkewT = 40,
+    kProjStuve = 41,
+    kProjEma = 42,
+    kProjTeph = 43,
+    kProjRTeph = 44,
+    kProjZoom = 50,
+    kProjSize = 51,
     kProjPixel = 99
 };
 
@@ -35,11 +52,14 @@ struct PlotDomain {
     int ellipsoid = 0;                        ///< 1: WGS-84 for the satellite view
 };
 
-inline bool is_map_projection(int proj) { return proj >= kProjPolar && proj <= kProjSatellite; }
+inline bool is_map_projection(int proj) {
+    return proj >= kProjPolar && proj <= kProjSatellite;
+}
 
 /// Fills the not-given values. Returns 0.
 int DOM_init(PlotDomain &domain);
-/// 1 when both describe the same domain; a not-given plat or plon counts as clat or clon. Floats compare exactly.
+/// 1 when both describe the same domain; a not-given plat or plon counts as clat or clon. Floats compare
+/// exactly.
 int DOM_comp(const PlotDomain &a, const PlotDomain &b);
 /// The same test restricted to the projection.
 int DOM_comp_proj(const PlotDomain &a, const PlotDomain &b);

@@ -9,7 +9,11 @@
 #include "graphics/core/types.h"
 
 enum ContourType : int {
-    kContourLines = 12, kContourFill = 15, kContourFillLines = 16, kContourValues = 17, kContourFillOld = 52,
+    kContourLines = 12,
+    kContourFill = 15,
+    kContourFillLines = 16,
+    kContourValues = 17,
+    kContourFillOld = 52,
     kContourNone = 99
 };
 inline constexpr int kMaxLevels = 256;
@@ -24,8 +28,8 @@ int CONT_get_num_cont();
 /// The explicit label of a level; empty when its value is to be formatted.
 std::string CONT_get_label(int level);
 
-/// Chooses fill colours from a list or level file; with flag 0 the resource "color_fill" replaces it. -1 when already
-/// chosen, else 0 (an unreadable level file leaves them unchosen).
+/// Chooses fill colours from a list or level file; with flag 0 the resource "color_fill" replaces it. -1 when
+/// already chosen, else 0 (an unreadable level file leaves them unchosen).
 int CONT_set_fill_colors(std::string_view spec, int flag);
 void CONT_reset_fill_set();
 void CONT_set_fill_pat(int pattern);
@@ -52,8 +56,8 @@ void CONT_set_plot_offset(float x, float y);
 /// Fill attributes of a value; colour kColorBackground: draw nothing.
 void CONT_get_fill_attrib(Attribute &record, float value);
 void CONT_get_fill_attrib_ind(int index, Attribute &record);
-/// Position of a value among the fill attributes when levels are base + k x interval; nothing without colours or
-/// interval.
+/// Position of a value among the fill attributes when levels are base + k x interval; nothing without colours
+/// or interval.
 std::optional<std::size_t> CONT_level_index(float value, float base, float interval);
 /// Applies the resource "plot_param".
 void CONT_param_decode();

@@ -4,7 +4,8 @@
 #include "graphics/core/types.h"
 #include "plot/domain.h"
 
-/// Installs a copy of the domain and derives its constants. 0; with a null domain the projection becomes none, -1.
+/// Installs a copy of the domain and derives its constants. 0; with a null domain the projection becomes
+/// none, -1.
 int MAP_domain(const PlotDomain *domain);
 /// MAP_domain, then the plane limits become the window of transform 2, which is selected.
 int MAP_setup(const PlotDomain &domain);
@@ -19,7 +20,8 @@ float MAP_get_clon();
 Rect MAP_get_limits();
 void MAP_get_up_left(float &x, float &y);
 
-/// Geographic (degrees) to plane coordinates. 1; 0 and x = y = -9999 when the projection cannot show the point.
+/// Geographic (degrees) to plane coordinates. 1; 0 and x = y = -9999 when the projection cannot show the
+/// point.
 int MAP_tran(float &x, float &y, float lat, float lon);
 /// Plane to geographic; the same result convention.
 int MAP_untran(float &lat, float &lon, float x, float y);

@@ -14,8 +14,8 @@ int PLT_open(float aspect);
 int PLT_reset(float aspect);
 /// Like reset for a sub-panel; aspect 0 means the current view's.
 int PLT_panel(float aspect);
-/// Ends the session. A page that could not be written whole ends the program with kExitSession. -1 when nothing
-/// was drawn.
+/// Ends the session. A page that could not be written whole ends the program with kExitSession. -1 when
+/// nothing was drawn.
 int PLT_close();
 /// Closes the workstation and ends the program.
 [[noreturn]] void PLT_exit(int status);

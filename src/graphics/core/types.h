@@ -45,13 +45,18 @@ struct Attribute {
 
 inline constexpr int kColorBackground = -1; ///< also "draw nothing" in level lists
 inline constexpr int kColorEnd = -2;
-inline constexpr int kColorSlots = 256;       ///< indices 0 to 255
-inline constexpr int kColorPrintFirst = 500;  ///< print-only black, bold and thick; white; grey
+inline constexpr int kColorSlots = 256;      ///< indices 0 to 255
+inline constexpr int kColorPrintFirst = 500; ///< print-only black, bold and thick; white; grey
 inline constexpr int kColorPrintLast = 508;
 inline constexpr int kTransformCount = 6;
 
 /// Text alignment codes.
 enum HorizontalAlign : int { kAlignNormal = 0, kAlignLeft = 1, kAlignCenter = 2, kAlignRight = 3 };
 enum VerticalAlign : int {
-    kAlignVNormal = 0, kAlignTop = 1, kAlignCap = 2, kAlignHalf = 3, kAlignBase = 4, kAlignBottom = 5
+    kAlignVNormal = 0,
+    kAlignTop = 1,
+    kAlignCap = 2,
+    kAlignHalf = 3,
+    kAlignBase = 4,
+    kAlignBottom = 5
 };

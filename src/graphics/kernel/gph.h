@@ -6,8 +6,8 @@
 
 #include "graphics/core/types.h"
 
-/// Opens the kernel and the workstation (id 1). With DeviceKind::none the user is asked for display or PostScript.
-/// Failures print a message at kError and end the program with kExitGraphics.
+/// Opens the kernel and the workstation (id 1). With DeviceKind::none the user is asked for display or
+/// PostScript. Failures print a message at kError and end the program with kExitGraphics.
 int GPH_begin(int &ws_id, std::string_view device_spec, DeviceKind &device);
 /// Closes workstation and kernel and puts the device flag back to what GPH_begin was given. -1 when what was
 /// written to a file device is not complete.
@@ -21,8 +21,8 @@ void GPH_set_view_size(float size_x, float size_y, float offset_x, float offset_
 Rect GPH_get_view_size();
 /// Sets workstation window and transform 1 to the whole view; first step of a new frame.
 void GPH_set_maxview(int ws_id);
-/// `panel`: in, margins left, right, bottom, top as fractions of the used view; out, the fitted rectangle in NDC.
-/// Sets transforms 2 and 3 to it and resets the attributes. Aspect 0 means that of the used view.
+/// `panel`: in, margins left, right, bottom, top as fractions of the used view; out, the fitted rectangle in
+/// NDC. Sets transforms 2 and 3 to it and resets the attributes. Aspect 0 means that of the used view.
 int GPH_panel(int ws_id, Rect &panel, float aspect);
 int GPH_trans(int transform);
 /// Window of a transform.

@@ -1,6 +1,6 @@
 #pragma once
-/// What the plot session tells the workstation about itself: titles, cursors, frames and callbacks. On devices that
-/// have no window or frames these keep the setting and do nothing else.
+/// What the plot session tells the workstation about itself: titles, cursors, frames and callbacks. On
+/// devices that have no window or frames these keep the setting and do nothing else.
 
 #include <string>
 #include <string_view>

@@ -3,7 +3,8 @@
 
 #include <string_view>
 
-/// Code of a projection name by case-insensitive prefix, first match of the table; kProjUnknown when there is none.
+/// Code of a projection name by case-insensitive prefix, first match of the table; kProjUnknown when there is
+/// none.
 int DOM_proj_str(std::string_view name);
 int MAP_proj_str(std::string_view name);
 /// Name as printed; "" for codes without one.

@@ -10,18 +10,18 @@
 /// One line of a storm table.
 struct NidsStorm {
     std::string id;
-    float azimuth = kMissingF;  ///< degrees
+    float azimuth = kMissingF; ///< degrees
     float range_nm = kMissingF;
-    float tvs = 0;              ///< 1 with a tornadic vortex signature
-    float meso = 0;             ///< 1, or the number given
-    float poh = 0, posh = 0;    ///< probability of hail and of severe hail, percent
+    float tvs = 0;           ///< 1 with a tornadic vortex signature
+    float meso = 0;          ///< 1, or the number given
+    float poh = 0, posh = 0; ///< probability of hail and of severe hail, percent
     float hail_size_in = 0;
     float vil = 0, max_dbz = 0, max_dbz_height = 0, spare = 0, top = 0;
     float direction = kMissingF, speed_kt = kMissingF; ///< motion
 };
 
-/// Plots the file, or series of files, of the file selection. Returns 0; a single file that cannot be read ends the
-/// program with kExitNoFile.
+/// Plots the file, or series of files, of the file selection. Returns 0; a single file that cannot be read
+/// ends the program with kExitNoFile.
 int NIDS_plot(PlotDomain &domain);
 void NIDS_plot_param();
 /// Takes the requested date; null: from the file selection.
