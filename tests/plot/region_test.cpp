@@ -218,6 +218,9 @@ TEST_F(Region, ChoiceFromResources) {
     RES_put("stat_prior", "7");
     DOM_set_base_prior(1);
     EXPECT_EQ(DOM_get_prior(), 7);
+    RES_put("stat_prior", "10"); // no digit
+    DOM_set_base_prior(1);
+    EXPECT_EQ(DOM_get_prior(), 6);
     EXPECT_EQ(DOM_prompt_region(domain, 1), 1);
     EXPECT_EQ(DOM_prompt_region(domain, 1), 0); // chosen already
     RES_put("plot_domain", "nowhere");
