@@ -45,7 +45,8 @@ public:
     void move_to(const Point &point) {
         const float jump = piece_.empty() ? 0 : point.x - piece_.back().x;
         if (std::abs(jump) > kSeamJump) {
-            piece_.push_back({point.x - std::copysign(MAP_seam_period(point.y), jump), point.y});
+            if (const auto period = MAP_seam_period(point.y))
+                piece_.push_back({point.x - std::copysign(*period, jump), point.y});
             lift();
         }
         piece_.push_back(point);

@@ -74,7 +74,9 @@ void GridLine::draw_chord(const GeoPoint &from, const GeoPoint &to) const {
     const float jump = b.x - a.x;
     if (std::abs(jump) > kSeamJump) {
         // The line enters again at the other side, where it is labelled too.
-        const float shift = std::copysign(MAP_seam_period(b.y), jump);
+        const auto period = MAP_seam_period(b.y);
+        if (!period) return;
+        const float shift = std::copysign(*period, jump);
         label_edge({a.x + shift, a.y}, b);
         b.x -= shift;
     }

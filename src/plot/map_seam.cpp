@@ -8,20 +8,20 @@
 namespace {
 
 constexpr float kMercatorPeriod = 400.31555892808814F; ///< 2 pi earth radii
-constexpr float kOffThePlot = 1000;
 constexpr float kMollweideWidth = 254.852F, kMollweideHalfHeight = 63.713F;
 
 } // namespace
 
-float MAP_seam_period(float y) {
+std::optional<float> MAP_seam_period(float y) {
     switch (MAP_get_proj()) {
-    case kProjLatLon: return 360;
+    case kProjLatLon: return 360.0F;
     case kProjMercator: return kMercatorPeriod;
-    case kProjLambert: return kOffThePlot;
+    // The sides of the gap in the cone stand at an angle: no shift lays one on the other.
+    case kProjLambert: return std::nullopt;
     case kProjMollweide: {
         const float height = y / kMollweideHalfHeight;
         return kMollweideWidth * std::sqrt(std::max(0.0F, 1 - height * height));
     }
-    default: return 0;
+    default: return 0.0F;
     }
 }
