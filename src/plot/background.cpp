@@ -149,7 +149,9 @@ int MAP_draw(int mask) {
 }
 
 int MAP_process(std::string_view item) {
-    if ((take_map_pass(item) & state.over) == 0) return -1;
+    // A guard without a prefix guards the items of every pass.
+    const bool wanted = item.starts_with('[') || (take_map_pass(item) & state.over) != 0;
+    if (!wanted) return -1;
     if (const auto guard = parse_region_guard(item)) {
         enter_region(*guard);
         return 0;

@@ -98,6 +98,11 @@ TEST_F(BackgroundTest, MapListDrawsTheFirstBlockThatMatches) {
     MAP_setup(degrees(40, -100, 60, 81)); // too high for the first block
     EXPECT_EQ(drawn_latitudes(kMapOverlay), (Latitudes{43, 42}));
 
+    // A guard holds for the underlay too, where its items stand.
+    files_.write("maps.lst", "[20,50,-130,-60,80] -us.map [-90,90,-180,180] -world.map");
+    EXPECT_EQ(drawn_latitudes(kMapUnderlay), Latitudes{42});
+    EXPECT_EQ(drawn_latitudes(kMapOverlay), Latitudes{});
+
     RES_put("map_file", "fi:none.lst,us.map");
     EXPECT_EQ(errors_of([&] { EXPECT_EQ(drawn_latitudes(kMapOverlay), Latitudes{41}); }),
               "MAP_draw: Unable to open map list file: none.lst\n");
@@ -205,6 +210,20 @@ TEST_F(BackgroundTest, CoastCrossesTheDateLineInTwoPieces) {
     ASSERT_EQ(pieces.size(), 2U);
     EXPECT_EQ(pieces[0], (Line{{175, 10}, {178, 11}, {182, 12}}));
     EXPECT_EQ(pieces[1], (Line{{-178, 12}, {-175, 13}}));
+}
+
+TEST_F(BackgroundTest, LinesEndAtTheGapOfACone) {
+    write_map("a.map", {{{40, -85}, {40, -82}, {40, -78}, {40, -75}}}); // the gap is at 80 west
+    PlotDomain cone = degrees(40, 100, 240, 240);
+    cone.proj = kProjLambert;
+    MAP_setup(cone);
+    MAP_process("a.map");
+    ASSERT_EQ(lines().size(), 2U);
+    EXPECT_EQ(lines()[0].size(), 2U);
+    EXPECT_EQ(lines()[1].size(), 2U);
+    forget();
+    MAP_lines(10, 10);
+    for (const Line &chord : lines()) EXPECT_LE(std::abs(chord[1].x - chord[0].x), 50.0F);
 }
 
 TEST_F(BackgroundTest, HiddenPointsBreakLines) {
