@@ -136,4 +136,12 @@ TEST(Program, SettingsComeFromFileEnvironmentAndCommand) {
     unsetenv("vyxdevice");
 }
 
+TEST(Program, TimesAreShownInTheZoneOfThePlot) {
+    const ProgramRun run;
+    run.product("n0r", samples::reflectivity(0));
+    EXPECT_EQ(run("-ba -inp nids -pp tz=-CDT:-5 -la=ul:At_%D -de p,a.ps n0r").status, 0);
+    const std::string page = file_text(run.dir.at("a.ps"));
+    EXPECT_EQ(count_of(page, "5:00 PM CDT [2200Z]  4 JUL 03\n"), 2) << "in the upper right and in the label";
+}
+
 } // namespace

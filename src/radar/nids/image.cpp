@@ -7,6 +7,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
+#include "lib/date.h"
 #include "lib/flag.h"
 #include "plot/attribute.h"
 #include "plot/levels.h"
@@ -218,7 +219,7 @@ int NIDS_plot_summary() {
     GPH_trans(2);
     PLT_label_up_left(state.info.name);
     PLT_label_low_right(state.info.label);
-    PLT_label_up_right(state.datim);
+    PLT_label_up_right(DATE_make_label(state.info.date));
     PLT_label_date(state.info.date);
     NIDS_choose_levels(state.info);
     PLT_mess("NIDS Sum");

@@ -4,7 +4,6 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/date.h"
 #include "lib/file_naming.h"
 #include "lib/message.h"
 #include "lib/resource.h"
@@ -91,7 +90,6 @@ int NIDS_open_file(std::string_view name) {
         return 0;
     }
     state.open = true;
-    state.datim = DATE_make_label(state.info.date);
     state.file_date = state.base_date;
     complete_date(state.file_date, state.info.date);
     if (CONT_get_bar() != kBarOff) CONT_set_bar(1);

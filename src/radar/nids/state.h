@@ -1,15 +1,12 @@
 #pragma once
 /// State of the Level III driver, shared by its own files only.
 
-#include <string>
-
 #include "radar/common/options.h"
 #include "radar/nids/product.h"
 
 struct NidsPlotState {
     bool open = false;    ///< a product is open
     NidsInfo info;        ///< header of the open product
-    std::string datim;    ///< its date label
     DateRecord base_date; ///< requested date
     DateRecord file_date; ///< date used for file names: requested fields, the rest from the product
     RadarOptions options;
