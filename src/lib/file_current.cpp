@@ -36,7 +36,7 @@ DateRecord date_of(std::int64_t seconds) {
     return date;
 }
 
-/// The time that the specification begins with, or the environment's, or now.
+/// The time that the text begins with, or the environment's, or now.
 std::int64_t take_base_time(std::string_view &spec) {
     if (spec.starts_with('#')) {
         spec.remove_prefix(1);
@@ -109,7 +109,7 @@ std::int64_t take_offset(std::string_view &spec) {
     return seconds;
 }
 
-/// How many files to look for; nothing when the specification does not ask for the latest.
+/// How many files to look for; nothing when the text does not ask for the latest.
 int take_search_count(std::string_view &spec) {
     if (!spec.starts_with('l')) return 0;
     spec.remove_prefix(spec.starts_with("la") ? 2 : 1);

@@ -8,7 +8,7 @@
 #include "graphics/core/types.h"
 #include "graphics/devices/print_setup.h"
 
-/// Opens the output named by the specification's first field (or the environment) and writes the prologue.
+/// Opens the output named by the first field of `device_spec` (or the environment) and writes the prologue.
 /// -1 after a message when it cannot be opened.
 int gps_open(std::string_view device_spec, PrintPage &page);
 /// Writes the trailer and closes. -1 after a message when a write failed: the page is not complete.
