@@ -1,9 +1,14 @@
 /// Storm tables of the graphic pages.
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
+#include "lib/scan.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/storm.h"
+#include "real_files.h"
+#include "tsv.h"
 
 namespace {
 
@@ -61,12 +66,12 @@ TEST(Storms, TableWithHailWords) {
     EXPECT_EQ(s.range_nm, 52);
     EXPECT_EQ(s.tvs, 1);
     EXPECT_EQ(s.meso, 0);
-    EXPECT_EQ(s.posh, 50);
+    EXPECT_EQ(s.posh, 100);
     EXPECT_EQ(s.max_dbz, 63);
     EXPECT_EQ(s.top, 48);
     EXPECT_EQ(s.direction, 245);
     EXPECT_EQ(s.speed_kt, 38);
-    EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO PRO 50 10 1 >30 240 20").posh, 100);
+    EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO PRO 50 10 1 >30 240 20").posh, 50);
     EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO NONE 50 10 1 >30 240 20").posh, 0);
     read(kHailHeading, " B2", 0);
 }
@@ -118,6 +123,45 @@ TEST(Storms, AttributesOfPlotVariables) {
     StationData data;
     NIDS_get_plot_data(storm, "mvmt", data);
     EXPECT_EQ(data.value, kMissingF);
+}
+
+/// The same line read word by word, without columns: numbers in order, words and slashes as gaps.
+std::vector<float> numbers_of(std::string line) {
+    std::ranges::replace_if(
+        line, [](char c) { return c == '/' || c == '>' || c == '<'; }, ' ');
+    std::vector<float> numbers;
+    Scanner words(line);
+    words.word(); // the identifier may be a number too
+    while (const auto word = words.word())
+        if (const auto number = Scanner(*word).real()) numbers.push_back(*number);
+    return numbers;
+}
+
+TEST(Storms, RealTablesAreReadWhole) {
+    SKIP_WITHOUT_REAL_FILES();
+    int layout = 0, storms = 0;
+    for (const TsvRow &row : read_tsv(shared_dir() + "/samples/level3-packets.tsv")) {
+        const std::string &file = row.at("file"), &content = row.at("content");
+        const std::size_t at = content.find("text=");
+        if (file.find("_NC") == std::string::npos || row.at("where")[0] != 'G' || at == std::string::npos)
+            continue;
+        const std::string line = content.substr(at + 5);
+        NidsStorm s;
+        if (NIDS_storm_line(line, layout, s) != 1) {
+            EXPECT_EQ(line.find('/') != std::string::npos, line.find("STM ID") != std::string::npos) << line;
+            continue;
+        }
+        ++storms;
+        std::vector<float> read{s.azimuth, s.range_nm};
+        if (s.meso > 0) read.push_back(s.meso);
+        if (line.find("UNKNOWN") == std::string::npos)
+            read.insert(read.end(), {s.posh, s.poh, s.hail_size_in == 0.25F ? 0.5F : s.hail_size_in});
+        read.insert(read.end(), {s.vil, s.max_dbz, s.max_dbz_height, s.top});
+        if (line.find("NEW") == std::string::npos) read.insert(read.end(), {s.direction, s.speed_kt});
+        EXPECT_EQ(read, numbers_of(line)) << line;
+        EXPECT_EQ(s.hail_size_in == 0.25F, line.find('<') != std::string::npos) << line;
+    }
+    EXPECT_GT(storms, 60);
 }
 
 } // namespace

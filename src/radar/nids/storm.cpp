@@ -35,8 +35,8 @@ struct Words {
 };
 
 float hail_probability(std::string_view word) {
-    if (word == "POS") return 50.0F;
-    if (word == "PRO") return 100.0F;
+    if (word == "POS") return 100.0F; // positive
+    if (word == "PRO") return 50.0F;  // probable
     return 0.0F;
 }
 
