@@ -1,5 +1,6 @@
 #include "radar/nids/plot.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "graphics/kernel/gph.h"
@@ -123,8 +124,8 @@ int NIDS_plot_frame() {
 }
 
 int NIDS_plot(PlotDomain &domain) {
-    const char *variable = RES_get("variable");
-    if (variable != nullptr && std::string_view(variable) == "watch") WATCH_decode(state.base_date);
+    const std::vector<std::string> variables = RES_getvals("variable");
+    if (std::ranges::find(variables, "watch") != variables.end()) WATCH_decode(state.base_date);
     NIDS_plot_param();
     return RADAR_plot({NIDS_open_file, NIDS_close_file, view_domain, NIDS_plot_frame}, state.base_date,
                       domain);
