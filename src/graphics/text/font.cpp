@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <functional>
+#include <map>
 #include <vector>
 
 #include "graphics/core/error.h"
@@ -28,8 +30,10 @@ struct FontEntry {
 
 struct State {
     std::vector<FontEntry> list;
-    StrokeFont font;
-    std::string loaded_file; ///< that `font` came from; empty when none is loaded
+    /// By file name, what was read since the list was: labels change fonts often.
+    std::map<std::string, StrokeFont, std::less<>> parsed;
+    StrokeFont none;                  ///< draws nothing
+    const StrokeFont *loaded = &none; ///< `none` or one of `parsed`
     std::string default_name;
 };
 
@@ -108,28 +112,32 @@ std::optional<StrokeFont> load_file(std::string_view name) {
 } // namespace
 
 const StrokeFont &current_stroke_font() {
-    return state.font;
+    return *state.loaded;
 }
 
 int read_font(std::string_view name) {
     constexpr char window_font_mark = '#';
-    state.font = StrokeFont{};
-    state.loaded_file.clear();
+    state.loaded = &state.none;
     if (name.starts_with(window_font_mark)) {
         MESS_print(kWarn, "read_font: unable to load font: %s\n", std::string(name.substr(1)).c_str());
         return -1;
+    }
+    if (const auto known = state.parsed.find(name); known != state.parsed.end()) {
+        state.loaded = &known->second;
+        return 0;
     }
     auto font = load_file(name);
     if (!font) {
         MESS_print(kWarn, "read_font: unable to load font file: %s\n", std::string(name).c_str());
         return -1;
     }
-    state.font = std::move(*font);
-    state.loaded_file = name;
+    state.loaded = &state.parsed.emplace(name, std::move(*font)).first->second;
     return 0;
 }
 
 void gsetup_fonts() {
+    state.loaded = &state.none;
+    state.parsed.clear();
     read_list();
     const auto wanted = static_cast<std::size_t>(std::max(gstate().text.font, 1));
     if (state.list.empty())
@@ -144,8 +152,7 @@ int gload_font(int font) {
         gerr_printf("gset_fontprec", "invalid font id: %d\n", font);
         return -1;
     }
-    const std::string &file = state.list[static_cast<std::size_t>(font) - 1].file;
-    return file == state.loaded_file ? 0 : read_font(file);
+    return read_font(state.list[static_cast<std::size_t>(font) - 1].file);
 }
 
 int gget_font_index(std::string_view name) {

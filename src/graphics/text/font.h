@@ -8,7 +8,8 @@
 
 /// Loads the font list (resource "font_list", else "vyx.fnl" along "file_path") and the current font.
 void gsetup_fonts();
-/// Loads a font file (searched along "file_path"). 0, or -1 with a message; then text draws nothing.
+/// Makes a font file (searched along "file_path") the current font; a file is read once until gsetup_fonts is
+/// called again. 0, or -1 with a message; then text draws nothing.
 int read_font(std::string_view name);
 /// Loads entry `font` (from 1) of the font list. 0 also when the list is empty (nothing is loaded then); -1
 /// with a message for a number outside the list or a font that cannot be loaded.
