@@ -84,6 +84,23 @@ TEST(Program, PagesAreCompleteWhereverTheyGo) {
     }
 }
 
+TEST(Program, EncapsulatedPagesKeepTheirPromises) {
+    if (std::system("command -v gs > /dev/null 2>&1") != 0) GTEST_SKIP() << "ghostscript is not installed";
+    const ProgramRun run;
+    run.product("n0r", samples::reflectivity(0));
+    const std::string check = VYX_SOURCE_DIR "/tools/check_eps ";
+    for (const std::string options : {"", ",port,color", ",a4", ",ansid,port", ",sz=12x3", ",b1,scale=0.5"}) {
+        EXPECT_EQ(run("-ba -inp nids -de p,a.eps,eps" + options + " n0r").status, 0) << options;
+        EXPECT_EQ(std::system((check + "a.eps").c_str()), 0) << options;
+    }
+    // The check itself sees what it is there for.
+    for (const std::string change :
+         {"initclip showpage", "1 showpage", "9 dict begin showpage", "showpage showpage"}) {
+        std::system(("sed 's/^showpage/" + change + "/' a.eps > bad.eps").c_str());
+        EXPECT_NE(std::system((check + "bad.eps > said.txt").c_str()), 0) << change;
+    }
+}
+
 TEST(Program, EachFileOfASeriesHasAPageAndMissingOnesAreSkipped) {
     const ProgramRun run;
     run.product("a", samples::reflectivity(0));
