@@ -7,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "graphics/core/color_table.h"
 #include "graphics/devices/postscript.h"
 #include "lib/message.h"
 
@@ -19,7 +20,7 @@ public:
         PrintPage page;
         open_ = gps_open(path_ + ",color", page) == 0;
         for (int index = 0; index < 16; ++index)
-            gps_set_color_rep(index, {static_cast<float>(index) / 16, 0.5F, 0.25F});
+            store_color(index, {static_cast<float>(index) / 16, 0.5F, 0.25F});
     }
     OpenPage(const OpenPage &) = delete;
     OpenPage &operator=(const OpenPage &) = delete;

@@ -42,6 +42,12 @@ std::string read_whole(const fs::path &path) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
+/// As the kernel does it.
+void store(int index, const Rgb &color) {
+    store_color(index, color);
+    gps_set_color_rep(index, color);
+}
+
 class PostScript : public testing::Test {
 protected:
     void SetUp() override {
@@ -101,7 +107,7 @@ TEST_F(PostScript, WritesTheWholePage) {
 }
 
 TEST_F(PostScript, WritesInkOnChangeOnly) {
-    gps_set_color_rep(3, {1, 0, 0});
+    store(3, {1, 0, 0});
     open(",color");
     EXPECT_EQ(gget_inverse(), 1);
     gps_polyline(kLine, 3, 2, 4);
@@ -109,9 +115,13 @@ TEST_F(PostScript, WritesInkOnChangeOnly) {
     gps_fill_area(kSquare, 3);
     gps_polyline(kLine, 500, 1, 1); // black ends the colour, which must come back
     gps_polyline(kLine, 3, 1, 1);
-    gps_set_color_rep(3, {0, 1, 0}); // the same index in another colour
+    store(3, {0, 1, 0}); // the same index in another colour
     gps_polyline(kLine, 3, 1, 1);
+    store(kBackgroundSlot, {1, 1, 1});
+    gps_fill_area(kSquare, kBackgroundSlot);
+    gps_fill_area(kSquare, kColorBackground); // the background has two numbers
     const std::string text = drawn();
+    EXPECT_EQ(count_of(text, "1.00 1.00 1.00 setrgbcolor\n"), 1U);
     EXPECT_EQ(count_of(text, "1.00 0.00 0.00 setrgbcolor\n"), 2U);
     EXPECT_EQ(count_of(text, "0 setgray\n"), 1U);
     EXPECT_EQ(count_of(text, "0.00 1.00 0.00 setrgbcolor\n"), 1U);
@@ -122,7 +132,7 @@ TEST_F(PostScript, WritesInkOnChangeOnly) {
 
 TEST_F(PostScript, ChoosesGreysAndWidths) {
     open();
-    gps_set_color_rep(7, {1, 0, 0});
+    store(7, {1, 0, 0});
     gps_fill_area(kSquare, 7);
     gps_fill_area(kSquare, 7);
     gps_polyline(kLine, 7, 1, 1); // lines are black in grey output
@@ -132,16 +142,17 @@ TEST_F(PostScript, ChoosesGreysAndWidths) {
     gstate().line_print_bold = 3;
     gps_polyline(kLine, 7, 0.5F, 1);
     gstate().fill_print_solid = 1;
-    gps_clear_region(kSquare); // already black
+    gps_fill_area(kSquare, 7); // already black
+    gps_clear_region(kSquare); // white all the same
     const std::string path = "np\n10.00 10.00 mv\n10.00 20.00 ln\n20.00 20.00 ln\n20.00 10.00 ln\ncp\n";
     const std::string line = "np\n0.00 0.00 mv\n5.00 5.00 ln\nstroke\n";
     EXPECT_EQ(drawn(), "%%FA:4\n" + path + "0.333 setgray\nfill\n%%FA:4\n" + path +
                            "fill\n%%PL:2\n0 setgray\n" + line + "%%FA:4\n" + path +
                            "1 setgray\nfill\n%%PL:2\n3 dot lw\n.7 setgray\n" + line +
                            "%%PL:2\n4 dot lw\n1 setgray\n" + line + "%%PL:2\n1.5 dot lw\n0 setgray\n" + line +
-                           "%%FA:4\n" + path + "fill\n");
+                           "%%FA:4\n" + path + "fill\n%%FA:4\n" + path + "1 setgray\nfill\n");
     gps_set_reverse(true);
-    gps_set_color_rep(7, {1, 0, 0});
+    store(7, {1, 0, 0});
     EXPECT_NEAR(gps_get_gray(7), 2.0F / 3, 1e-6F);
     for (const int index : {-2, 257, 500, 100000}) {
         gps_set_color_rep(index, {1, 1, 1});
@@ -177,7 +188,7 @@ TEST_F(PostScript, NumbersAreThoseOfPrintf) {
 }
 
 TEST_F(PostScript, EncapsulatedFilesKeepTheirPageWhole) {
-    gps_set_color_rep(3, {1, 0, 0});
+    store(3, {1, 0, 0});
     open(",eps,color");
     gps_clip({-0.1F, 755.1F, -0.1F, 575.1F});
     gps_polyline(kLine, 3, 2, 2);

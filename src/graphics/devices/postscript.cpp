@@ -23,8 +23,8 @@ constexpr int kNoColor = kMissing;
 /// What the stream's graphics state holds, so that only changes are written. The initial values are those of
 /// the prologue.
 struct Ink {
-    float gray = kBlack; ///< kGrayIsRgb while `rgb_index` is in force
-    int rgb_index = kNoColor;
+    float gray = kBlack; ///< kGrayIsRgb while `rgb_slot` is in force
+    int rgb_slot = kNoColor;
     float width = 1; ///< in units of "dot"
     int type = 1;
 };
@@ -38,12 +38,8 @@ struct State {
     Ink ink;
     /// By colour index; the last slot is the background.
     std::array<float, kColorSlots + 1> gray{};
-    std::array<Rgb, kColorSlots + 1> rgb{};
 
-    State() {
-        gray[kBackgroundSlot] = kWhite;
-        rgb[kBackgroundSlot] = {kWhite, kWhite, kWhite};
-    }
+    State() { gray[kBackgroundSlot] = kWhite; }
 };
 
 State state;
@@ -63,7 +59,7 @@ void put(std::string_view text) {
 void set_gray(float gray, std::string_view command) {
     if (state.ink.gray == gray) return;
     state.ink.gray = gray;
-    state.ink.rgb_index = kNoColor;
+    state.ink.rgb_slot = kNoColor;
     put(command);
 }
 
@@ -85,10 +81,10 @@ void set_gray_value(float gray) {
 void set_rgb(int index) {
     Ink &ink = state.ink;
     const int slot = slot_of(index);
-    if (slot == kNoColor || (ink.gray == kGrayIsRgb && ink.rgb_index == index)) return;
+    if (slot == kNoColor || (ink.gray == kGrayIsRgb && ink.rgb_slot == slot)) return;
     ink.gray = kGrayIsRgb;
-    ink.rgb_index = index;
-    const Rgb &color = state.rgb[static_cast<std::size_t>(slot)];
+    ink.rgb_slot = slot;
+    const Rgb color = gget_color_rgb(slot);
     for (const float component : {color.red, color.green, color.blue}) {
         state.out.fixed(component, 2);
         put(" ");
@@ -96,10 +92,7 @@ void set_rgb(int index) {
     put("setrgbcolor\n");
 }
 
-/// Print-only indices come in threes: plain, bold and very bold, of black, white and grey.
-bool is_print_index(int index) {
-    return index >= kColorPrintFirst && index <= kColorPrintLast;
-}
+// Print-only indices come in threes: plain, bold and very bold, of black, white and grey.
 
 void set_print_color(int index) {
     switch ((index - kColorPrintFirst) / 3) {
@@ -110,7 +103,7 @@ void set_print_color(int index) {
 }
 
 void set_color(int index) {
-    if (is_print_index(index))
+    if (is_print_only_color(index))
         set_print_color(index);
     else if (state.options.color)
         set_rgb(index);
@@ -119,7 +112,7 @@ void set_color(int index) {
 }
 
 void set_fill_color(int index) {
-    if (is_print_index(index))
+    if (is_print_only_color(index))
         set_print_color(index);
     else if (state.options.color)
         set_rgb(index);
@@ -133,7 +126,7 @@ void set_fill_color(int index) {
 
 void set_width(int index, float width) {
     const float thick = static_cast<float>(state.options.base_width) * width;
-    const int boldness = is_print_index(index) ? (index - kColorPrintFirst) % 3 : 0;
+    const int boldness = is_print_only_color(index) ? (index - kColorPrintFirst) % 3 : 0;
     const float bold = boldness == 0   ? static_cast<float>(gstate().line_print_bold)
                        : boldness == 1 ? 2.0F
                                        : 4.0F;
@@ -168,6 +161,13 @@ void put_comment(std::string_view keyword, int count) {
     put(keyword);
     state.out.integer(count);
     put("\n");
+}
+
+/// A closed path to be filled.
+void put_area(std::span<const Point> points) {
+    put_comment("%%FA:", static_cast<int>(points.size()));
+    put_path(points);
+    put("cp\n");
 }
 
 void put_title_comment(std::string_view keyword) {
@@ -348,9 +348,7 @@ void gps_polyline(std::span<const Point> device, int color, float width, int typ
 }
 
 void gps_fill_area(std::span<const Point> device, int color) {
-    put_comment("%%FA:", static_cast<int>(device.size()));
-    put_path(device);
-    put("cp\n");
+    put_area(device);
     set_fill_color(color);
     put("fill\n");
 }
@@ -388,7 +386,12 @@ void gps_begin_text(const Point &world, std::string_view text, int color, float 
 }
 
 void gps_clear_region(std::span<const Point> device) {
-    gps_fill_area(device, kColorBackground);
+    put_area(device);
+    if (state.options.color)
+        set_rgb(kColorBackground);
+    else
+        set_white(); // even where areas are filled black
+    put("fill\n");
 }
 
 void gps_clip(const Rect &device) {
@@ -417,8 +420,7 @@ void gps_set_color_rep(int index, const Rgb &color) {
     if (slot == kNoColor) return;
     const float gray = (0.9F * color.red + color.green + 0.8F * color.blue) / 2.7F;
     state.gray[static_cast<std::size_t>(slot)] = state.settings.reverse ? 1 - gray : gray;
-    state.rgb[static_cast<std::size_t>(slot)] = color;
-    if (state.ink.rgb_index == index) state.ink.rgb_index = kNoColor;
+    if (state.ink.rgb_slot == slot) state.ink.rgb_slot = kNoColor;
 }
 
 float gps_get_gray(int index) {

@@ -25,11 +25,11 @@ void gps_stroke(std::span<const Point> device);
 /// Begin markers (count) or text (its position and string): comment, width, colour, solid type.
 void gps_begin_markers(int count, int color, float width);
 void gps_begin_text(const Point &world, std::string_view text, int color, float width);
-/// Fills a rectangle path with the background.
+/// Fills a rectangle path with the background, which is white in grey output.
 void gps_clear_region(std::span<const Point> device);
 void gps_clip(const Rect &device);
 void gps_message(std::string_view text);
-/// The kernel stored a colour: keep its grey value.
+/// The kernel stored a colour in its table: keep its grey value, and say the colour again when it is used.
 void gps_set_color_rep(int index, const Rgb &color);
 /// Grey value 0 to 1 of a colour index; print devices share the table.
 float gps_get_gray(int index);
