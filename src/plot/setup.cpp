@@ -42,7 +42,6 @@ int GPH_setup(int &ws_id, DeviceKind &device, Rect &panel, float aspect) {
 
 int GPH_reset(int ws_id, DeviceKind, Rect &panel, float aspect) {
     gclear_ws(ws_id, 1);
-    GPH_trans(0);
     GPH_set_maxview(ws_id);
     GPH_panel(ws_id, panel, aspect);
     CLR_load_kernel();

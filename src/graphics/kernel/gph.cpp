@@ -17,7 +17,7 @@ namespace {
 struct State {
     float size_x = 1, size_y = 1, offset_x = 0, offset_y = 0; ///< used part, fractions of the view
     float view_x = 1, view_y = 1;                             ///< whole view, NDC
-    int given_device = 0; ///< what GPH_begin was given: the device flag goes back to it
+    int given_device = 0; ///< what opened the workstation: the device flag goes back to it
 } state;
 
 constexpr int kWorkstation = 1;
@@ -48,9 +48,10 @@ int GPH_begin(int &ws_id, std::string_view device_spec, DeviceKind &device) {
     constexpr std::string_view kStaleErrors = "vyxgks.err";
     if (FILE_exist(kStaleErrors) != 0) FILE_delete(kStaleErrors);
     ws_id = kWorkstation;
-    state.given_device = static_cast<int>(device);
+    const bool opens = gchk_graphics() == 0;
+    if (opens) state.given_device = static_cast<int>(device);
     if (device == DeviceKind::none) device = ask_device();
-    if (gchk_graphics() == 0) open_or_exit(device_spec, device);
+    if (opens) open_or_exit(device_spec, device);
     device = gget_win_type();
     gactivate_ws(ws_id);
     return 0;
