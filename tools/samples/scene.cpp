@@ -101,7 +101,7 @@ double Scene::top_kft(double x, double y) const {
 double Scene::liquid(double x, double y) const {
     const double z = dbz(x, y);
     if (z < 10) return 0;
-    return std::min(75.0, 0.0035 * std::pow(10.0, z * 0.0571 + 0.45) * top_kft(x, y) * 0.3);
+    return std::min(75.0, 0.0013 * std::pow(10.0, z * 0.0571 + 0.45) * top_kft(x, y) * 0.3);
 }
 
 double Scene::hour_rain_inch(double x, double y) const {
