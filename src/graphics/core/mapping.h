@@ -79,8 +79,8 @@ inline Point world_to_pixel(const Mapping &m, Point p) {
 
 /// A raster coordinate as an integer: half is added, then the fraction cut.
 inline int round_pixel(float value) {
-    return static_cast<int>(clamp_coordinate(value, kPixelLimit) +
-                            0.5F); // NOLINT(bugprone-incorrect-roundings)
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
+    return static_cast<int>(clamp_coordinate(value, kPixelLimit) + 0.5F);
 }
 
 ClipRect raster_clip(const Mapping &m);
