@@ -278,8 +278,9 @@ void read_options(const std::vector<std::string> &spec) {
     PostScriptOptions &options = state.options;
     options = state.settings;
     options.page = kPostScriptPage;
-    if (std::getenv("PSCOLOR")) options.color = true;
-    bool inverse = false;
+    // Colour on white paper wants dark texts, as with the option "color".
+    bool inverse = std::getenv("PSCOLOR") != nullptr;
+    if (inverse) options.color = true;
     if (const char *words = std::getenv("vyxps_param")) apply_postscript_options(options, words, inverse);
     for (std::size_t field = 1; field < spec.size(); ++field)
         apply_postscript_options(options, spec[field], inverse);
