@@ -1,7 +1,6 @@
 /// The file of a current-time specification: "la", "cu-2:30", "#200307041830-1la#10".
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 
 #include "lib/file_naming.h"
@@ -9,6 +8,7 @@
 #include "lib/scan.h"
 #include "lib/set_time.h"
 #include "lib/stream.h"
+#include "lib/text.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr int kLongestSearch = 100000; ///< ten weeks of minutes; a larger count
 constexpr unsigned kTraceLevel = 0xF0000000;
 
 bool starts_with_digit(std::string_view text) {
-    return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) != 0;
+    return !text.empty() && is_digit(text.front());
 }
 
 std::int64_t seconds_of(const DateRecord &date) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <limits>
 #include <optional>
 
@@ -49,10 +48,6 @@ struct State {
     bool splits_ext_info = false;   ///< file type 1
 };
 State state;
-
-bool is_digit(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
 
 std::string cut(std::string_view text, std::size_t most) {
     return std::string(text.substr(0, most));

@@ -1,22 +1,18 @@
 /// Reading file names back: template and name are walked together.
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "lib/date.h"
 #include "lib/name_template.h"
 #include "lib/stream.h"
+#include "lib/text.h"
 
 namespace {
 
 using Kind = NameToken::Kind;
 
 constexpr std::size_t kMonthLetters = 3;
-
-bool is_digit(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
 
 class NameReader {
 public:

@@ -1,7 +1,6 @@
 #include "lib/name_template.h"
 
 #include <algorithm>
-#include <cctype>
 #include <limits>
 
 #include "lib/message.h"
@@ -32,10 +31,6 @@ constexpr std::array kPathCodes{
     PathCode{'W', "watch_path"}, PathCode{'T', "text_path"}, PathCode{'M', "model_path"},
     PathCode{'S', "sat_path"},
 };
-
-bool is_digit(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
 
 void add_literal(std::vector<NameToken> &tokens, char c, bool braced) {
     if (tokens.empty() || tokens.back().kind != Kind::literal || tokens.back().braced != braced)

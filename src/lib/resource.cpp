@@ -29,10 +29,6 @@ ResourceRecord *find(std::string_view name) {
     return found == state.records.end() ? nullptr : &*found;
 }
 
-bool is_digit(char c) {
-    return std::isdigit(static_cast<unsigned char>(c)) != 0;
-}
-
 int limited(std::int64_t value, std::int64_t low, std::int64_t high) {
     return static_cast<int>(std::clamp(value, low, high));
 }

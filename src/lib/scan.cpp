@@ -6,13 +6,11 @@
 #include <limits>
 #include <string>
 
+#include "lib/text.h"
+
 namespace {
 
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 } // namespace
 

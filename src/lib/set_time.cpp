@@ -1,11 +1,11 @@
 #include "lib/set_time.h"
 
 #include <algorithm>
-#include <cctype>
 #include <limits>
 #include <optional>
 
 #include "lib/scan.h"
+#include "lib/text.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ int negated(int value) {
 }
 
 bool starts_with_digit(std::string_view text) {
-    return !text.empty() && std::isdigit(static_cast<unsigned char>(text.front())) != 0;
+    return !text.empty() && is_digit(text.front());
 }
 
 /// Fields given one after the other; the first that does not fit ends the reading.

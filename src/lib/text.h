@@ -28,6 +28,11 @@ void wstrim_string(std::string &text);
 /// Without the blanks, tabs and line ends at both sides.
 std::string_view trimmed(std::string_view text);
 
+/// "0" to "9", whatever the locale.
+constexpr bool is_digit(char c) {
+    return c >= '0' && c <= '9';
+}
+
 std::string lower_case(std::string_view text);
 
 /// printf into a string of the needed length.

@@ -41,10 +41,6 @@ constexpr std::array kPatternColors{
     PatternColor{"pwht", 503}, PatternColor{"pbwht", 504}, PatternColor{"ptwht", 505},
     PatternColor{"pgry", 506}, PatternColor{"pbgry", 507}, PatternColor{"ptgry", 508}};
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 std::optional<int> digit_value(char c, int base) {
     int value = -1;
     if (is_digit(c))

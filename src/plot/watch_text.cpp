@@ -27,10 +27,6 @@ constexpr std::array kShortNames{KindName{"TORNADO", "TORNADO"},
                                  KindName{"SEVERE TSTM", "SEVERE THUNDERSTORM"}};
 constexpr std::string_view kCorners = "LAT...LON";
 
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// The number that `text` begins with when exactly `digits` digits stand there.
 std::optional<int> fixed_number(std::string_view text, std::size_t digits) {
     if (text.size() < digits ||
