@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 #include "lib/file_naming.h"
 #include "lib/message.h"
@@ -110,8 +111,8 @@ std::int64_t take_offset(std::string_view &spec) {
 }
 
 /// How many files to look for; nothing when the text does not ask for the latest.
-int take_search_count(std::string_view &spec) {
-    if (!spec.starts_with('l')) return 0;
+std::optional<int> take_search_count(std::string_view &spec) {
+    if (!spec.starts_with('l')) return std::nullopt;
     spec.remove_prefix(spec.starts_with("la") ? 2 : 1);
     if (spec.starts_with('#')) spec.remove_prefix(1);
     if (!starts_with_digit(spec)) return kUsualSearch;
@@ -155,8 +156,8 @@ std::int64_t FILE_set_current(const char *spec, std::string &out) {
     int direction = take_sign(rest, -1);
     base += direction * take_offset(rest);
     direction = take_sign(rest, direction);
-    if (const int count = take_search_count(rest); count > 0) {
-        base = search_latest(base, direction, count);
+    if (const std::optional<int> count = take_search_count(rest)) {
+        base = search_latest(base, direction, *count);
         direction = take_sign(rest, -1);
     }
     base += direction * take_offset(rest);

@@ -62,7 +62,7 @@ private:
     void literal(const NameToken &token, bool after_path) {
         std::string_view text = token.text;
         if (after_path && text.starts_with('/')) {
-            reading_.name += '/';
+            if (!reading_.name.ends_with('/')) reading_.name += '/';
             text.remove_prefix(1);
         }
         for (const char c : text) {

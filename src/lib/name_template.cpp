@@ -184,6 +184,13 @@ std::string path_text(const NameToken &token, const NameContext &context) {
     return context.path ? *context.path : FILE_path_text(token);
 }
 
+/// A directory brings its own "/" at its end: one that follows in the template is not written twice.
+void add_behind(const NameToken *before, const std::string &literal, std::string &name) {
+    const bool twice =
+        before != nullptr && stands_for_path(*before) && name.ends_with('/') && literal.starts_with('/');
+    name += twice ? literal.substr(1) : literal;
+}
+
 std::string date_pattern(char letter) {
     switch (letter) {
     case 'Y': return "?[0-9]??";
@@ -225,15 +232,18 @@ std::vector<NameToken> FILE_split_template(std::string_view text) {
 ExpandedName FILE_expand_template(std::string_view text, const DateRecord &date, const NameContext &context) {
     ExpandedName expanded;
     DateWriter writer(date, context.set_time);
-    for (const NameToken &token : FILE_split_template(text)) {
+    const NameToken *before = nullptr;
+    const std::vector<NameToken> tokens = FILE_split_template(text);
+    for (const NameToken &token : tokens) {
         switch (token.kind) {
-        case Kind::literal: expanded.name += token.text; break;
+        case Kind::literal: add_behind(before, token.text, expanded.name); break;
         case Kind::date: expanded.name += writer.write(token, expanded); break;
         case Kind::extension: expanded.name += context.extension; break;
         case Kind::path:
         case Kind::resource: expanded.name += path_text(token, context); break;
         case Kind::key: expanded.name += FILE_key_text(token, context); break;
         }
+        before = &token;
     }
     if (expanded.name.size() > kLongestName) expanded.name.resize(kLongestName);
     return expanded;
@@ -241,15 +251,18 @@ ExpandedName FILE_expand_template(std::string_view text, const DateRecord &date,
 
 std::string FILE_pattern_of_template(std::string_view text, const NameContext &context) {
     std::string pattern;
-    for (const NameToken &token : FILE_split_template(text)) {
+    const NameToken *before = nullptr;
+    const std::vector<NameToken> tokens = FILE_split_template(text);
+    for (const NameToken &token : tokens) {
         switch (token.kind) {
-        case Kind::literal: pattern += token.text; break;
+        case Kind::literal: add_behind(before, token.text, pattern); break;
         case Kind::date: pattern += date_pattern(token.letter); break;
         case Kind::extension: pattern += context.extension.empty() ? "*" : context.extension; break;
         case Kind::path:
         case Kind::resource: pattern += path_text(token, context); break;
         case Kind::key: pattern += key_pattern(token, context); break;
         }
+        before = &token;
     }
     MESS_print(kTraceLevel, "SEARCH: %s\n", pattern.c_str());
     return pattern;

@@ -116,6 +116,8 @@ TEST(NameTemplate, Codes) {
     EXPECT_EQ(FILE_get_late_off(), 86400);
     EXPECT_EQ(FILE_get_date().day, 4) << "a day of the year tells month and day";
     EXPECT_EQ(expand("%C/x"), "./x");
+    EXPECT_EQ(expand("%D/x//y"), "/data/x//y") << "a directory ends in its own slash";
+    EXPECT_EQ(FILE_search_pattern(), "/data/x//y");
     EXPECT_EQ(expand("%10Y-%5y"), "2000-00");
     EXPECT_EQ(FILE_get_late_off(), kMissing);
     EXPECT_EQ(FILE_get_offset(), 100000);
@@ -223,6 +225,8 @@ TEST(NameReading, ShortNamesGrowAndOthersStand) {
     EXPECT_EQ(given(std::string(300, 'x')).size(), 159U);
     FILE_set_name("@/a/%y.x");
     EXPECT_EQ(given("/b/03"), "/b/03") << "two full paths";
+    FILE_set_name("@%D/%y%m%d%h%n.nids");
+    EXPECT_EQ(given("0307041830.nids"), "/data/0307041830.nids");
 }
 
 TEST(NameReading, AGivenNameIsTheFileOfItsDate) {
@@ -310,6 +314,7 @@ TEST(CurrentFile, SearchesTheLatest) {
     EXPECT_EQ(current(nullptr), dir.at("2003070410"));
     EXPECT_EQ(current("la#5"), dir.at("2003070413")) << "five periods away from the start";
     EXPECT_EQ(current("la#0"), dir.at("2003070418"));
+    EXPECT_EQ(current("la#0-2"), dir.at("2003070416")) << "an offset counts where no search is asked for";
     EXPECT_EQ(current("la-1"), dir.at("2003070409"));
     EXPECT_EQ(current("#2003070408+la#10"), dir.at("2003070410"));
     FILE_set_min_size(6);
