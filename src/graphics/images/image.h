@@ -1,0 +1,78 @@
+#pragma once
+/// The image record that every image file is written from and read into.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "graphics/core/types.h"
+#include "lib/calendar.h"
+
+/// The map domain of a picture, as the package format carries it; proj kMissing: none. Values and meaning are
+/// those of the plot domain record.
+struct ImageDomain {
+    int proj = kMissing;
+    float plat = kMissingF, plon = kMissingF, p3 = kMissingF, p4 = kMissingF, p5 = kMissingF;
+    float clat = kMissingF, clon = kMissingF, dx = kMissingF, dy = kMissingF;
+    int nx = kMissing, ny = kMissing;
+};
+
+struct ImageRecord {
+    std::string label; ///< date/time label of the package format
+    DateRecord date;   ///< decoded from it
+    std::string title;
+    int width = 0, height = 0;
+    int depth = 0, bits_per_pixel = 0, bytes_per_line = 0;
+    int byte_order = 1;  ///< 0 least significant byte first
+    bool mapped = false; ///< pixels are indices into `colors`
+    std::uint32_t red_mask = 0, green_mask = 0, blue_mask = 0;
+    std::vector<Rgb> colors;
+    long background = -1; ///< pixel value of the background, -1 when unknown
+    ImageDomain domain;
+    std::vector<std::uint8_t> data; ///< height * bytes_per_line
+};
+
+/// Largest picture that is read (pixels in one direction, and in all).
+inline constexpr int kMaxImageSide = 32767;
+inline constexpr std::size_t kMaxImagePixels = 100U << 20;
+
+void IMG_init(ImageRecord &record);
+void IMG_free(ImageRecord &record);
+
+// Writers of a record; 1 on success, 0 after a message.
+int GIF_write(std::string_view path, const ImageRecord &record);
+int PNG_write(std::string_view path, const ImageRecord &record);
+int XWD_write(std::string_view path, const ImageRecord &record);
+int IMG_write(std::string_view path, const ImageRecord &record, int compress);
+void GIF_interlace(int flag);
+void GIF_transparent(int flag);
+
+// Readers; 1 on success, 0 after a message. IMG_read recognises the format.
+int IMG_read(std::string_view path, ImageRecord &record, int flag);
+int gread_image_file(std::string_view path, ImageRecord &record);
+
+/// A palette picture: one index a pixel.
+struct PaletteImage {
+    int width = 0, height = 0;
+    std::vector<Rgb> colors;          ///< at most 256
+    int transparent = 0;              ///< slot of the background colour, 0 when it does not occur
+    std::vector<std::uint8_t> pixels; ///< width * height
+};
+PaletteImage IMG_palette(const ImageRecord &record);
+
+/// Writes pictures of one size as a looping GIF: shared palette, only changed rectangles stored, delays in
+/// seconds. 1 on success, 0 after a message.
+class AnimatedGif {
+public:
+    void add(const ImageRecord &record, float delay_seconds);
+    [[nodiscard]] std::size_t frames() const { return frames_.size(); }
+    int write(std::string_view path) const;
+
+private:
+    struct Frame {
+        PaletteImage image;
+        float delay;
+    };
+    std::vector<Frame> frames_;
+};
