@@ -9,7 +9,3 @@ void GPH_set_win_title(std::string_view title) {
 const std::string &gget_win_title() {
     return gstate().title;
 }
-
-int gget_num_images() {
-    return 0;
-}

@@ -6,6 +6,7 @@
 #include "graphics/devices/postscript.h"
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/window_hooks.h"
 #include "graphics/text/font.h"
 #include "lib/stream.h"
 #include "lib/text.h"
@@ -122,6 +123,7 @@ int gopen_ws(int /*ws_id*/, std::string_view device_spec, DeviceKind kind) {
 int gclose_ws(int /*ws_id*/) {
     if (!workstation_open("gclose_ws")) return -1;
     GraphicsState &s = gstate();
+    if (const auto delete_frames = gwindow_hooks().delete_frames) delete_frames();
     const int status = close_device(s.kind);
     gset_stroke_output({});
     ginit_objs(false);
@@ -168,6 +170,7 @@ void ginit_plot(PlotMode mode) {
     greset_marker();
     greset_text();
     greset_fill();
+    if (const auto init_loop = gwindow_hooks().init_loop) init_loop();
     ginit_tran(mode);
 }
 

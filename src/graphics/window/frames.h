@@ -7,6 +7,9 @@ inline constexpr int kMaxFrames = 128;
 /// Frame selectors beside the numbers 0 to 127.
 enum FrameSelector : int { kFrameLast = -1, kFrameCurrent = -2, kFrameBase = -3 };
 
+/// Lets the kernel hold windows, forget frames and process events while it draws. Once, before a workstation
+/// is opened.
+void gsetup_window();
 void ginit_loop();
 /// A frame number, or a negative one to append. The frame's number; 0 when there is no display.
 int gcreate_frame(int frame);
