@@ -28,27 +28,36 @@ struct ImageRecord {
     bool mapped = false; ///< pixels are indices into `colors`
     std::uint32_t red_mask = 0, green_mask = 0, blue_mask = 0;
     std::vector<Rgb> colors;
-    long background = -1; ///< pixel value of the background, -1 when unknown
+    long background = -1; ///< pixel value of the background or of what is transparent, -1 when unknown
     ImageDomain domain;
     std::vector<std::uint8_t> data; ///< height * bytes_per_line
 };
 
-/// Largest picture that is read (pixels in one direction, and in all).
+/// Largest picture that is written or read (pixels in one direction, and in all).
 inline constexpr int kMaxImageSide = 32767;
 inline constexpr std::size_t kMaxImagePixels = 100U << 20;
 
+/// An empty record. Both leave nothing of what the record held.
 void IMG_init(ImageRecord &record);
 void IMG_free(ImageRecord &record);
 
-// Writers of a record; 1 on success, 0 after a message.
+// Writers of a record; 1 on success, 0 after a message. A file whose writing failed (full disk) stays as far
+// as it came. The XWD writer's messages go to standard error.
 int GIF_write(std::string_view path, const ImageRecord &record);
 int PNG_write(std::string_view path, const ImageRecord &record);
 int XWD_write(std::string_view path, const ImageRecord &record);
+/// A domain whose grid size is not that of the picture is written with its spacing changed to fit. `compress`
+/// 1 compresses pictures of 8 bits without a colour table; the others are stored as brightness, plain.
 int IMG_write(std::string_view path, const ImageRecord &record, int compress);
+/// Rows in four passes; off at the start.
 void GIF_interlace(int flag);
+/// The background's colour is transparent; off at the start.
 void GIF_transparent(int flag);
 
-// Readers; 1 on success, 0 after a message. IMG_read recognises the format.
+// Readers; 1 on success, 0 after a message with the record empty. IMG_read recognises the format by its first
+// bytes and skips a first line that begins with "** ". Palette and grey pictures come with 8 bits a pixel and
+// a colour table, others with 32 bits, the most significant byte first; window dumps keep their layout; the
+// package format has 8 bits and no table. `flag` is accepted from callers that pass it and changes nothing.
 int IMG_read(std::string_view path, ImageRecord &record, int flag);
 int gread_image_file(std::string_view path, ImageRecord &record);
 
@@ -59,10 +68,13 @@ struct PaletteImage {
     int transparent = 0;              ///< slot of the background colour, 0 when it does not occur
     std::vector<std::uint8_t> pixels; ///< width * height
 };
+/// Slots in the order in which the colours first occur, rows from the top; what does not fit into 256 slots
+/// gets slot 0. Empty (width 0) when the record holds no whole picture.
 PaletteImage IMG_palette(const ImageRecord &record);
 
 /// Writes pictures of one size as a looping GIF: shared palette, only changed rectangles stored, delays in
-/// seconds. 1 on success, 0 after a message.
+/// seconds (0 to 655). 1 on success, 0 after a message: no frame, sizes that differ, a file that cannot be
+/// written.
 class AnimatedGif {
 public:
     void add(const ImageRecord &record, float delay_seconds);

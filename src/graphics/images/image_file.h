@@ -1,0 +1,28 @@
+#pragma once
+/// Inside of the image room: what the writers and readers of all formats do alike, and the readers
+/// themselves.
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "graphics/images/image.h"
+#include "lib/stream.h"
+
+/// False after a message when the record holds no whole picture.
+bool can_write(const char *operation, const ImageRecord &record);
+/// Writes the whole content and closes. False after a message.
+bool write_and_close(const char *operation, std::string_view path, Stream &file, std::string_view content);
+/// Closes a file that others wrote to. False after a message when a write failed.
+bool close_written(const char *operation, std::string_view path, Stream &file);
+
+// Readers of the bytes of a file: 1, or 0 after a message with the record in any state.
+int GIF_read(std::span<const std::byte> bytes, ImageRecord &record);
+int PNG_read(std::span<const std::byte> bytes, ImageRecord &record);
+int XWD_read(std::span<const std::byte> bytes, ImageRecord &record);
+int IMG_read_vyx(std::span<const std::byte> bytes, ImageRecord &record);
+
+/// False after a message when a size is out of range.
+bool check_size(const char *operation, std::int64_t width, std::int64_t height);
+/// False after a message when a pixel of an 8-bit record stands for no entry of its colour table.
+bool check_indices(const char *operation, const ImageRecord &record);

@@ -1,0 +1,15 @@
+#include "graphics/images/png_fault.h"
+
+#include <cstdio>
+
+#include "lib/message.h"
+
+void png_on_error(png_structp png, png_const_charp text) {
+    auto *fault = static_cast<PngFault *>(png_get_error_ptr(png));
+    std::snprintf(fault->text.data(), fault->text.size(), "%s", text);
+    png_longjmp(png, 1);
+}
+
+void png_on_warning(png_structp /*png*/, png_const_charp text) {
+    MESS_print(kDebug, "PNG: %s\n", text);
+}

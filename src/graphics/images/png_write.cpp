@@ -1,0 +1,106 @@
+#include <csetjmp>
+#include <cstdio>
+
+#include "graphics/images/image_file.h"
+#include "graphics/images/pixels.h"
+#include "graphics/images/png_fault.h"
+#include "lib/calendar.h"
+#include "lib/message.h"
+#include "lib/text.h"
+
+namespace {
+
+constexpr std::size_t kPaletteEntries = PNG_MAX_PALETTE_LENGTH;
+constexpr const char *kSoftware = "VYX - Korvane v5.0";
+
+/// All that the encoder needs, made before it starts.
+struct Picture {
+    std::FILE *file;
+    png_uint_32 width, height;
+    const std::uint8_t *pixels;
+    std::array<png_color, kPaletteEntries> palette;
+    std::array<png_text, 3> texts;
+};
+
+void write_data(png_structp png, png_bytep data, png_size_t length) {
+    auto *file = static_cast<std::FILE *>(png_get_io_ptr(png));
+    if (std::fwrite(data, 1, length, file) != length) png_error(png, "write error");
+}
+
+void flush_data(png_structp /*png*/) {}
+
+bool encode(const Picture &picture, PngFault &fault) {
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &fault, png_on_error, png_on_warning);
+    if (png == nullptr) return false;
+    png_infop info = png_create_info_struct(png);
+    if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) {
+        png_destroy_write_struct(&png, &info);
+        return false;
+    }
+    png_set_write_fn(png, picture.file, write_data, flush_data);
+    png_set_IHDR(png, info, picture.width, picture.height, 8, PNG_COLOR_TYPE_PALETTE, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_PLTE(png, info, picture.palette.data(), static_cast<int>(picture.palette.size()));
+    png_set_text(png, info, picture.texts.data(), static_cast<int>(picture.texts.size()));
+    png_write_info(png, info);
+    for (png_uint_32 row = 0; row < picture.height; ++row)
+        png_write_row(png, picture.pixels + std::size_t{row} * picture.width);
+    png_write_end(png, info);
+    png_destroy_write_struct(&png, &info);
+    return true;
+}
+
+/// "03 Jul 2004 18:30:00 GMT"
+std::string creation_time() {
+    const std::int64_t now = DATE_get_time();
+    DateRecord date;
+    DATE_get_gmdate(&now, date);
+    std::string month = DATE_month_lower(date.month);
+    if (!month.empty()) month[0] = DATE_month(date.month)[0];
+    return format_text("%02d %s %d %02d:%02d:%02d GMT", date.day, month.c_str(), date.year, date.hour,
+                       date.minute, date.second);
+}
+
+png_text text_of(std::string &key, std::string &value) {
+    png_text text{};
+    text.compression = PNG_TEXT_COMPRESSION_NONE;
+    text.key = key.data();
+    text.text = value.data();
+    text.text_length = value.size();
+    return text;
+}
+
+bool write_picture(const PaletteImage &image, const std::string &title, std::FILE *file, PngFault &fault) {
+    Picture picture{file,
+                    static_cast<png_uint_32>(image.width),
+                    static_cast<png_uint_32>(image.height),
+                    image.pixels.data(),
+                    {},
+                    {}};
+    for (std::size_t i = 0; i < image.colors.size(); ++i) {
+        const Rgb &color = image.colors[i];
+        picture.palette[i] = {color_byte(color.red), color_byte(color.green), color_byte(color.blue)};
+    }
+    std::array<std::string, 3> keys{"Title", "Software", "Creation Time"};
+    std::array<std::string, 3> values{title, kSoftware, creation_time()};
+    for (std::size_t i = 0; i < keys.size(); ++i) picture.texts[i] = text_of(keys[i], values[i]);
+    return encode(picture, fault);
+}
+
+} // namespace
+
+int PNG_write(std::string_view path, const ImageRecord &record) {
+    if (!can_write("PNG_write", record)) return 0;
+    Stream file = FILE_open(path, "wb");
+    if (!file) {
+        MESS_print(kWarn, "Unable to open PNG file\n");
+        return 0;
+    }
+    PngFault fault;
+    if (!write_picture(IMG_palette(record), record.title, file.get(), fault)) {
+        MESS_print(kWarn, "PNG_write: Unable to write: %s: %s\n", std::string(path).c_str(),
+                   fault.text.data());
+        return 0;
+    }
+    return close_written("PNG_write", path, file) ? 1 : 0;
+}
