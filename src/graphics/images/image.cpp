@@ -43,12 +43,13 @@ void read_bytes(bool msb_first, const std::uint8_t *row, std::span<std::uint32_t
 }
 
 void read_nibbles(const std::uint8_t *row, std::span<std::uint32_t> values) {
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = row[i / 2] >> (i % 2 == 0 ? 4 : 0) & 0xFU;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<std::uint32_t>(row[i / 2]) >> (i % 2 == 0 ? 4 : 0) & 0xFU;
 }
 
 void read_bits(bool msb_first, const std::uint8_t *row, std::span<std::uint32_t> values) {
     for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = row[i / 8] >> (msb_first ? 7 - i % 8 : i % 8) & 1U;
+        values[i] = static_cast<std::uint32_t>(row[i / 8]) >> (msb_first ? 7 - i % 8 : i % 8) & 1U;
 }
 
 void make_picture(ImageRecord &record, int width, int height, int depth, int bytes) {
@@ -109,7 +110,8 @@ std::uint8_t MaskField::byte(std::uint32_t value) const {
 }
 
 std::uint32_t MaskField::field(std::uint8_t byte) const {
-    const std::uint64_t wide = width < 8 ? byte >> (8 - width) : std::uint64_t{byte} << (width - 8);
+    const std::uint64_t wide =
+        width < 8 ? std::uint64_t{byte} >> (8 - width) : std::uint64_t{byte} << (width - 8);
     return static_cast<std::uint32_t>(wide << position);
 }
 
