@@ -7,6 +7,7 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/text/current_font.h"
+#include "graphics/text/window_font.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
@@ -31,6 +32,8 @@ struct State {
     StrokeFont font;
     std::string loaded_file; ///< that `font` came from; empty when none is loaded
     std::string default_name;
+    WindowFonts window_fonts;
+    bool window_font = false; ///< the loaded font is the window's
 };
 
 State state;
@@ -111,11 +114,33 @@ const StrokeFont &current_stroke_font() {
     return state.font;
 }
 
+bool has_window_font() {
+    return state.window_font;
+}
+
+const WindowFonts &window_fonts() {
+    return state.window_fonts;
+}
+
+void gset_window_fonts(const WindowFonts &fonts) {
+    state.window_fonts = fonts;
+    if (!state.window_font) return;
+    state.window_font = false;
+    state.loaded_file.clear();
+}
+
 int read_font(std::string_view name) {
     constexpr char window_font_mark = '#';
     state.font = StrokeFont{};
     state.loaded_file.clear();
+    state.window_font = false;
     if (name.starts_with(window_font_mark)) {
+        const auto load = state.window_fonts.load;
+        if (load != nullptr && load(name.substr(1))) {
+            state.window_font = true;
+            state.loaded_file = name;
+            return 0;
+        }
         MESS_print(kWarn, "read_font: unable to load font: %s\n", std::string(name.substr(1)).c_str());
         return -1;
     }
