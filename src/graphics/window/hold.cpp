@@ -79,15 +79,17 @@ void hold_round(Refresh &refresh, int &idle_rounds) {
     refresh.check();
 }
 
-void pump_events() {
-    gcheck_event();
+/// What a new plot forgets.
+void init_window() {
+    ginit_events();
+    ginit_loop();
 }
 
 } // namespace
 
 void gsetup_window() {
-    gset_window_hooks({ghold, ginit_loop, gdelete_all_frames});
-    gset_event_pump(pump_events);
+    gset_window_hooks({ghold, init_window, gdelete_all_frames});
+    gset_event_pump(gpump_events);
 }
 
 int ghold(int /*flag*/) {
