@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-
 #include "graphics/core/state.h"
+#include "graphics/core/transform.h"
 #include "graphics/devices/x11.h"
+#include "graphics/text/font.h"
+#include "graphics/text/stroke.h"
 #include "lib/process.h"
+#include "window/onlooker.h"
 #include "window/x_server.h"
 
 namespace {
@@ -42,74 +43,11 @@ unsigned long base_pixel(int x, int y) {
     return pixel_at(image, x, y);
 }
 
-/// Another client's look at the screen.
-class Onlooker {
-public:
-    explicit Onlooker(const std::string &name) : display_(XOpenDisplay(name.c_str())) {}
-    Onlooker(const Onlooker &) = delete;
-    Onlooker &operator=(const Onlooker &) = delete;
-    ~Onlooker() { XCloseDisplay(display_); }
-
-    /// The only window of a program on the screen.
-    [[nodiscard]] Window window() const {
-        Window root = 0, parent = 0, *children = nullptr, found = 0;
-        unsigned count = 0;
-        XQueryTree(display_, XDefaultRootWindow(display_), &root, &parent, &children, &count);
-        for (unsigned i = 0; i < count; ++i) {
-            if (!title(children[i]).empty()) found = children[i];
-        }
-        XFree(children);
-        return found;
-    }
-    [[nodiscard]] std::string title(Window window) const {
-        char *name = nullptr;
-        if (XFetchName(display_, window, &name) == 0) return {};
-        std::string result(name);
-        XFree(name);
-        return result;
-    }
-    [[nodiscard]] unsigned long pixel(int x, int y) const {
-        XImage *const image = XGetImage(display_, window(), x, y, 1, 1, AllPlanes, ZPixmap);
-        const unsigned long result = XGetPixel(image, 0, 0);
-        XDestroyImage(image);
-        return result;
-    }
-    void resize(unsigned width, unsigned height) const {
-        XResizeWindow(display_, window(), width, height);
-        XSync(display_, False);
-    }
-
-private:
-    Display *display_;
-};
-
 RasterEvent wait_for(RasterEventKind kind) {
     for (;;) {
         RasterEvent event = gx11_next_event();
         if (event.kind == kind) return event;
     }
-}
-
-/// Runs a child that is expected to end by itself.
-template <class Action> int exit_status(Action action, std::string &output) {
-    std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0) return -1;
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(ends[1], STDERR_FILENO);
-        dup2(ends[1], STDOUT_FILENO);
-        alarm(20);
-        action();
-        VYX_exit(0);
-    }
-    close(ends[1]);
-    std::array<char, 512> part{};
-    for (ssize_t count = 0; (count = read(ends[0], part.data(), part.size())) > 0;)
-        output.append(part.data(), static_cast<std::size_t>(count));
-    close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
 TEST(X11Window, OpensWithTitleSizeAndGeometry) {
@@ -216,6 +154,62 @@ TEST(X11Drawing, LongLinesAndPolygonsAreDrawnWhole) {
     EXPECT_EQ(base_pixel(20, 100), 0x00FF00U);
     EXPECT_EQ(gx11_counts().errors, 0);
     gx11_close();
+}
+
+/// Leftmost, rightmost, upper and lower pixel that is not background.
+PixelRect inked(const RasterImage &image) {
+    int left = image.width, right = -1, top = image.height, bottom = -1;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) {
+            if (pixel_at(image, x, y) == 0) continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+            top = std::min(top, y);
+            bottom = std::max(bottom, y);
+        }
+    }
+    return {left, top, right - left + 1, bottom - top + 1};
+}
+
+TEST(X11Text, ServerFontsAreLoadedAlignedAndForgotten) {
+    XServer server(kTrueColor);
+    NEEDS_X_SERVER(server);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(read_font("#fixed"), -1) << "no window is open";
+    open_window();
+    EXPECT_EQ(read_font("#no-such-font"), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "read_font: unable to load font: fixed\n"
+                                                      "read_font: unable to load font: no-such-font\n");
+    ASSERT_EQ(read_font("#fixed"), 0);
+    const int ascent = gx11_font_ascent(), width = gx11_text_width("HHH");
+    EXPECT_GT(ascent, 5);
+    EXPECT_GT(width, 12);
+    gstate().win_width = kWidth;
+    gstate().win_height = kHeight;
+    reset_transforms(false);
+    gx11_set_clip({0, 0, kWidth, kHeight});
+    struct Case {
+        int horizontal, vertical, left, bottom; // of the text, pixels
+    };
+    const int x = 100, y = 80;
+    for (const Case &c :
+         {Case{kAlignLeft, kAlignBase, x, y}, Case{kAlignCenter, kAlignBase, x - width / 2, y},
+          Case{kAlignRight, kAlignTop, x - width, y + ascent},
+          Case{kAlignLeft, kAlignHalf, x, y + ascent / 2},
+          Case{kAlignLeft, kAlignBottom, x, y - gx11_font_descent()}}) {
+        gx11_clear(gx11_base());
+        gstate().text.horizontal = c.horizontal;
+        gstate().text.vertical = c.vertical;
+        text("HHH", xp_W(x), yp_W(y));
+        RasterImage image;
+        ASSERT_TRUE(gx11_read(gx11_base(), image));
+        const PixelRect ink = inked(image);
+        EXPECT_NEAR(ink.x, c.left, 1);
+        EXPECT_NEAR(ink.y + ink.height, c.bottom, 1);
+    }
+    EXPECT_NEAR(gtext_width("HHH"), xp_W(static_cast<float>(width)) - xp_W(0), 1e-4F);
+    gx11_close();
+    text("HHH", 0.5F, 0.5F); // no font, no window: nothing
 }
 
 TEST(X11Colors, PseudoColorSharesOwnsAndFallsBack) {

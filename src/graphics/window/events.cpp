@@ -102,10 +102,9 @@ void on_key(const RasterEvent &event) {
     if (!awaits_input()) return;
     state.user_event = true;
     if (!act_on_key(event)) return;
-    const std::string name = key_name(event);
-    if (name.empty()) return; // a modifier key alone
+    if (event.key.empty() && !event.is_return) return; // a modifier alone has no name
     const PixelPoint pointer = gx11_pointer();
-    tell(kKeyEvent, name, pointer.x, pointer.y);
+    tell(kKeyEvent, key_name(event), pointer.x, pointer.y);
 }
 
 void on_press(const RasterEvent &event) {
