@@ -6,6 +6,7 @@
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/session.h"
 #include "graphics/text/font.h"
+#include "graphics/window/frames.h"
 #include "lib/flag.h"
 #include "lib/resource.h"
 #include "plot/color_table.h"
@@ -31,6 +32,7 @@ DeviceKind chosen_device() {
 } // namespace
 
 int GPH_setup(int &ws_id, DeviceKind &device, Rect &panel, float aspect) {
+    gsetup_window();
     std::string spec;
     RES_getval("device", spec, ResourceKind::device);
     device = chosen_device();
