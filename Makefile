@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local/vyx
 JOBS   ?= $(shell nproc)
 
-.PHONY: all release demo check bench fuzz install clean setup
+.PHONY: all release demo demo-window check bench fuzz install clean setup
 
 all: release
 
@@ -16,6 +16,10 @@ setup:
 # Plots samples that the project makes itself and leaves pages and pictures in out/demo.
 demo: release
 	tools/demo out/demo
+
+# The same samples as a loop in a window of the display.
+demo-window: release
+	tools/demo out/demo window
 
 # Every test there is.
 check:

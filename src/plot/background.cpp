@@ -1,7 +1,9 @@
 #include "plot/background.h"
 
+#include <algorithm>
 #include <string>
 
+#include "graphics/images/capture.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
@@ -12,6 +14,7 @@
 #include "lib/stream.h"
 #include "lib/text.h"
 #include "plot/attribute.h"
+#include "plot/color_table.h"
 #include "plot/data_file.h"
 #include "plot/map.h"
 #include "plot/map_file.h"
@@ -115,6 +118,22 @@ int draw_map_item(std::string_view body) {
     return 0;
 }
 
+/// "file", "file:colour:x:y" or "file::x:y". The image lies in the map's panel, or in the whole view.
+int draw_image_item(std::string_view text, bool whole_view) {
+    constexpr int view_transform = 1;
+    PLT_mess("Map-image: %s", std::string(text).c_str());
+    const MapImageItem item = parse_image_item(text);
+    std::string directory;
+    RES_getval("image_path", directory, ResourceKind::directory);
+    const int color = CLR_get_ind(item.transparent);
+    const Rgb transparent = CLR_get_rgb(std::max(color, 0));
+    if (whole_view) GPH_trans(view_transform);
+    const int drawn = goverlay_image_file(FILE_add_path(directory, item.file),
+                                          color >= 0 ? &transparent : nullptr, item.x, item.y);
+    if (whole_view) GPH_trans(kMapTransform);
+    return drawn == 1 ? 0 : -1;
+}
+
 void process_list_file(std::string_view name) {
     Stream stream = PLT_open_data_file(name);
     if (!stream) {
@@ -158,6 +177,9 @@ int MAP_process(std::string_view item) {
     }
     if (state.region != RegionState::outside && state.region != RegionState::matched) return -1;
     if (!take_size_conditions(item, MAP_get_vert())) return -1;
+    if (item.starts_with(kMapImagePrefix)) return draw_image_item(item.substr(kMapImagePrefix.size()), false);
+    if (item.starts_with(kViewImagePrefix))
+        return draw_image_item(item.substr(kViewImagePrefix.size()), true);
     if (is_foreign_body(item)) {
         MESS_print(kWarn, "MAP_process: Not available in this version: %s\n", std::string(item).c_str());
         return -1;

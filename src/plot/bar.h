@@ -7,3 +7,7 @@
 int CONT_draw_bar(int orientation, std::string_view title);
 /// Level value under a point of the bar; kMissing outside it.
 float CONT_get_bar_value(float x, float y);
+/// On a callback text that begins "f-Al", with the cursor at (x, y) of transform 2 over a box of the bar:
+/// flashes the box's colour four times, half a second black and half a second its own. -1 when there is no
+/// colour.
+int CONT_flash_value(std::string_view event, float x, float y);

@@ -56,7 +56,7 @@ std::optional<float> whole_number(std::string_view part) {
 } // namespace
 
 bool is_foreign_body(std::string_view body) {
-    constexpr std::array<std::string_view, 4> prefixes{"im:", "if:", "mf:", "rf:"};
+    constexpr std::array<std::string_view, 2> prefixes{"mf:", "rf:"};
     return std::ranges::any_of(prefixes, [&](std::string_view prefix) { return body.starts_with(prefix); });
 }
 
@@ -105,6 +105,15 @@ MapFileItem parse_map_file_item(std::string_view body) {
     MapFileItem item;
     item.file = take_part(body);
     item.attributes = body;
+    return item;
+}
+
+MapImageItem parse_image_item(std::string_view text) {
+    MapImageItem item;
+    item.file = take_part(text);
+    item.transparent = take_part(text);
+    item.x = Scanner(take_part(text)).integer().value_or(0);
+    item.y = Scanner(take_part(text)).integer().value_or(0);
     return item;
 }
 

@@ -7,7 +7,9 @@
 
 /// A body that begins with one of these is no map file.
 inline constexpr std::string_view kMapLatLonPrefix = "lalo:";
-/// Kinds of entries that name an image, a metafile or raw data.
+/// An image, placed in the map's panel or in the whole view.
+inline constexpr std::string_view kMapImagePrefix = "im:", kViewImagePrefix = "if:";
+/// Kinds of entries that name a metafile or raw data.
 bool is_foreign_body(std::string_view body);
 
 /// The pass bit of the item's prefix: 1 for "-", 2 for "+", 4 without one. Removes the prefix.
@@ -33,6 +35,14 @@ struct MapFileItem {
     std::string_view file, attributes;
 };
 MapFileItem parse_map_file_item(std::string_view body);
+
+/// What follows "im:" or "if:": "file", "file:colour:x:y" or "file::x:y".
+struct MapImageItem {
+    std::string_view file;
+    std::string_view transparent; ///< name of the colour that is not drawn; may be empty
+    int x = 0, y = 0;             ///< pixels, negative from the far edge
+};
+MapImageItem parse_image_item(std::string_view text);
 
 /// Spacings in degrees and attributes of what follows "lalo:".
 struct LatLonItem {

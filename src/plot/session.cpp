@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdarg>
 
+#include "graphics/devices/raster.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/flag.h"
@@ -10,6 +11,7 @@
 #include "lib/process.h"
 #include "lib/text.h"
 #include "plot/map.h"
+#include "plot/session_images.h"
 #include "plot/session_params.h"
 #include "plot/setup.h"
 
@@ -29,6 +31,11 @@ struct State {
     Rect view;                                  ///< plot area, NDC
     int full_labels = 0;
 } state;
+
+/// A window of an X server that the user looks at when all is drawn.
+bool window_stays() {
+    return gtype_is_WIN() && graster_display() == RasterDisplay::x11 && !PLT_wants_image();
+}
 
 } // namespace
 
@@ -63,10 +70,15 @@ int PLT_panel(float aspect) {
 
 int PLT_close() {
     if (PLT_nothing_to_draw()) return -1;
+    const bool held = window_stays();
+    // Files and pictures are finished in the foreground, so that the exit status tells of them.
+    if (held && FLAG_batch() == 1 && VYX_back_proc() == 0) VYX_exit(kExitSession);
     GPH_trans(2);
-    GPH_hold(1);
+    if (held) GPH_hold(1);
+    const bool images = PLT_finish_images();
     gclear_ws(state.ws_id, 1);
-    if (GPH_end(state.ws_id) < 0) VYX_exit(kExitSession);
+    const bool pages = GPH_end(state.ws_id) >= 0;
+    if (!pages || !images) VYX_exit(kExitSession);
     PLT_init_labels();
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
+#include "graphics/window/events.h"
 #include "lib/calendar.h"
 #include "plot/domain.h"
 
@@ -14,11 +15,48 @@ int PLT_open(float aspect);
 int PLT_reset(float aspect);
 /// Like reset for a sub-panel; aspect 0 means the current view's.
 int PLT_panel(float aspect);
-/// Ends the session. A page that could not be written whole ends the program with kExitSession. -1 when
-/// nothing was drawn.
+/// Ends the session: writes the animation when one was asked for, else, without image files, holds a window
+/// until the user ends it; in batch mode a window that stays detaches the program into the background first.
+/// A page that could not be written whole, or in batch mode an image, ends the program with kExitSession. -1
+/// when nothing was drawn.
 int PLT_close();
 /// Closes the workstation and ends the program.
 [[noreturn]] void PLT_exit(int status);
+
+// Image files ---------------------------------------------------------------------
+
+enum DumpType : int { kDumpNone = 0, kDumpXwd = 1, kDumpGif = 2, kDumpImg = 3, kDumpPng = 4 };
+/// All frames, one file each.
+inline constexpr int kDumpAllFrames = -4;
+/// Image file of every picture: type and name, a naming convention or a template in which %i is the frame
+/// ("win" without frames) and %p the window title. An empty name: "vyx.gif", "vyx.png" or "vyx.xwd".
+void PLT_set_dump(int type, std::string_view name);
+/// Writes frame `frame` (the window when there are no frames). 0, also when the file could not be written,
+/// which is told; -1 when no image is asked for.
+int PLT_dump(int frame);
+/// True when a plot parameter or the resource "out_file" asks for an image or an animation.
+bool PLT_wants_image();
+
+// Callbacks of a window -----------------------------------------------------------
+
+/// Draws the plot again, for this domain.
+using PlotRedraw = int (*)(PlotDomain &domain);
+void PLT_set_callback(MouseCallback function);
+void PLT_set_zoom_func(PlotRedraw function);
+void PLT_set_resize_func(PlotRedraw function);
+/// Called every so many seconds while the window is held.
+void PLT_set_refresh_func(int seconds, PlotRedraw function);
+/// Shift and button 1 draw a box that becomes the domain; "u-Alt" goes back to the first, "r-Alt" draws
+/// again. x, y: plot coordinates. 0, or -1 when the event meant nothing.
+int PLT_plot_zoom(std::string_view event, float x, float y);
+/// Draws again on the event "size".
+int PLT_plot_resize(std::string_view event);
+int PLT_plot_refresh();
+/// How often the domain was zoomed since the original one.
+void PLT_set_zoom(int count);
+int PLT_get_zoom();
+
+// Labels --------------------------------------------------------------------------
 
 /// Decodes the resource "label" and draws border and labels; -1 when there is no room.
 int PLT_labels();

@@ -7,9 +7,11 @@
 #include <string_view>
 
 #include "graphics/devices/postscript.h"
+#include "graphics/images/image.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
+#include "graphics/window/frames.h"
 #include "lib/date.h"
 #include "lib/file_naming.h"
 #include "lib/message.h"
@@ -21,13 +23,13 @@
 #include "plot/map_settings.h"
 #include "plot/region.h"
 #include "plot/session.h"
+#include "plot/session_images.h"
 
 namespace {
 
 struct State {
-    bool images_refused = false; ///< the user has been told that no image is written
-    bool redraw = true;          ///< what is drawn is kept for a replay
-    int shadow = 0;              ///< copies of the texts' drop shadow
+    bool redraw = true; ///< what is drawn is kept for a replay
+    int shadow = 0;     ///< copies of the texts' drop shadow
 } state;
 
 /// Rows and columns of panels that a page can be divided into.
@@ -51,7 +53,11 @@ enum class Param {
     local_priority,
     panel,
     font,
-    image_option,
+    gif_interlaced,
+    gif_plain,
+    gif_transparent,
+    loop_untitled,
+    pixmap_mode,
     inverse,
     local_colors,
     shared_colors,
@@ -63,7 +69,11 @@ enum class Param {
     no_bar,
     shadow,
     min_size,
-    image
+    animation,
+    gif,
+    png,
+    img,
+    xwd
 };
 
 struct ParamWord {
@@ -88,10 +98,14 @@ constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
                                  ParamWord{"loc_pr", true, Param::local_priority},
                                  ParamWord{"vp_size", true, Param::panel},
                                  ParamWord{"font", true, Param::font},
-                                 ParamWord{"gif_inter", false, Param::image_option},
-                                 ParamWord{"gif_norm", false, Param::image_option},
-                                 ParamWord{"gif_trans", false, Param::image_option},
+                                 ParamWord{"gif_inter", false, Param::gif_interlaced},
+                                 ParamWord{"gif_norm", false, Param::gif_plain},
+                                 ParamWord{"gif_trans", false, Param::gif_transparent},
                                  ParamWord{"inv", false, Param::inverse},
+                                 ParamWord{"nolooptitle", false, Param::loop_untitled},
+                                 ParamWord{"clear", false, Param::pixmap_mode},
+                                 ParamWord{"new", false, Param::pixmap_mode},
+                                 ParamWord{"kill", false, Param::pixmap_mode},
                                  ParamWord{"lcmap", false, Param::local_colors},
                                  ParamWord{"nolcmap", false, Param::shared_colors},
                                  ParamWord{"rwclr", false, Param::rw_colors},
@@ -102,16 +116,11 @@ constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
                                  ParamWord{"nobar", false, Param::no_bar},
                                  ParamWord{"shadow", true, Param::shadow},
                                  ParamWord{"min_size", true, Param::min_size},
-                                 ParamWord{"gif", true, Param::image},
-                                 ParamWord{"png", true, Param::image},
-                                 ParamWord{"img", true, Param::image},
-                                 ParamWord{"xwd", true, Param::image}};
-
-void refuse_image(const std::string &item) {
-    if (state.images_refused) return;
-    MESS_print(kWarn, "PLT_param_decode: image files are not written by this version: %s\n", item.c_str());
-    state.images_refused = true;
-}
+                                 ParamWord{"anim", true, Param::animation},
+                                 ParamWord{"gif", true, Param::gif},
+                                 ParamWord{"png", true, Param::png},
+                                 ParamWord{"img", true, Param::img},
+                                 ParamWord{"xwd", true, Param::xwd}};
 
 void set_overlays(std::string_view value) {
     Scanner scan(value);
@@ -176,8 +185,13 @@ void set_bar(std::string_view value) {
     if (!scan.failed()) CONT_set_bar_range(*max, *min);
 }
 
+/// What follows a word and one separator.
+std::string_view value_behind(std::string_view item, std::size_t word) {
+    return item.substr(std::min(word + 1, item.size()));
+}
+
 /// `value` is what follows the word and one separator; empty when nothing does.
-void apply(Param param, std::string_view value, const std::string &item) {
+void apply(Param param, std::string_view value) {
     const std::optional<int> number = Scanner(value).integer();
     switch (param) {
     case Param::full: PLT_set_view_offset(0); break;
@@ -203,7 +217,11 @@ void apply(Param param, std::string_view value, const std::string &item) {
     case Param::font:
         if (!value.empty()) GPH_set_def_font(value);
         break;
-    case Param::image_option: break;
+    case Param::gif_interlaced: GIF_interlace(1); break;
+    case Param::gif_plain: GIF_interlace(0); break;
+    case Param::gif_transparent: GIF_transparent(1); break;
+    case Param::loop_untitled: gset_loop_title(0); break;
+    case Param::pixmap_mode: break; // concerns the window of another program
     case Param::inverse: gset_inverse(1); break;
     case Param::local_colors: gset_local_colormap(1); break;
     case Param::shared_colors: gset_local_colormap(0); break;
@@ -218,7 +236,11 @@ void apply(Param param, std::string_view value, const std::string &item) {
     case Param::no_bar: CONT_set_bar(kBarOff); break;
     case Param::shadow: state.shadow = number.value_or(0) < 1 ? kDefaultShadow : *number; break;
     case Param::min_size: FILE_set_min_size(std::max(number.value_or(0), 0)); break;
-    case Param::image: refuse_image(item); break;
+    case Param::animation: PLT_set_animation(value); break;
+    case Param::gif: PLT_set_dump(kDumpGif, value); break;
+    case Param::png: PLT_set_dump(kDumpPng, value); break;
+    case Param::img: PLT_set_dump(kDumpImg, value); break;
+    case Param::xwd: PLT_set_dump(kDumpXwd, value); break;
     }
 }
 
@@ -229,13 +251,14 @@ void PLT_param_decode() {
         const std::string item(trimmed(given));
         for (const ParamWord &word : kParamWords) {
             if (word.prefix ? !begins_with(item, word.word) : stricmp(item, word.word) != 0) continue;
-            const std::size_t used = std::min(word.word.size() + 1, item.size());
-            apply(word.param, std::string_view(item).substr(used), item);
+            apply(word.param, value_behind(item, word.word.size()));
             break;
         }
     }
-    for (const std::string &item : RES_getvals("out_file"))
-        if (begins_with(item, "gif") || begins_with(item, "png")) refuse_image(item);
+    for (const std::string &item : RES_getvals("out_file")) {
+        if (begins_with(item, "gif")) PLT_set_dump(kDumpGif, value_behind(item, 3));
+        if (begins_with(item, "png")) PLT_set_dump(kDumpPng, value_behind(item, 3));
+    }
 }
 
 void PLT_param_apply() {

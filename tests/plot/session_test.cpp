@@ -267,14 +267,16 @@ TEST_F(Session, IncompletePanelsChangeNothing) {
     EXPECT_EQ(CONT_get_bar(), kBarOff);
 }
 
-TEST_F(Session, ImagesAreRefusedOnceAloud) {
-    RES_put("plot_param", "gif_inter,gif=my.gif,png");
-    RES_put("out_file", "png");
-    testing::internal::CaptureStderr();
+TEST_F(Session, AFileDeviceHasNoImage) {
+    RES_put("plot_param", "gif_inter,gif=/my.gif");
+    RES_put("out_file", "png=" + scratch_.at("my.png"));
     open_page();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(PLT_dump(0), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "PLT_param_decode: image files are not written by this version: gif=my.gif\n");
-    close_page();
+              "PLT_dump: Unable to write PNG file: " + scratch_.at("my.png") + "\n");
+    FLAG_set_batch(1);
+    EXPECT_FALSE(close_page().empty()) << "the page is the product";
 }
 
 } // namespace

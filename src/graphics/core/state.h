@@ -63,7 +63,8 @@ struct GraphicsState {
     DeviceKind kind = DeviceKind::none;
     int win_width = kDefaultWidth, win_height = kDefaultHeight; ///< device units
     int win_x = 0, win_y = 0;                                   ///< device offset
-    std::string title; ///< of the window; file devices write it into their header
+    std::string title;   ///< of the window; file devices write it into their header
+    std::string program; ///< name for X resources
 
     std::array<TransformRect, kTransformCount> windows, viewports;
     int current_transform = 0;
@@ -81,9 +82,9 @@ struct GraphicsState {
     int font_drop = 0;        ///< copies of a drop shadow, window devices
 
     std::array<ColorSlot, kColorSlots + 1> colors;
-    int max_color = -1;     ///< highest index stored
-    bool inverse = false;   ///< dark on light background, see gset_inverse
-    bool rw_colors = false; ///< window devices: read-write colour cells
+    int max_color = -1;    ///< highest index stored
+    bool inverse = false;  ///< dark on light background, see gset_inverse
+    bool rw_colors = true; ///< window devices: read-write colour cells while there are any
     bool local_colormap = false;
 };
 

@@ -3,14 +3,37 @@
 #include "graphics/core/state.h"
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/raster_ink.h"
 #include "graphics/text/font.h"
 
 namespace {
+
+constexpr int kSolidLine = 1;
+
+/// Hands a changed attribute to the drawing context of a raster display.
+void apply(ObjectType type) {
+    if (!gtype_is_WIN_PIX()) return;
+    const GraphicsState &s = gstate();
+    switch (type) {
+    case ObjectType::line_type:
+    case ObjectType::line_width: raster_set_line(RasterContext::line, s.line.width, s.line.type); break;
+    case ObjectType::line_color: raster_set_color(RasterContext::line, s.line.color); break;
+    case ObjectType::marker_width: raster_set_line(RasterContext::marker, s.marker.width, kSolidLine); break;
+    case ObjectType::marker_color: raster_set_color(RasterContext::marker, s.marker.color); break;
+    case ObjectType::text_width: raster_set_line(RasterContext::text, s.text.width, kSolidLine); break;
+    case ObjectType::text_color: raster_set_color(RasterContext::text, s.text.color); break;
+    case ObjectType::fill_color: raster_set_color(RasterContext::fill, s.fill.color); break;
+    case ObjectType::fill_interior:
+    case ObjectType::fill_style: raster_set_fill(); break;
+    default: break; // the others are no business of a drawing context
+    }
+}
 
 int store(int &target, int value, ObjectType type) {
     if (target == value) return 0;
     target = value;
     record_value(type, value);
+    apply(type);
     return 0;
 }
 
@@ -18,6 +41,7 @@ int store(float &target, float value, ObjectType type) {
     if (target == value) return 0;
     target = value;
     record_float(type, value);
+    apply(type);
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/postscript.h"
+#include "graphics/devices/raster.h"
 #include "graphics/kernel/kernel.h"
 
 bool workstation_open(const char *operation) {
@@ -35,7 +36,11 @@ void install_clip() {
     if (!gstate().open) return;
     switch (gstate().kind) {
     case DeviceKind::ps: gps_clip(print_clip(gstate().map)); break;
-    case DeviceKind::win:
+    case DeviceKind::win: {
+        const ClipRect &clip = gstate().clip;
+        graster_set_clip({clip.x, clip.y, clip.width, clip.height});
+        break;
+    }
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:

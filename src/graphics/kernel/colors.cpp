@@ -1,15 +1,26 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <string>
 
 #include "graphics/core/state.h"
 #include "graphics/devices/postscript.h"
+#include "graphics/devices/raster.h"
+#include "graphics/devices/x11.h"
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/raster_ink.h"
 #include "lib/message.h"
+#include "lib/resource.h"
+#include "lib/text.h"
 
 namespace {
 
-constexpr Rgb kWhite{1, 1, 1};
+constexpr Rgb kWhite{1, 1, 1}, kBlack{};
+
+struct State {
+    ColorLookup lookup = nullptr;
+} state;
 
 float clamp_component(float value) {
     return std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
@@ -30,11 +41,46 @@ int choose_index(const Rgb &c) {
     return next;
 }
 
-/// -1 for an index without slot.
+/// -1 for an index without slot, or when the display has no room for the colour.
 int store_everywhere(int index, const Rgb &color) {
     if (store_color(index, color) != 0) return -1;
     gps_set_color_rep(index, color);
-    return 0;
+    if (!gtype_is_WIN_PIX()) return 0;
+    ColorSlot &slot = gstate().colors[static_cast<std::size_t>(index)];
+    const long present = slot.pixel >= 0 ? slot.pixel : kPixelUnset;
+    const long pixel = graster_alloc_color(index, color, present).pixel;
+    slot.pixel = pixel >= 0 ? static_cast<int>(pixel) : static_cast<int>(present);
+    return pixel >= 0 ? 0 : -1;
+}
+
+/// "none", "def" and "over": the display's own background, and what stands in the picture stays.
+bool is_default_word(std::string_view name) {
+    constexpr std::array<std::string_view, 3> words{"none", "def", "over"};
+    return std::ranges::any_of(words, [&](std::string_view word) { return stricmp(name, word) == 0; });
+}
+
+/// A colour of the colour table, else one that the X server knows; without a name the display's own.
+Rgb background_named(std::string_view name) {
+    const Rgb plain = gstate().inverse ? kWhite : kBlack;
+    if (name.empty() || is_default_word(name)) return plain;
+    Rgb color;
+    if (state.lookup != nullptr && state.lookup(name, color)) return color;
+    return gx11_parse_color(name).value_or(plain);
+}
+
+void init_window_background() {
+    const char *const resource = RES_get("background");
+    std::string name = resource != nullptr ? resource : "";
+    if (name.empty()) name = gx11_default("background").value_or("");
+    if (store_everywhere(kBackgroundSlot, background_named(name)) != 0) return;
+    const ColorSlot &slot = gstate().colors[kBackgroundSlot];
+    constexpr float kFull = 65535;
+    const auto level = [](float component) { return static_cast<int>(component * kFull); };
+    for (const char *const what : {"Allocated", "Queried"})
+        MESS_print(kDebug, "%s BG Color: %d (%5d %5d %5d)\n", what, slot.pixel, level(slot.rgb.red),
+                   level(slot.rgb.green), level(slot.rgb.blue));
+    graster_set_background(slot.pixel);
+    if (!is_default_word(name)) graster_clear(graster_base());
 }
 
 } // namespace
@@ -49,6 +95,7 @@ int gset_colr_rep(int /*ws*/, int index, const Rgb &color) {
     const int stored = galloc_colr(index, color);
     if (stored < 0) return -1;
     gnew_obj(ObjectType::color, stored, sizeof color, &color);
+    if (gtype_is_WIN_PIX()) raster_recolor(stored);
     return 0;
 }
 
@@ -70,10 +117,14 @@ void gset_local_colormap(int flag) {
     gstate().local_colormap = flag != 0;
 }
 
+void gset_color_lookup(ColorLookup lookup) {
+    state.lookup = lookup;
+}
+
 void ginit_background() {
     switch (gstate().kind) {
     case DeviceKind::ps: store_everywhere(kBackgroundSlot, kWhite); break;
-    case DeviceKind::win:
+    case DeviceKind::win: init_window_background(); break;
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:

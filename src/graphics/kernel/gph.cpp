@@ -5,6 +5,7 @@
 
 #include "graphics/core/state.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/window_hooks.h"
 #include "lib/flag.h"
 #include "lib/message.h"
 #include "lib/process.h"
@@ -65,8 +66,9 @@ int GPH_end(int ws_id) {
     return status;
 }
 
-int GPH_hold(int /*flag*/) {
-    return 0; // there is no window to wait for
+int GPH_hold(int flag) {
+    const auto hold = gwindow_hooks().hold;
+    return hold != nullptr && gtype_is_WIN() ? hold(flag) : 0;
 }
 
 void GPH_set_view_size(float size_x, float size_y, float offset_x, float offset_y) {

@@ -42,6 +42,9 @@ enum class PlotMode : int {
     metafile = 4,
     keep_view = 10 ///< transforms only: the device's size changed, transforms and workstation window stay
 };
+/// Size of a window's drawing area, pixels: of the one that is open (transforms stay, the view follows), else
+/// of the next one without a geometry of its own.
+void gset_win_size(int width, int height);
 /// Resets the attributes and the transforms.
 void ginit_plot(PlotMode mode);
 /// Resets the transforms: all windows and viewports 0 to 1, transform 0 current, the whole device used.
@@ -54,6 +57,8 @@ bool gtype_is_WIN_PIX();
 bool gtype_is_PS();
 bool gtype_is_HPGL();
 bool gtype_is_META();
+/// A window of the process's own memory: there is nobody to look at it.
+bool gtype_is_memory();
 /// Devices that write a file while drawing and are complete when closed.
 bool gtype_is_file();
 
@@ -117,6 +122,9 @@ int gset_colr_rep(int ws, int index, const Rgb &color);
 int galloc_colr(int index, const Rgb &color);
 void gset_rw_colors(int flag);
 void gset_local_colormap(int flag);
+/// What knows colours by name, for the background of a window; false for an unknown name.
+using ColorLookup = bool (*)(std::string_view name, Rgb &color);
+void gset_color_lookup(ColorLookup lookup);
 
 // Object list ---------------------------------------------------------------------
 

@@ -10,6 +10,7 @@
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/marker_shapes.h"
+#include "graphics/kernel/raster_ink.h"
 #include "graphics/text/stroke.h"
 
 namespace {
@@ -104,7 +105,7 @@ int gpolyline(std::span<const Point> points) {
         return ink_print(kName, points, [&s](std::span<const Point> device) {
             gps_polyline(device, s.line.color, s.line.width, s.line.type);
         });
-    case DeviceKind::win:
+    case DeviceKind::win: return raster_polyline(kName, points);
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -125,7 +126,7 @@ int gfill_area(std::span<const Point> points) {
         if (s.fill.interior != kInteriorSolid) return 0;
         return ink_print(kName, points,
                          [&s](std::span<const Point> device) { gps_fill_area(device, s.fill.color); });
-    case DeviceKind::win:
+    case DeviceKind::win: return raster_fill_area(kName, points);
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -141,7 +142,7 @@ int gpolymarker(std::span<const Point> points) {
     record_points(ObjectType::polymarker, points);
     switch (gstate().kind) {
     case DeviceKind::ps: print_markers(points, half); break;
-    case DeviceKind::win:
+    case DeviceKind::win: raster_markers(points, half); break;
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -154,13 +155,17 @@ int gtext(const Point &position, std::string_view string) {
     if (!workstation_open("gtext")) return -1;
     if (string.empty() || !std::isfinite(position.x) || !std::isfinite(position.y)) return 0;
     record_text(ObjectType::text, 1, position, string);
-    return text(string, position.x, position.y);
+    if (gtype_is_WIN_PIX())
+        raster_text(position, string);
+    else
+        text(string, position.x, position.y);
+    return 0;
 }
 
 void gdraw_stroke(std::span<const Point> world) {
     switch (gstate().kind) {
     case DeviceKind::ps: ink_print("gtext", world, gps_stroke); break;
-    case DeviceKind::win:
+    case DeviceKind::win: raster_stroke("gtext", world); break;
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -176,7 +181,7 @@ int gclear_region(const Rect &world) {
                              Point{world.xmax, world.ymax}, Point{world.xmin, world.ymax}};
     switch (gstate().kind) {
     case DeviceKind::ps: return ink_print(kName, corners, gps_clear_region);
-    case DeviceKind::win:
+    case DeviceKind::win: raster_clear_region(world); break;
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:

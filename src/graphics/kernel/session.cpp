@@ -5,3 +5,11 @@
 void GPH_set_win_title(std::string_view title) {
     gstate().title = title;
 }
+
+const std::string &gget_win_title() {
+    return gstate().title;
+}
+
+void gset_prog_name(std::string_view name) {
+    gstate().program = name;
+}

@@ -4,16 +4,22 @@
 #include "graphics/core/state.h"
 #include "graphics/core/stroke_output.h"
 #include "graphics/devices/postscript.h"
+#include "graphics/devices/raster.h"
+#include "graphics/devices/x11.h"
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/raster_ink.h"
+#include "graphics/kernel/window_hooks.h"
 #include "graphics/text/font.h"
+#include "lib/resource.h"
 #include "lib/stream.h"
 #include "lib/text.h"
 
 namespace {
 
 struct State {
-    Stream error_file; ///< open only when a name was given
+    Stream error_file;                                                ///< open only when a name was given
+    int window_width = kDefaultWidth, window_height = kDefaultHeight; ///< of the next window, pixels
 } state;
 
 void begin_text(const Point &world, std::string_view text) {
@@ -46,10 +52,53 @@ int open_postscript(std::string_view device_spec) {
     return 0;
 }
 
+/// The first field of the specification names the display; this name is the memory display's.
+constexpr std::string_view kMemoryDisplay = "memory";
+
+int open_window(std::string_view device_spec) {
+    GraphicsState &s = gstate();
+    if (std::getenv("vyxinverse") != nullptr) s.inverse = true;
+    const std::string_view display = device_spec.substr(0, device_spec.find(','));
+    const bool memory = stricmp(display, kMemoryDisplay) == 0;
+    RasterWish wish;
+    wish.display = display;
+    if (const char *const geometry = RES_get("geometry")) wish.geometry = geometry;
+    wish.title = s.title;
+    wish.program = s.program;
+    wish.width = state.window_width;
+    wish.height = state.window_height;
+    wish.iconic = RES_get("icon") != nullptr;
+    wish.inverse = s.inverse;
+    wish.private_colormap = s.local_colormap;
+    RasterWindow window;
+    if (!graster_open(memory ? RasterDisplay::memory : RasterDisplay::x11, wish, window)) return -1;
+    s.win_width = window.width;
+    s.win_height = window.height;
+    s.win_x = s.win_y = 0;
+    return 0;
+}
+
+/// The X resource of the same name counts where the environment says nothing.
+bool redraw_unwanted() {
+    return std::getenv("vyxredraw") == nullptr && stricmp(gx11_default("redraw").value_or(""), "no") == 0;
+}
+
+/// A page is complete as it is written, and nobody presses a key at the memory display; only a window's
+/// picture is worth keeping.
+bool keeps_objects() {
+    return gtype_is_WIN_PIX() && !gtype_is_memory() && !redraw_unwanted();
+}
+
+void close_window() {
+    graster_close();
+    state.window_width = kDefaultWidth;
+    state.window_height = kDefaultHeight;
+}
+
 int open_device(std::string_view device_spec, DeviceKind kind) {
     switch (kind) {
     case DeviceKind::ps: return open_postscript(device_spec);
-    case DeviceKind::win:
+    case DeviceKind::win: return open_window(device_spec);
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -62,7 +111,7 @@ int open_device(std::string_view device_spec, DeviceKind kind) {
 int close_device(DeviceKind kind) {
     switch (kind) {
     case DeviceKind::ps: return gps_close();
-    case DeviceKind::win:
+    case DeviceKind::win: close_window(); break;
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:
@@ -110,18 +159,19 @@ int gopen_ws(int /*ws_id*/, std::string_view device_spec, DeviceKind kind) {
     s.kind = kind;
     s.open = true;
     clear_colors();
-    // A page is complete as it is written; only a window's picture is worth keeping.
-    ginit_objs(gtype_is_WIN_PIX());
+    ginit_objs(keeps_objects());
     gset_stroke_output({begin_text, gdraw_stroke});
     ginit_plot(plot_mode(kind));
     gsetup_fonts();
     ginit_background();
+    if (const auto opened = gwindow_hooks().opened; opened != nullptr && gtype_is_WIN_PIX()) opened();
     return 0;
 }
 
 int gclose_ws(int /*ws_id*/) {
     if (!workstation_open("gclose_ws")) return -1;
     GraphicsState &s = gstate();
+    if (const auto delete_frames = gwindow_hooks().delete_frames) delete_frames();
     const int status = close_device(s.kind);
     gset_stroke_output({});
     ginit_objs(false);
@@ -140,7 +190,10 @@ int gdeactivate_ws(int /*ws_id*/) {
 
 int gclear_ws(int /*ws_id*/, int /*flag*/) {
     if (!workstation_open("gclear_ws")) return -1;
-    return 0; // what a file device has written stays
+    if (!gtype_is_WIN()) return 0; // what a file device has written stays
+    graster_clear(graster_base());
+    gclear_objs();
+    return 0;
 }
 
 int gnew_page() {
@@ -168,12 +221,26 @@ void ginit_plot(PlotMode mode) {
     greset_marker();
     greset_text();
     greset_fill();
+    if (const auto init_loop = gwindow_hooks().init_loop) init_loop();
     ginit_tran(mode);
+    if (gtype_is_WIN_PIX()) raster_reset_contexts();
 }
 
 void ginit_tran(PlotMode mode) {
     reset_transforms(mode == PlotMode::keep_view);
     install_clip();
+}
+
+void gset_win_size(int width, int height) {
+    if (width <= 0 || height <= 0) return;
+    if (!gtype_is_WIN_PIX()) {
+        state.window_width = width;
+        state.window_height = height;
+        return;
+    }
+    gstate().win_width = width;
+    gstate().win_height = height;
+    ginit_tran(PlotMode::keep_view);
 }
 
 DeviceKind gget_win_type() {
@@ -202,6 +269,10 @@ bool gtype_is_HPGL() {
 
 bool gtype_is_META() {
     return gstate().kind == DeviceKind::meta;
+}
+
+bool gtype_is_memory() {
+    return gtype_is_WIN() && graster_display() == RasterDisplay::memory;
 }
 
 bool gtype_is_file() {

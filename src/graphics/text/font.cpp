@@ -9,6 +9,7 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/text/current_font.h"
+#include "graphics/text/window_font.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
@@ -35,6 +36,8 @@ struct State {
     StrokeFont none;                  ///< draws nothing
     const StrokeFont *loaded = &none; ///< `none` or one of `parsed`
     std::string default_name;
+    WindowFonts window_fonts;
+    bool window_font = false; ///< the loaded font is the window's
 };
 
 State state;
@@ -90,7 +93,10 @@ void read_list() {
     constexpr std::string_view file_mark = "fi:";
     state.list.clear();
     const char *resource = RES_get("font_list");
-    const std::string_view named = resource ? resource : "";
+    const auto window_list = state.window_fonts.list;
+    std::string list = resource != nullptr ? resource : "";
+    if (list.empty() && window_list != nullptr) list = window_list();
+    const std::string_view named = list;
     if (named.empty()) {
         read_default_list();
     } else if (begins_with(named, file_mark)) {
@@ -115,10 +121,30 @@ const StrokeFont &current_stroke_font() {
     return *state.loaded;
 }
 
+bool has_window_font() {
+    return state.window_font;
+}
+
+const WindowFonts &window_fonts() {
+    return state.window_fonts;
+}
+
+void gset_window_fonts(const WindowFonts &fonts) {
+    state.window_fonts = fonts;
+    if (!state.window_font) return;
+    state.window_font = false;
+}
+
 int read_font(std::string_view name) {
     constexpr char window_font_mark = '#';
     state.loaded = &state.none;
+    state.window_font = false;
     if (name.starts_with(window_font_mark)) {
+        const auto load = state.window_fonts.load;
+        if (load != nullptr && load(name.substr(1))) {
+            state.window_font = true;
+            return 0;
+        }
         MESS_print(kWarn, "read_font: unable to load font: %s\n", std::string(name.substr(1)).c_str());
         return -1;
     }

@@ -104,10 +104,33 @@ void draw_glyph(const StrokeFont &font, int start, const Placing &placing, float
     run.flush();
 }
 
+/// Text in a font of the window's: its size is the font's, only the alignment counts.
+void draw_window_text(std::string_view string, const Point &origin) {
+    const WindowFonts &fonts = window_fonts();
+    const TextState &attributes = gstate().text;
+    if (fonts.draw == nullptr || string.empty()) return;
+    gstroke_begin(origin, string);
+    const Point pixel = world_to_pixel(gstate().map, origin);
+    int x = round_pixel(pixel.x), y = round_pixel(pixel.y);
+    if (attributes.horizontal == kAlignCenter) x -= fonts.width(string) / 2;
+    if (attributes.horizontal == kAlignRight) x -= fonts.width(string);
+    switch (attributes.vertical) {
+    case kAlignTop:
+    case kAlignCap: y += fonts.ascent(); break;
+    case kAlignHalf: y += fonts.ascent() / 2; break;
+    case kAlignBottom: y -= fonts.descent(); break;
+    default: break;
+    }
+    fonts.draw(x, y, string);
+}
+
 } // namespace
 
 int text(std::string_view string, float x, float y) {
-    if (!string.empty()) draw_stroke_text(current_stroke_font(), string, {x, y});
+    if (has_window_font())
+        draw_window_text(string, {x, y});
+    else if (!string.empty())
+        draw_stroke_text(current_stroke_font(), string, {x, y});
     return 0;
 }
 
@@ -126,6 +149,11 @@ void draw_stroke_text(const StrokeFont &font, std::string_view string, const Poi
 
 float gtext_width(std::string_view string) {
     const TextState &attributes = gstate().text;
+    if (has_window_font()) {
+        const Mapping &m = gstate().map;
+        const float world_pixels = m.window_to_view.x * m.ws_to_device.x;
+        return safe_ratio(static_cast<float>(window_fonts().width(string)), world_pixels);
+    }
     return string_width(current_stroke_font(), attributes, string) * attributes.expansion *
            attributes.height / kUnitsPerHeight;
 }

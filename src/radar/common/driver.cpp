@@ -1,17 +1,42 @@
 #include "radar/common/driver.h"
 
+#include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "graphics/kernel/kernel.h"
+#include "graphics/window/frames.h"
 #include "lib/file_naming.h"
 #include "lib/file_series.h"
 #include "lib/message.h"
 #include "lib/process.h"
+#include "lib/stream.h"
 #include "plot/map.h"
 #include "plot/map_settings.h"
-#include "plot/session.h"
 
 namespace {
+
+constexpr int kRefreshSeconds = 60;
+
+struct State {
+    bool session = false; ///< the plot session is open
+    bool series = false;
+    bool drawing = false;
+    bool again = false;                    ///< the window changed its size while the picture was drawn
+    bool refreshed = false;                ///< `shown` is no longer what the file selection would give
+    std::vector<std::string> shown;        ///< the files, oldest first
+    std::int64_t last_time = kMissing;     ///< of the last file, seconds since 1970 cut to the file interval
+    std::int64_t last_modified = kMissing; ///< seconds since 1970
+};
+State state;
+
+std::int64_t time_of_file() {
+    DateRecord date = FILE_get_date();
+    if (is_missing(date.year)) return kMissing;
+    const std::int64_t time = DATE_num_sec(date);
+    return time - time % FILE_get_offset();
+}
 
 /// Opens the first file of the series that can be read and leaves it open; its name, empty when there is
 /// none.
@@ -26,28 +51,118 @@ std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
     return {};
 }
 
+/// Walks the files of the selection, or those shown when newer ones have joined them.
+class FileWalk {
+public:
+    explicit FileWalk(const DateRecord &base_date) {
+        FILE_first(base_date);
+        state.series = FILE_get_num_file() != 0;
+        if (state.refreshed) again_ = state.shown;
+        state.shown.clear();
+    }
+    bool next(std::string &name) {
+        if (!state.refreshed) return FILE_get_next(name) == 1;
+        if (at_ >= again_.size()) return false;
+        FILE_set_file(again_[at_++], name);
+        return true;
+    }
+
+private:
+    std::vector<std::string> again_;
+    std::size_t at_ = 0;
+};
+
+/// Draws the open file and closes it.
+void draw_open_file(const RadarSteps &steps, const std::string &name) {
+    state.last_time = time_of_file();
+    state.last_modified = FILE_modtime(name);
+    state.shown.push_back(name);
+    steps.plot_frame();
+    steps.close_file();
+}
+
+/// A frame of its own for picture `n` where there are frames, else a page. False when there is room for no
+/// more.
+bool begin_picture(int n) {
+    if (!state.series || !gtype_is_WIN_PIX()) return n == 0 || gnew_page() == 0;
+    if (n >= kMaxFrames) {
+        MESS_print(kWarn, "RADAR_plot: only the first %d files are shown\n", kMaxFrames);
+        return false;
+    }
+    gcreate_frame(n);
+    gselect_frame(n);
+    return true;
+}
+
+void end_picture(int n) {
+    if (state.series) gdisplay_frame(n);
+    PLT_dump(n);
+}
+
 /// Draws every file that can be read; `open` is open already.
 void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::string open) {
-    FILE_first(base_date);
-    const bool series = FILE_get_num_file() != 0;
-    bool drawn = false;
+    FileWalk files(base_date);
+    int drawn = 0;
     std::string name;
-    while (FILE_get_next(name) == 1) {
+    while (!state.again && files.next(name)) {
         const bool ready = name == open || steps.open_file(name) == 1;
         open.clear();
-        if (!ready && !series) PLT_exit(kExitNoFile);
+        if (!ready && !state.series) PLT_exit(kExitNoFile);
         if (!ready) continue;
-        if (drawn && gnew_page() != 0) break;
-        steps.plot_frame();
-        steps.close_file();
-        drawn = true;
+        if (!begin_picture(drawn)) break;
+        draw_open_file(steps, name);
+        if (state.again) break;
+        end_picture(drawn);
+        ++drawn;
     }
     steps.close_file();
+    if (!state.series || state.again) return;
+    while (gget_num_images() > drawn) gdelete_frame(kFrameLast);
+    gset_looping(1);
+}
+
+void set_map(const PlotDomain &domain) {
+    if (gchk_graphics() == 1) MAP_setup(domain);
+    MAP_fill_cont(0);
+}
+
+/// Until a picture is whole that no change of size has overtaken.
+void draw(const RadarSteps &steps, const DateRecord &base_date, const PlotDomain &domain, std::string open) {
+    state.drawing = true;
+    draw_series(steps, base_date, std::move(open));
+    while (std::exchange(state.again, false)) {
+        PLT_reset(DOM_aspect(domain));
+        set_map(domain);
+        draw_series(steps, base_date, {});
+    }
+    state.drawing = false;
+}
+
+void listen(const RadarSteps &steps) {
+    PLT_set_callback(steps.mouse);
+    PLT_set_zoom_func(steps.plot);
+    PLT_set_resize_func(steps.plot);
+    if (steps.next_file != nullptr) PLT_set_refresh_func(kRefreshSeconds, steps.next_file);
 }
 
 } // namespace
 
+bool RADAR_is_open() {
+    return state.session;
+}
+
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
+    if (state.drawing) {
+        state.again = true;
+        return 0;
+    }
+    if (RADAR_is_open()) {
+        PLT_reset(DOM_aspect(domain));
+        set_map(domain);
+        draw(steps, base_date, domain, {});
+        return 0;
+    }
+    state = State{};
     const std::string first = open_first(steps, base_date);
     if (first.empty()) VYX_exit(kExitNoFile);
     const PlotDomain product = steps.product_domain();
@@ -55,9 +170,37 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     if (is_missing(domain.proj) || !is_map_projection(product.proj)) domain = product;
 
     PLT_open(DOM_aspect(domain));
-    if (gchk_graphics() == 1) MAP_setup(domain);
-    MAP_fill_cont(0);
-    draw_series(steps, base_date, first);
+    state.session = true;
+    listen(steps);
+    set_map(domain);
+    draw(steps, base_date, domain, first);
     PLT_close();
+    state.session = false;
+    return 0;
+}
+
+int RADAR_next_file(const RadarSteps &steps) {
+    if (state.drawing) return 0;
+    std::string name;
+    const std::int64_t time = FILE_set_current(nullptr, name);
+    MESS_print(kOut4, "File: %d %s\n", static_cast<int>(time), name.c_str());
+    const bool same_name = !state.shown.empty() && state.shown.back() == name;
+    if (time == state.last_time || (same_name && FILE_modtime(name) == state.last_modified)) return 0;
+    if (FILE_exist(name) == 0 || steps.open_file(name) != 1) return 0;
+    const int frames = gget_num_images();
+    for (int i = 0; i + 1 < frames; ++i) gcopy_frame(i, i + 1);
+    const int target = frames > 0 ? frames - 1 : kFrameBase;
+    gselect_frame(target);
+    gclear_frame(target);
+    if (!state.shown.empty()) state.shown.erase(state.shown.begin());
+    state.refreshed = true;
+    state.drawing = true;
+    draw_open_file(steps, name);
+    state.drawing = false;
+    if (std::exchange(state.again, false) && steps.plot != nullptr) {
+        PlotDomain domain = MAP_get_domain();
+        return steps.plot(domain);
+    }
+    if (frames > 0) gdisplay_frame(target);
     return 0;
 }

@@ -1,22 +1,32 @@
 #pragma once
-/// The frame that every radar driver runs: first header, open session, map set-up, the series of files,
-/// close.
+/// The frame that every radar driver runs: first header, open session, callbacks, map set-up, the series of
+/// files, close; and what a window asks for afterwards: another domain or size, newer files.
 
 #include <string_view>
 
 #include "lib/calendar.h"
-#include "plot/domain.h"
+#include "plot/session.h"
 
-/// The steps in which formats differ, all of the one file that is open.
+/// The steps in which formats differ, all of the one file that is open, and what the window calls.
 struct RadarSteps {
     int (*open_file)(std::string_view name); ///< 1 when opened and its header read; else 0 after a message
     int (*close_file)();
     PlotDomain (*product_domain)();
     int (*plot_frame)();
+    MouseCallback mouse = nullptr;
+    PlotRedraw plot = nullptr;      ///< the driver itself: draws again after a zoom or a change of size
+    PlotRedraw next_file = nullptr; ///< calls RADAR_next_file; set to watch for newer files
 };
 
 /// Plots the file, or the series of files from `base_date` on, of the file selection. A domain without
 /// projection becomes the product's own. A single file that cannot be read ends the program with kExitNoFile
-/// before a page is made; in a series such a file is skipped. On a file device each file of a series gets a
-/// page of its own. Returns 0.
+/// before a page is made; in a series such a file is skipped. On a window each file of a series gets a frame,
+/// and the frames loop; on a file device it gets a page of its own. Called again while the graphics are open
+/// it draws the same files once more and leaves the session open. Returns 0.
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain);
+
+/// Plots the newest file, when it is another than the last: into the last frame, while the others move down
+/// and the oldest drops out, or instead of the picture when there are no frames. Returns 0.
+int RADAR_next_file(const RadarSteps &steps);
+/// True while the session is open and RADAR_plot is to draw again.
+bool RADAR_is_open();

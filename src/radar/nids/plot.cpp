@@ -52,6 +52,18 @@ PlotDomain view_domain() {
     return domain;
 }
 
+int plot_newest(PlotDomain & /*domain*/) {
+    return NIDS_plot_nextfile();
+}
+
+RadarSteps driver_steps() {
+    RadarSteps steps{NIDS_open_file, NIDS_close_file, view_domain, NIDS_plot_frame};
+    steps.mouse = NIDS_callback;
+    steps.plot = NIDS_plot;
+    if (state.options.refresh) steps.next_file = plot_newest;
+    return steps;
+}
+
 } // namespace
 
 NidsPlotState &NIDS_state() {
@@ -123,10 +135,22 @@ int NIDS_plot_frame() {
     return 0;
 }
 
+void NIDS_callback(int /*kind*/, std::string_view event, float x, float y) {
+    NIDS_print_loc_elev(event, x, y, state.info.domain.clat, state.info.domain.clon, state.info.elevation);
+    PLT_plot_zoom(event, x, y);
+    PLT_plot_resize(event);
+    CONT_flash_value(event, x, y);
+}
+
+int NIDS_plot_nextfile() {
+    return RADAR_next_file(driver_steps());
+}
+
 int NIDS_plot(PlotDomain &domain) {
-    const std::vector<std::string> variables = RES_getvals("variable");
-    if (std::ranges::find(variables, "watch") != variables.end()) WATCH_decode(state.base_date);
-    NIDS_plot_param();
-    return RADAR_plot({NIDS_open_file, NIDS_close_file, view_domain, NIDS_plot_frame}, state.base_date,
-                      domain);
+    if (!RADAR_is_open()) {
+        const std::vector<std::string> variables = RES_getvals("variable");
+        if (std::ranges::find(variables, "watch") != variables.end()) WATCH_decode(state.base_date);
+        NIDS_plot_param();
+    }
+    return RADAR_plot(driver_steps(), state.base_date, domain);
 }

@@ -30,6 +30,10 @@ int NIDS_open_file(std::string_view name);
 int NIDS_close_file();
 int NIDS_rewind_file();
 int NIDS_plot_frame();
+/// Looks for a newer file and plots it. Returns 0.
+int NIDS_plot_nextfile();
+/// Keys and buttons of the window: place under the cursor, zoom, resizing, flashing of a level.
+void NIDS_callback(int kind, std::string_view event, float x, float y);
 int NIDS_plot_summary();
 int NIDS_plot_data();
 const NidsInfo &NIDS_get_info();

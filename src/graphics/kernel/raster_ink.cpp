@@ -1,0 +1,160 @@
+#include "graphics/kernel/raster_ink.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "graphics/core/color_table.h"
+#include "graphics/core/error.h"
+#include "graphics/core/mapping.h"
+#include "graphics/core/state.h"
+#include "graphics/devices/raster.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/kernel/marker_shapes.h"
+#include "graphics/text/stroke.h"
+
+namespace {
+
+/// Primitives of up to so many points, cells above all, are converted without an allocation.
+constexpr std::size_t kLocalPoints = 10;
+constexpr int kSolidLine = 1;
+constexpr int kAnyColor = -1; ///< asks the colour table for an index
+
+PixelPoint to_pixel(const Point &device) {
+    return {static_cast<std::int16_t>(round_pixel(device.x)),
+            static_cast<std::int16_t>(round_pixel(device.y))};
+}
+
+/// Hands the points in pixels to `ink`. -1 when memory is out.
+template <typename Ink> int ink_pixels(const char *operation, std::span<const Point> world, Ink ink) {
+    const Mapping &map = gstate().map;
+    const auto convert = [&map](const Point &p) { return to_pixel(world_to_pixel(map, p)); };
+    if (world.size() <= kLocalPoints) {
+        std::array<PixelPoint, kLocalPoints> pixels;
+        std::transform(world.begin(), world.end(), pixels.begin(), convert);
+        ink(std::span<const PixelPoint>(pixels.data(), world.size()));
+        return 0;
+    }
+    std::vector<PixelPoint> pixels;
+    try {
+        pixels.resize(world.size());
+    } catch (const std::bad_alloc &) {
+        gerr_printf(operation, "malloc error\n");
+        return -1;
+    }
+    std::transform(world.begin(), world.end(), pixels.begin(), convert);
+    ink(std::span<const PixelPoint>(pixels));
+    return 0;
+}
+
+/// The colour index that each context draws with.
+std::array<std::pair<RasterContext, int>, kRasterContexts> context_colors() {
+    const GraphicsState &s = gstate();
+    return {{{RasterContext::line, s.line.color},
+             {RasterContext::marker, s.marker.color},
+             {RasterContext::text, s.text.color},
+             {RasterContext::fill, s.fill.color}}};
+}
+
+void draw_marker(const MarkerShape &shape, const Point &center, float half) {
+    const float unit = shape.scaled ? half : 1;
+    for (const std::span<const Point> path : shape.paths) {
+        if (path.empty()) continue;
+        std::array<PixelPoint, 13> pixels;
+        std::transform(path.begin(), path.end(), pixels.begin(), [&](const Point &p) {
+            return to_pixel({center.x + p.x * unit, center.y + p.y * unit});
+        });
+        if (path.size() == 1)
+            graster_point(RasterContext::marker, pixels[0]);
+        else
+            graster_lines(RasterContext::marker, {pixels.data(), path.size()});
+    }
+}
+
+void draw_markers(std::span<const Point> world, float half, float shift) {
+    const GraphicsState &s = gstate();
+    const MarkerShape &shape = marker_shape(s.marker.type);
+    for (const Point &p : world) {
+        const Point center = world_to_pixel(s.map, p);
+        draw_marker(shape, {center.x + shift, center.y + shift}, half);
+    }
+}
+
+/// Draws in black, shifted by one pixel more each time, and leaves the context in its own colour.
+template <typename Draw> void drop_shadow(RasterContext context, int color, Draw draw) {
+    const int count = gstate().font_drop;
+    if (count <= 0) return;
+    raster_set_color(context, galloc_colr(kAnyColor, Rgb{}));
+    for (int i = 0; i < count; ++i) draw(static_cast<float>(i));
+    raster_set_color(context, color);
+}
+
+} // namespace
+
+int raster_polyline(const char *operation, std::span<const Point> world) {
+    return ink_pixels(operation, world,
+                      [](std::span<const PixelPoint> pixels) { graster_lines(RasterContext::line, pixels); });
+}
+
+int raster_fill_area(const char *operation, std::span<const Point> world) {
+    return ink_pixels(operation, world, graster_area);
+}
+
+void raster_markers(std::span<const Point> world, float half) {
+    drop_shadow(RasterContext::marker, gstate().marker.color,
+                [&](float shift) { draw_markers(world, half, shift); });
+    draw_markers(world, half, 0);
+}
+
+int raster_stroke(const char *operation, std::span<const Point> world) {
+    return ink_pixels(operation, world,
+                      [](std::span<const PixelPoint> pixels) { graster_lines(RasterContext::text, pixels); });
+}
+
+void raster_text(const Point &position, std::string_view string) {
+    const Mapping &m = gstate().map;
+    const float unit_x = safe_ratio(1, m.window_to_view.x * m.ws_to_device.x);
+    const float unit_y = safe_ratio(1, m.window_to_view.y * m.ws_to_device.y);
+    drop_shadow(RasterContext::text, gstate().text.color,
+                [&](float shift) { text(string, position.x + shift * unit_x, position.y - shift * unit_y); });
+    text(string, position.x, position.y);
+}
+
+void raster_clear_region(const Rect &world) {
+    const Mapping &m = gstate().map;
+    const PixelPoint a = to_pixel(world_to_pixel(m, {world.xmin, world.ymax}));
+    const PixelPoint b = to_pixel(world_to_pixel(m, {world.xmax, world.ymin}));
+    raster_set_color(RasterContext::fill, kColorBackground);
+    graster_set_fill(kSolidFill);
+    graster_rectangle(RasterContext::fill, {a.x, a.y, b.x - a.x + 1, b.y - a.y + 1});
+    raster_set_color(RasterContext::fill, gstate().fill.color);
+    raster_set_fill();
+}
+
+void raster_set_color(RasterContext context, int index) {
+    graster_set_foreground(context, gget_color_ind(index));
+}
+
+void raster_set_line(RasterContext context, float width, int type) {
+    graster_set_line(context, std::max(round_pixel(width), 0), type);
+}
+
+void raster_set_fill() {
+    const FillState &fill = gstate().fill;
+    graster_set_fill(fill.interior == kInteriorPattern ? fill.style : kSolidFill);
+}
+
+void raster_reset_contexts() {
+    for (const auto &[context, color] : context_colors()) {
+        graster_set_line(context, 0, kSolidLine);
+        raster_set_color(context, color);
+    }
+    raster_set_fill();
+}
+
+void raster_recolor(int index) {
+    for (const auto &[context, color] : context_colors())
+        if (color == index) raster_set_color(context, color);
+}

@@ -1,0 +1,34 @@
+#pragma once
+/// The frames and the loop, shared by the sources of frames, stepping and the hold loop only.
+
+#include <array>
+
+#include "graphics/window/frames.h"
+
+inline constexpr float kFirstDelay = 0.5F; ///< seconds
+inline constexpr float kLastDelay = 1.0F;  ///< the newest picture of a loop stays longer
+
+struct Frame {
+    PixmapId pixmap = kNoPixmap;
+    float delay = kFirstDelay; ///< seconds
+};
+
+/// Bit 0 set: forwards; from rock_back on the loop turns at its ends.
+enum LoopDirection : int { kLoopBack = 0, kLoopForward = 1, kRockBack = 2, kRockForward = 3 };
+
+struct FrameTable {
+    std::array<Frame, kMaxFrames> frames;
+    int count = 0;
+    int current = -1; ///< the frame shown last; -1 before any
+
+    bool looping = false;
+    float delay = kFirstDelay; ///< seconds
+    int direction = kLoopForward;
+    bool titles = true;      ///< the window title tells the frame
+    int refresh_seconds = 0; ///< 0: never
+    void (*refresh)() = nullptr;
+};
+
+FrameTable &gframe_table();
+/// A display is there and something to draw into.
+bool gframes_possible();

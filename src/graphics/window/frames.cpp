@@ -1,0 +1,218 @@
+#include "graphics/window/frames.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "graphics/core/error.h"
+#include "graphics/core/object_list.h"
+#include "graphics/core/state.h"
+#include "graphics/devices/raster.h"
+#include "graphics/window/events.h"
+#include "graphics/window/frame_table.h"
+#include "lib/message.h"
+
+namespace {
+
+struct State {
+    FrameTable table;
+} state;
+
+Frame &slot(int frame) {
+    return state.table.frames[static_cast<std::size_t>(frame)];
+}
+
+bool is_slot(int frame) {
+    return frame >= 0 && frame < kMaxFrames;
+}
+
+/// Selectors -1 and -2 to a number; others stay.
+int frame_number(int selector) {
+    if (selector == kFrameLast) return state.table.count - 1;
+    return selector == kFrameCurrent ? state.table.current : selector;
+}
+
+PixmapId pixmap_of(int selector) {
+    if (selector == kFrameBase) return graster_base();
+    const int frame = frame_number(selector);
+    return is_slot(frame) ? slot(frame).pixmap : kNoPixmap;
+}
+
+void set_pixmap(int selector, PixmapId pixmap) {
+    if (selector == kFrameBase)
+        graster_set_base(pixmap);
+    else
+        slot(frame_number(selector)).pixmap = pixmap;
+}
+
+PixelRect drawing_area() {
+    const GraphicsState &s = gstate();
+    return {s.win_x, s.win_y, s.win_width, s.win_height};
+}
+
+void copy_pixmap(PixmapId from, PixmapId to) {
+    const PixelRect area = drawing_area();
+    graster_copy(from, to, area, area.x, area.y);
+}
+
+/// Nothing may draw into a pixmap that is gone.
+void free_pixmap(PixmapId &pixmap) {
+    const PixmapId gone = std::exchange(pixmap, kNoPixmap);
+    if (gone == kNoPixmap || graster_display() == RasterDisplay::none) return;
+    if (graster_drawable() == gone) graster_set_drawable(graster_base());
+    graster_free_pixmap(gone);
+}
+
+/// Takes frame `frame` out of the row; the later ones move down.
+void remove_from_row(int frame) {
+    FrameTable &t = state.table;
+    const bool only = t.count == 1; // its pixmap serves the next frame 0
+    if (only) return;
+    free_pixmap(slot(frame).pixmap);
+    auto *const first = t.frames.begin() + frame;
+    auto *const end = t.frames.begin() + t.count;
+    std::move(first + 1, end, first);
+    slot(t.count - 1) = Frame{kNoPixmap, t.delay};
+    if (frame == t.count - 1) slot(frame - 1).delay = kLastDelay;
+}
+
+void show_frame_title(int frame) {
+    if (!state.table.titles || state.table.count == 0) return;
+    gset_win_title_extra("[" + std::to_string(frame) + "]");
+}
+
+} // namespace
+
+FrameTable &gframe_table() {
+    return state.table;
+}
+
+bool gframes_possible() {
+    return graster_display() != RasterDisplay::none && graster_drawable() != kNoPixmap;
+}
+
+void ginit_loop() {
+    for (Frame &frame : state.table.frames) {
+        free_pixmap(frame.pixmap);
+        frame.delay = kFirstDelay;
+    }
+    state.table.count = 0;
+    state.table.current = -1;
+}
+
+int gcreate_frame(int frame) {
+    if (!gframes_possible()) return 0;
+    FrameTable &t = state.table;
+    const int n = frame < 0 ? t.count : frame;
+    if (!is_slot(n)) {
+        gerr_printf("gcreate_frame", "no room for frame %d\n", n);
+        return 0;
+    }
+    if (slot(n).pixmap == kNoPixmap) {
+        const PixelRect area = drawing_area();
+        slot(n).pixmap = graster_create_pixmap(area.x + area.width, area.y + area.height);
+    }
+    graster_clear(slot(n).pixmap);
+    if (n > 0) slot(n - 1).delay = t.delay;
+    if (is_slot(t.count)) slot(t.count).delay = kLastDelay;
+    MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(slot(n).pixmap));
+    if (n == t.count) ++t.count;
+    return n;
+}
+
+int gselect_frame(int frame) {
+    if (!gframes_possible()) return 0;
+    const PixmapId pixmap = pixmap_of(frame);
+    if (pixmap == kNoPixmap) return 0;
+    graster_set_drawable(pixmap);
+    gset_redraw(0);
+    MESS_print(kOut4, "Selected frame: %d\n", frame_number(frame));
+    return 1;
+}
+
+int gdisplay_frame(int frame) {
+    if (!gframes_possible()) return 0;
+    const int n = frame < 0 ? std::max(state.table.current, 0) : frame;
+    if (!is_slot(n)) return 0;
+    if (gget_zoom() >= 2)
+        gzoom(n, -1, -1, -1, 1);
+    else if (slot(n).pixmap != kNoPixmap)
+        copy_pixmap(slot(n).pixmap, graster_base());
+    gupdate_window();
+    show_frame_title(n);
+    MESS_print(kDebug, "Display frame: %d\n", n);
+    state.table.current = n;
+    return 1;
+}
+
+int gdelete_frame(int frame) {
+    if (!gframes_possible()) return 0;
+    FrameTable &t = state.table;
+    const int n = frame_number(frame);
+    if (!is_slot(n)) return 0;
+    if (n >= t.count) {
+        if (n > 0) free_pixmap(slot(n).pixmap);
+        return 0;
+    }
+    remove_from_row(n);
+    --t.count;
+    if (t.count == 0) {
+        graster_clear(graster_base());
+        gupdate_window();
+    }
+    const bool was_current = t.current == n;
+    if (t.current == t.count) --t.current;
+    if (t.count > 0 && was_current) gdisplay_frame(t.current);
+    return 1;
+}
+
+void gdelete_all_frames() {
+    for (Frame &frame : state.table.frames) free_pixmap(frame.pixmap);
+}
+
+int gcopy_frame(int to, int from) {
+    if (!gframes_possible()) return 0;
+    const PixmapId target = pixmap_of(to), source = pixmap_of(from);
+    if (target == kNoPixmap || source == kNoPixmap) return 0;
+    copy_pixmap(source, target);
+    MESS_print(kDebug, "Copy frame: %d->%d\n", frame_number(from), frame_number(to));
+    return 1;
+}
+
+int gclear_frame(int frame) {
+    if (!gframes_possible()) return 0;
+    const PixmapId pixmap = pixmap_of(frame);
+    if (pixmap == kNoPixmap) return 0;
+    graster_clear(pixmap);
+    return 1;
+}
+
+int gswitch_frame(int a, int b) {
+    if (!gframes_possible()) return 0;
+    const PixmapId first = pixmap_of(a), second = pixmap_of(b);
+    if (first == kNoPixmap || second == kNoPixmap) return 0;
+    // The drawable is a pixmap: it goes where its pixmap goes, whatever a new base does to it.
+    const PixmapId drawable = graster_drawable();
+    set_pixmap(a, second);
+    set_pixmap(b, first);
+    graster_set_drawable(drawable);
+    return 1;
+}
+
+int gget_num_images() {
+    return state.table.count;
+}
+
+int gget_cur_frame() {
+    return state.table.current;
+}
+
+PixmapId gget_frame_id(int frame) {
+    return pixmap_of(frame);
+}
+
+float gget_frame_delay(int frame) {
+    const int n = frame_number(frame);
+    return is_slot(n) ? slot(n).delay : 0.0F;
+}

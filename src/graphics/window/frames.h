@@ -1,0 +1,41 @@
+#pragma once
+/// Frames of a window or memory display: pictures that are drawn apart and shown as a loop.
+
+#include "graphics/devices/raster_types.h"
+
+inline constexpr int kMaxFrames = 128;
+/// Frame selectors beside the numbers 0 to 127.
+enum FrameSelector : int { kFrameLast = -1, kFrameCurrent = -2, kFrameBase = -3 };
+
+/// Lets the kernel hold windows, forget frames and process events while it draws. Once, before a workstation
+/// is opened.
+void gsetup_window();
+void ginit_loop();
+/// A frame number, or a negative one to append. The frame's number; 0 when there is no display.
+int gcreate_frame(int frame);
+int gselect_frame(int frame);
+int gdisplay_frame(int frame);
+int gdelete_frame(int frame);
+void gdelete_all_frames();
+int gcopy_frame(int to, int from);
+int gclear_frame(int frame);
+int gswitch_frame(int a, int b);
+int gget_num_images();
+int gget_cur_frame();
+PixmapId gget_frame_id(int frame);
+/// Seconds that a frame is shown.
+float gget_frame_delay(int frame);
+
+int gget_looping();
+float gget_loop_delay();
+int gset_looping(int flag);
+int gtoggle_loop(int flag);
+int ginc_loop_delay(float delta);
+int ginc_frame(int step);
+int gloop_sleep();
+void gset_loop_title(int flag);
+void gset_loop_direction(int direction);
+/// Called every so many seconds while the window is held; 0 seconds: never.
+void gset_refresh_callback(int seconds, void (*function)());
+/// The hold loop: shows, animates and listens until the user ends it. Only on a window.
+int ghold(int flag);

@@ -1,0 +1,21 @@
+#pragma once
+/// What keys and buttons do; inside the window room.
+
+#include <string>
+
+#include "graphics/devices/x11.h"
+
+/// True for the keys that end the hold.
+bool is_quit_key(const RasterEvent &event);
+/// Does what an Alt key asks for. True when the mouse callback is to hear of the key.
+bool act_on_key(const RasterEvent &event);
+/// Loop control of a button press without Alt.
+void act_on_button(const RasterEvent &event);
+/// "x-Alt-Shft-Cntrl"
+std::string key_name(const RasterEvent &event);
+/// "B1-P-Shft" for `what` 'P', "B1-R" for 'R'.
+std::string button_name(const RasterEvent &event, char what);
+
+/// One file of the picture, or one of each frame of a running loop, named after the window's title.
+void write_gif_files();
+void write_xwd_files();

@@ -1,0 +1,95 @@
+/// Stepping through the frames, the loop's timing and its switches.
+
+#include <algorithm>
+
+#include "graphics/devices/raster.h"
+#include "graphics/window/events.h"
+#include "graphics/window/frame_table.h"
+#include "lib/message.h"
+#include "lib/process.h"
+
+namespace {
+
+constexpr float kSleepSlice = 0.2F;                   ///< seconds between two looks at the events
+constexpr int kLoopingCursor = 3, kStoppedCursor = 4; ///< see gset_cursor
+
+bool rocking(const FrameTable &t) {
+    return t.direction >= kRockBack;
+}
+
+} // namespace
+
+int ginc_frame(int step) {
+    FrameTable &t = gframe_table();
+    if (t.count == 0) return -1;
+    const int last = t.count - 1;
+    if (step == 0) step = t.direction % 2 != 0 ? 1 : -1;
+    int next = t.current + step;
+    MESS_print(kDebug, "INC: %d-%d %d-%d\n", step, t.direction, t.current, next);
+    if (next > last) {
+        next = rocking(t) ? std::max(last - 1, 0) : 0;
+        if (rocking(t)) t.direction = kRockBack;
+    } else if (next < 0) {
+        next = rocking(t) ? std::min(1, last) : last;
+        if (rocking(t)) t.direction = kRockForward;
+    }
+    return next;
+}
+
+int gloop_sleep() {
+    const FrameTable &t = gframe_table();
+    if (t.current < 0 || t.current >= t.count) return -1;
+    const auto remaining = [&t] { return gget_frame_delay(t.current) - VYX_elapse_time(); };
+    for (float rest = remaining(); rest > 0; rest = remaining()) {
+        VYX_sleep(std::min(rest, kSleepSlice));
+        gcheck_event();
+        if (gget_input_mode() == kInputQuit) break;
+    }
+    return 0;
+}
+
+int ginc_loop_delay(float delta) {
+    FrameTable &t = gframe_table();
+    t.delay = std::max(t.delay + delta, 0.0F);
+    for (int i = 0; i + 1 < t.count; ++i) t.frames[static_cast<std::size_t>(i)].delay = t.delay;
+    MESS_print(kOut4, "Loop delay %s to: %2.2f\n", delta < 0 ? "decremented" : "incremented",
+               static_cast<double>(t.delay));
+    return 0;
+}
+
+int gget_looping() {
+    return gframe_table().looping ? 1 : 0;
+}
+
+float gget_loop_delay() {
+    return gframe_table().delay;
+}
+
+int gset_looping(int flag) {
+    if (!gframes_possible()) return 0;
+    gframe_table().looping = flag == 1;
+    gset_cursor(flag == 1 ? kLoopingCursor : kStoppedCursor);
+    MESS_print(kOut4, flag == 1 ? "Looping initiated\n" : "Looping stopped\n");
+    return 0;
+}
+
+int gtoggle_loop(int flag) {
+    if (!gframes_possible()) return 0;
+    const bool on = flag == 0 || flag == 1 ? flag == 1 : !gframe_table().looping;
+    gset_looping(on ? 1 : 0);
+    graster_sync();
+    return 0;
+}
+
+void gset_loop_title(int flag) {
+    gframe_table().titles = flag != 0;
+}
+
+void gset_loop_direction(int direction) {
+    gframe_table().direction = std::clamp<int>(direction, kLoopBack, kRockForward);
+}
+
+void gset_refresh_callback(int seconds, void (*function)()) {
+    gframe_table().refresh_seconds = std::max(seconds, 0);
+    gframe_table().refresh = function;
+}

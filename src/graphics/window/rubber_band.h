@@ -1,0 +1,10 @@
+#pragma once
+/// The rubber band between a button's press and its release; inside the window room. Pixels of the window.
+
+/// A button was pressed here: the anchor of a band that may be set now.
+void band_press(int x, int y);
+void band_move(int x, int y);
+/// Ends the band with a final outline.
+void band_release();
+/// No band is set.
+void band_reset();

@@ -1,0 +1,196 @@
+// The plot session on the memory display: image files, animation, zoom and refresh.
+
+#include <cstdint>
+#include <cstring>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/window/frames.h"
+#include "image_facts.h"
+#include "lib/process.h"
+#include "plot/map.h"
+#include "plot_page.h"
+
+namespace {
+
+class WindowSession : public PlotPage {
+protected:
+    void SetUp() override {
+        PlotPage::SetUp();
+        RES_put("plot_param", "");
+        RES_put("label", "");
+        RES_put("device", "d,memory");
+        RES_put("geometry", "320x256");
+        RES_put("image_path", scratch_.path());
+        FLAG_set(kFlagDevice, 1);
+    }
+    /// Frames of one colour each, drawn and dumped as a series.
+    static void draw_frames(int count) {
+        for (int i = 0; i < count; ++i) {
+            gcreate_frame(i);
+            gselect_frame(i);
+            GPH_trans(1);
+            gset_fill_int_style(1);
+            gset_fill_colr_ind(i + 2);
+            GPH_frect(0, 0, 0.2F * static_cast<float>(i + 1), 1);
+            gdisplay_frame(i);
+            PLT_dump(i);
+        }
+    }
+    std::string told_by_close() {
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(PLT_close(), 0);
+        return testing::internal::GetCapturedStdout();
+    }
+    bool exists(const char *name) const { return std::filesystem::exists(scratch_.at(name)); }
+};
+
+TEST_F(WindowSession, WordsThatAskForAnImage) {
+    EXPECT_EQ(PLT_dump(0), -1);
+    EXPECT_FALSE(PLT_wants_image());
+    RES_put("plot_param", "gif_inter,gif_trans,nolooptitle,kill");
+    PLT_open(1);
+    EXPECT_FALSE(PLT_wants_image()) << "these only say how";
+    PLT_close();
+    RES_put("plot_param", "");
+    RES_put("out_file", "png=a.png");
+    PLT_open(1);
+    EXPECT_TRUE(PLT_wants_image());
+    EXPECT_EQ(PLT_dump(0), 0);
+    PLT_close();
+    EXPECT_EQ(png_size(scratch_.at("a.png")), (PictureSize{320, 256}));
+}
+
+TEST_F(WindowSession, OnePictureIsNamedAsAsked) {
+    for (const auto *param : {"png", "gif", "xwd", "img=vyx.img", "png=%p_%i.png"}) {
+        RES_put("plot_param", param);
+        RES_put("title", "My radar");
+        PLT_open(1);
+        EXPECT_EQ(PLT_dump(0), 0) << param;
+        PLT_close();
+    }
+    for (const auto *name : {"vyx.png", "vyx.gif", "vyx.xwd", "vyx.img", "My_radar_win.png"})
+        EXPECT_TRUE(exists(name)) << name;
+}
+
+TEST_F(WindowSession, EveryFrameGetsAFile) {
+    RES_put("plot_param", "gif");
+    PLT_open(1);
+    draw_frames(3);
+    told_by_close();
+    EXPECT_TRUE(exists("vyx.gif"));
+    EXPECT_TRUE(exists("vyx-01.gif"));
+    EXPECT_TRUE(exists("vyx-02.gif"));
+
+    RES_put("plot_param", "png=f%i.png");
+    PLT_open(1);
+    draw_frames(2);
+    EXPECT_EQ(PLT_dump(kDumpAllFrames), 0);
+    PLT_close();
+    EXPECT_TRUE(exists("f00.png"));
+    EXPECT_TRUE(exists("f01.png"));
+    EXPECT_FALSE(exists("fwin.png"));
+}
+
+TEST_F(WindowSession, TheAnimationHoldsEveryFrame) {
+    RES_put("plot_param", "anim");
+    PLT_open(1);
+    draw_frames(4);
+    EXPECT_NE(told_by_close().find("Wrote GIF file: " + scratch_.at("vyx_anim.gif")), std::string::npos);
+    const GifFacts gif = gif_facts(scratch_.at("vyx_anim.gif"));
+    EXPECT_EQ(gif.size, (PictureSize{320, 256}));
+    EXPECT_TRUE(gif.loops);
+    EXPECT_EQ(gif.delays, (std::vector<int>{50, 50, 50, 100})) << "hundredths of a second";
+}
+
+TEST_F(WindowSession, AnUnwrittenImageIsToldAndEndsABatch) {
+    RES_put("plot_param", "png=/dev/full/x.png");
+    PLT_open(1);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(PLT_dump(0), 0);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find("PLT_dump: Unable to write PNG file: /dev/full/x.png\n"), std::string::npos) << told;
+    EXPECT_EQ(PLT_close(), 0) << "somebody saw it";
+    const auto in_batch = [] {
+        FLAG_set_batch(1);
+        PLT_open(1);
+        PLT_dump(0);
+        PLT_close();
+        VYX_exit(0);
+    };
+    EXPECT_EXIT(in_batch(), testing::ExitedWithCode(kExitSession), "");
+}
+
+PlotDomain state_domain() {
+    PlotDomain domain;
+    domain.proj = kProjLatLon;
+    domain.clat = 40;
+    domain.clon = -90;
+    domain.dx = domain.dy = 1;
+    domain.nx = domain.ny = 11;
+    return domain;
+}
+
+struct Redraws {
+    int count = 0;
+    PlotDomain last;
+} redraws;
+
+int note_redraw(PlotDomain &domain) {
+    ++redraws.count;
+    redraws.last = domain;
+    MAP_setup(domain);
+    PLT_plot_zoom("r-Alt", 0, 0); // whoever draws may be asked again meanwhile
+    return 0;
+}
+
+TEST_F(WindowSession, ABoxBecomesTheDomain) {
+    PLT_open(1);
+    MAP_setup(state_domain());
+    PLT_set_zoom_func(note_redraw);
+    EXPECT_EQ(PLT_plot_zoom("B1-R", 1, 1), -1) << "nothing was pressed";
+    EXPECT_EQ(PLT_plot_zoom("u-Alt", 0, 0), 0);
+    const Rect limits = MAP_get_limits();
+    const float x = limits.xmin, y = limits.ymax;
+    PLT_plot_zoom("B1-P-Shft", x, y);
+    PLT_plot_zoom("B1-R-Shft", x, y - 4);
+    EXPECT_EQ(redraws.count, 0) << "a line is no box";
+    PLT_plot_zoom("B1-P-Shft", x, y);
+    EXPECT_EQ(PLT_plot_zoom("B1-R", x + 2, y - 4), 0);
+    EXPECT_EQ(redraws.count, 1);
+    EXPECT_EQ(PLT_get_zoom(), 1);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 0.4F);
+    EXPECT_FLOAT_EQ(redraws.last.dy, 0.4F);
+    EXPECT_NEAR(redraws.last.clat, 43, 1e-3);
+    EXPECT_NEAR(redraws.last.clon, -94, 1e-3);
+    PLT_plot_zoom("r-Alt", 0, 0);
+    EXPECT_EQ(redraws.count, 2);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 0.4F);
+    PLT_plot_zoom("u-Alt", 0, 0);
+    EXPECT_EQ(redraws.count, 3);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 1);
+    EXPECT_EQ(redraws.last.clon, -90);
+    EXPECT_EQ(PLT_get_zoom(), 0);
+    PLT_close();
+}
+
+TEST_F(WindowSession, ScreensZoomByTheirCorner) {
+    PLT_open(1);
+    PlotDomain screen;
+    screen.proj = kProjPixel;
+    screen.clat = screen.clon = 0;
+    screen.dx = screen.dy = 511;
+    screen.nx = screen.ny = 512;
+    MAP_setup(screen);
+    PLT_set_zoom_func(note_redraw);
+    PLT_plot_zoom("B1-P-Shft", 100, -50);
+    PLT_plot_zoom("B1-R", 200, -250);
+    const Rect limits = MAP_get_limits();
+    EXPECT_FLOAT_EQ(limits.xmin, 100);
+    EXPECT_FLOAT_EQ(limits.xmax, 200);
+    EXPECT_FLOAT_EQ(limits.ymin, -250);
+    EXPECT_FLOAT_EQ(limits.ymax, -50);
+    PLT_close();
+}
+
+} // namespace

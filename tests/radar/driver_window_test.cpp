@@ -1,0 +1,193 @@
+// The driver's frames on the memory display: a series, newer files, a change of size while drawing.
+
+#include "radar/common/driver.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "graphics/devices/raster.h"
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/window/frames.h"
+#include "lib/file_naming.h"
+#include "lib/flag.h"
+#include "lib/resource.h"
+#include "lib/scratch_dir.h"
+#include "lib/stream.h"
+
+namespace {
+
+/// 4 July 2003, 22:00:00 UTC.
+constexpr std::int64_t kTen = 1057356000;
+constexpr std::int64_t kTenMinutes = 600;
+
+/// A format whose files are pictures of one colour, told by the last but one digit of the name.
+struct ToyFormat {
+    std::string open;
+    std::vector<std::string> drawn; ///< "10" is the file of ten past
+    int resize_at = -1;             ///< the picture during which the window changes its size
+} toy;
+
+int open_toy(std::string_view name) {
+    if (FILE_exist(name) == 0) return 0;
+    toy.open = name.substr(name.size() - 2);
+    return 1;
+}
+
+int close_toy() {
+    toy.open.clear();
+    return 1;
+}
+
+PlotDomain toy_domain() {
+    PlotDomain domain;
+    domain.proj = kProjLatLon;
+    domain.clat = 40;
+    domain.clon = -90;
+    domain.dx = domain.dy = 1;
+    domain.nx = domain.ny = 11;
+    return domain;
+}
+
+RadarSteps toy_steps();
+
+int draw_toy() {
+    toy.drawn.push_back(toy.open);
+    GPH_trans(1);
+    gset_fill_int_style(1);
+    gset_fill_colr_ind(2 + (toy.open.front() - '0'));
+    GPH_frect(0, 0, 1, 1);
+    GPH_trans(2);
+    if (static_cast<int>(toy.drawn.size()) == toy.resize_at) {
+        PlotDomain domain = toy_domain();
+        ginit_loop(); // as a window of a new size does
+        RADAR_plot(toy_steps(), {}, domain);
+    }
+    return 0;
+}
+
+RadarSteps toy_steps() {
+    return {open_toy, close_toy, toy_domain, draw_toy};
+}
+
+class DriverFrames : public testing::Test {
+protected:
+    void SetUp() override {
+        FLAG_resetplot(1);
+        RES_put("plot_param", "");
+        RES_put("device", "d,memory");
+        RES_put("geometry", "64x64");
+        RES_put("file_path", std::string(VYX_SOURCE_DIR) + "/data");
+        RES_put("num_hour", "-0:40,0:10");
+        FLAG_set(kFlagDevice, 1);
+        FILE_set_name("@" + files_.at("toy_%Y%m%d_%h%n"));
+        for (int i = 0; i < 3; ++i) add_file(i);
+        set_now(2);
+        PLT_open(1);
+    }
+    void TearDown() override {
+        PLT_close();
+        DATE_fix_time(-1);
+    }
+
+    void add_file(int number) const { files_.write("toy_20030704_22" + std::to_string(number) + "0", "toy"); }
+    static void set_now(int number) { DATE_fix_time(kTen + number * kTenMinutes); }
+    static void plot_series() {
+        DateRecord date;
+        const std::int64_t last = kTen + 2 * kTenMinutes;
+        DATE_get_gmdate(&last, date);
+        std::string name;
+        FILE_set_date(&date, name); // the file chosen first tells the period
+        PlotDomain domain = toy_domain();
+        RADAR_plot(toy_steps(), date, domain);
+    }
+    /// The pixel value of the frames' middles.
+    static std::vector<int> pictures() {
+        std::vector<int> found;
+        for (int i = 0; i < gget_num_images(); ++i) found.push_back(picture_of(gget_frame_id(i)));
+        return found;
+    }
+    static int picture_of(PixmapId pixmap) {
+        RasterImage image;
+        EXPECT_TRUE(graster_read(pixmap, image));
+        const auto at = static_cast<std::size_t>(image.height / 2 * image.bytes_per_line +
+                                                 image.width / 2 * image.bits_per_pixel / 8);
+        int value = 0;
+        for (std::size_t i = 0; i < 3; ++i) value = value * 256 + std::to_integer<int>(image.data.at(at + i));
+        return value;
+    }
+    using Names = std::vector<std::string>;
+
+    ScratchDir files_;
+};
+
+TEST_F(DriverFrames, OneForEachFileOfASeries) {
+    plot_series();
+    EXPECT_EQ(toy.drawn, (Names{"00", "10", "20"}));
+    const std::vector<int> seen = pictures();
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_NE(seen[0], seen[1]);
+    EXPECT_NE(seen[1], seen[2]);
+    EXPECT_EQ(gget_cur_frame(), 2);
+    EXPECT_EQ(picture_of(graster_base()), seen[2]);
+    EXPECT_EQ(gget_looping(), 1);
+}
+
+TEST_F(DriverFrames, ANewerFileJoinsAsTheLast) {
+    plot_series();
+    const std::vector<int> before = pictures();
+    ASSERT_EQ(before.size(), 3U);
+    RADAR_next_file(toy_steps());
+    EXPECT_EQ(toy.drawn.size(), 3U) << "nothing is newer";
+    add_file(3);
+    set_now(3);
+    RADAR_next_file(toy_steps());
+    EXPECT_EQ(toy.drawn.back(), "30");
+    const std::vector<int> after = pictures();
+    ASSERT_EQ(after.size(), 3U);
+    EXPECT_EQ(after[0], before[1]);
+    EXPECT_EQ(after[1], before[2]);
+    EXPECT_NE(after[2], before[2]);
+    EXPECT_EQ(picture_of(graster_base()), after[2]);
+    RADAR_next_file(toy_steps());
+    EXPECT_EQ(toy.drawn.size(), 4U);
+
+    toy.drawn.clear();
+    plot_series();
+    EXPECT_EQ(toy.drawn, (Names{"10", "20", "30"})) << "a zoom draws what is shown";
+    EXPECT_EQ(pictures(), after);
+}
+
+TEST_F(DriverFrames, WithoutFramesTheNewestReplacesThePicture) {
+    RES_put("num_hour", "0");
+    plot_series();
+    EXPECT_EQ(gget_num_images(), 0);
+    const int before = picture_of(graster_base());
+    add_file(3);
+    set_now(3);
+    RADAR_next_file(toy_steps());
+    EXPECT_EQ(toy.drawn.back(), "30");
+    EXPECT_NE(picture_of(graster_base()), before);
+}
+
+TEST_F(DriverFrames, AMissingFileIsSkippedAndFewerFilesLeaveFewerFrames) {
+    plot_series();
+    FILE_delete(files_.at("toy_20030704_2210"));
+    toy.drawn.clear();
+    plot_series();
+    EXPECT_EQ(toy.drawn, (Names{"00", "20"}));
+    EXPECT_EQ(gget_num_images(), 2);
+}
+
+TEST_F(DriverFrames, ANewSizeStartsTheSeriesAgain) {
+    toy.resize_at = 2;
+    plot_series();
+    EXPECT_EQ(toy.drawn, (Names{"00", "10", "00", "10", "20"}));
+    EXPECT_EQ(gget_num_images(), 3);
+    EXPECT_EQ(gget_cur_frame(), 2);
+}
+
+} // namespace
