@@ -193,6 +193,7 @@ TEST_F(NidsPlot, WatchesAreReadBesideOtherVariables) {
     RES_put("variable", "comp,watch");
     RES_put("device", "ps," + files_.at("other.ps"));
     FILE_set_name("@" + files_.at("product"));
+    GPH_end(1); // a plot that begins opens its own page
     PlotDomain domain;
     NIDS_plot(domain);
     EXPECT_EQ(WATCH_boxes().size(), 1U);

@@ -53,7 +53,8 @@ TransformRect fit_device(const TransformRect &ws_window, const TransformRect &ws
 
 /// `value` within -limit to limit; not a number counts as the lower limit.
 inline float clamp_coordinate(float value, float limit) {
-    return !(value > -limit) ? -limit : (value > limit ? limit : value);
+    const float low = value > -limit ? value : -limit; // in this order: one instruction each, NaN included
+    return low < limit ? low : limit;
 }
 
 inline Point world_to_ndc(const Mapping &m, Point p) {
@@ -77,10 +78,13 @@ inline Point world_to_pixel(const Mapping &m, Point p) {
     return ndc_to_pixel(m, world_to_ndc(m, p));
 }
 
-/// A raster coordinate as an integer: half is added, then the fraction cut.
-inline int round_pixel(float value) {
+/// A raster coordinate within the limits as an integer: half is added, then the fraction cut.
+inline int round_clamped(float value) {
     // NOLINTNEXTLINE(bugprone-incorrect-roundings)
-    return static_cast<int>(clamp_coordinate(value, kPixelLimit) + 0.5F);
+    return static_cast<int>(value + 0.5F);
+}
+inline int round_pixel(float value) {
+    return round_clamped(clamp_coordinate(value, kPixelLimit));
 }
 
 ClipRect raster_clip(const Mapping &m);

@@ -1,16 +1,18 @@
 #include "graphics/devices/memory.h"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <map>
-#include <new>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/memory_canvas.h"
+#include "lib/large_memory.h"
 #include "lib/message.h"
 
 namespace {
@@ -23,7 +25,14 @@ constexpr unsigned kTopLevel = 255;
 
 struct Picture {
     int width = 0, height = 0;
-    std::vector<std::uint32_t> pixels;
+    LargeMemory memory;
+    std::span<std::uint32_t> pixels;
+
+    Picture(int w, int h)
+        : width(w), height(h),
+          memory(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * sizeof(std::uint32_t)),
+          pixels(reinterpret_cast<std::uint32_t *>(memory.bytes().data()),
+                 memory.bytes().size() / sizeof(std::uint32_t)) {}
 };
 
 /// On and off lengths of the line types from 2 on, pixels.
@@ -33,7 +42,7 @@ constexpr std::array<std::uint8_t, 4> kDashDot{6, 6, 3, 6};
 constexpr std::array<DashLengths, 4> kDashes{kDashed, kShortDashed, kDashDot, kDotted};
 
 struct Context {
-    std::uint32_t foreground = kWhite;
+    Canvas canvas; ///< empty without a drawable
     int width = 0;
     DashLengths dashes;
     bool projecting = false; ///< ends of wide lines
@@ -48,7 +57,6 @@ struct State {
     std::uint32_t background = kBlack;
     PixelRect clip{0, 0, kMaxSide, kMaxSide};
     std::array<Context, kRasterContexts> contexts;
-    const FillPattern *stipple = nullptr; ///< of the fill context
 } state;
 
 Picture *picture(PixmapId pixmap) {
@@ -60,19 +68,19 @@ Context &context_of(RasterContext which) {
     return state.contexts[static_cast<std::size_t>(which)];
 }
 
-Canvas canvas_for(RasterContext which) {
-    Picture &p = *state.target;
+/// The drawable or the clip is another: every context draws there.
+void aim_canvases() {
+    Picture *const p = state.target;
     const PixelRect &clip = state.clip;
-    Canvas canvas;
-    canvas.pixels = p.pixels.data();
-    canvas.stride = p.width;
-    canvas.left = std::max(clip.x, 0);
-    canvas.top = std::max(clip.y, 0);
-    canvas.right = std::min(clip.x + std::max(clip.width, 0), p.width);
-    canvas.bottom = std::min(clip.y + std::max(clip.height, 0), p.height);
-    canvas.color = context_of(which).foreground;
-    if (which == RasterContext::fill) canvas.stipple = state.stipple;
-    return canvas;
+    for (Context &context : state.contexts) {
+        Canvas &canvas = context.canvas;
+        canvas.pixels = p != nullptr ? p->pixels.data() : nullptr;
+        canvas.stride = p != nullptr ? p->width : 0;
+        canvas.left = std::max(clip.x, 0);
+        canvas.top = std::max(clip.y, 0);
+        canvas.right = std::min(clip.x + std::max(clip.width, 0), p != nullptr ? p->width : 0);
+        canvas.bottom = std::min(clip.y + std::max(clip.height, 0), p != nullptr ? p->height : 0);
+    }
 }
 
 std::optional<int> leading_number(std::string_view &text) {
@@ -131,7 +139,7 @@ bool gmem_open(const RasterWish &wish, RasterWindow &window) {
     state = State{};
     state.open = true;
     state.background = wish.inverse ? kWhite : kBlack;
-    for (Context &context : state.contexts) context.foreground = wish.inverse ? kBlack : kWhite;
+    for (Context &context : state.contexts) context.canvas.color = wish.inverse ? kBlack : kWhite;
     context_of(RasterContext::text).projecting = true;
     const PixmapId base = gmem_create_pixmap(width, height);
     if (base == kNoPixmap) {
@@ -154,12 +162,10 @@ PixmapId gmem_create_pixmap(int width, int height) {
     if (!state.open || width <= 0 || height <= 0 || width > kMaxSide || height > kMaxSide) return kNoPixmap;
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     if (count > kMaxPixels) return kNoPixmap;
-    try {
-        state.pictures[state.last + 1] = {width, height, std::vector<std::uint32_t>(count, kBlack)};
-    } catch (const std::bad_alloc &) {
-        return kNoPixmap;
-    }
-    return ++state.last;
+    Picture picture(width, height);
+    if (picture.pixels.empty()) return kNoPixmap;
+    state.pictures.insert_or_assign(++state.last, std::move(picture));
+    return state.last;
 }
 
 void gmem_free_pixmap(PixmapId pixmap) {
@@ -191,6 +197,7 @@ void gmem_clear(PixmapId pixmap) {
 void gmem_set_drawable(PixmapId pixmap) {
     state.drawable = pixmap;
     state.target = picture(pixmap);
+    aim_canvases();
 }
 
 PixmapId gmem_drawable() {
@@ -209,10 +216,11 @@ void gmem_show() {}
 
 void gmem_set_clip(const PixelRect &clip) {
     state.clip = clip;
+    aim_canvases();
 }
 
 void gmem_set_foreground(RasterContext context, long pixel) {
-    if (pixel >= 0) context_of(context).foreground = static_cast<std::uint32_t>(pixel) & kPixelMask;
+    if (pixel >= 0) context_of(context).canvas.color = static_cast<std::uint32_t>(pixel) & kPixelMask;
 }
 
 void gmem_set_line(RasterContext context, int width, int type) {
@@ -224,31 +232,30 @@ void gmem_set_line(RasterContext context, int width, int type) {
 
 void gmem_set_fill(int pattern) {
     const bool solid = pattern < 0 || static_cast<std::size_t>(pattern) >= kFillPatterns.size();
-    state.stipple = solid ? nullptr : &kFillPatterns[static_cast<std::size_t>(pattern)];
+    context_of(RasterContext::fill).canvas.stipple =
+        solid ? nullptr : &kFillPatterns[static_cast<std::size_t>(pattern)];
 }
 
 void gmem_lines(RasterContext context, std::span<const PixelPoint> points) {
-    if (state.target == nullptr || points.size() < 2) return;
+    if (points.size() < 2) return;
     const Context &c = context_of(context);
     if (c.width == 0)
-        canvas_thin_lines(canvas_for(context), points, c.dashes);
+        canvas_thin_lines(c.canvas, points, c.dashes);
     else
-        canvas_wide_lines(canvas_for(context), points, c.width, c.dashes, c.projecting);
+        canvas_wide_lines(c.canvas, points, c.width, c.dashes, c.projecting);
 }
 
 void gmem_point(RasterContext context, PixelPoint point) {
-    if (state.target == nullptr) return;
-    const Canvas canvas = canvas_for(context);
+    const Canvas &canvas = context_of(context).canvas;
     if (canvas.contains(point.x, point.y)) canvas.ink(point.x, point.y);
 }
 
 void gmem_area(std::span<const PixelPoint> points) {
-    if (state.target != nullptr) canvas_area(canvas_for(RasterContext::fill), points);
+    canvas_area(context_of(RasterContext::fill).canvas, points);
 }
 
 void gmem_rectangle(RasterContext context, const PixelRect &rect) {
-    if (state.target == nullptr) return;
-    const Canvas canvas = canvas_for(context);
+    const Canvas &canvas = context_of(context).canvas;
     const int bottom = std::min(rect.y + rect.height, canvas.bottom);
     for (int row = std::max(rect.y, canvas.top); row < bottom; ++row)
         canvas.span(row, rect.x, rect.x + rect.width);
@@ -278,19 +285,22 @@ void gmem_set_background(long pixel) {
     if (pixel >= 0) state.background = static_cast<std::uint32_t>(pixel) & kPixelMask;
 }
 
-bool gmem_read(PixmapId pixmap, RasterImage &image) {
+std::span<const std::uint8_t> gmem_lend(PixmapId pixmap, RasterImage &image) {
     const Picture *const p = picture(pixmap);
-    if (p == nullptr) return false;
-    RasterImage result;
-    result.width = p->width;
-    result.height = p->height;
-    result.bytes_per_line = p->width * static_cast<int>(sizeof(std::uint32_t));
-    result.data.resize(p->pixels.size() * sizeof(std::uint32_t));
-    std::byte *out = result.data.data();
-    for (const std::uint32_t pixel : p->pixels)
-        for (unsigned shift = 0; shift < 32; shift += 8) *out++ = static_cast<std::byte>(pixel >> shift);
-    image = std::move(result);
-    return true;
+    if (p == nullptr) return {};
+    image = RasterImage{};
+    image.width = p->width;
+    image.height = p->height;
+    image.bytes_per_line = p->width * static_cast<int>(sizeof(std::uint32_t));
+    image.msb_first = std::endian::native == std::endian::big;
+    return {reinterpret_cast<const std::uint8_t *>(p->pixels.data()), p->pixels.size_bytes()};
+}
+
+bool gmem_read(PixmapId pixmap, RasterImage &image) {
+    const std::span<const std::uint8_t> pixels = gmem_lend(pixmap, image);
+    const auto *const bytes = reinterpret_cast<const std::byte *>(pixels.data());
+    image.data.assign(bytes, bytes + pixels.size());
+    return !pixels.empty();
 }
 
 void gmem_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y) {

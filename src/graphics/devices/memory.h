@@ -38,5 +38,6 @@ RasterColor gmem_alloc_color(int index, const Rgb &color, long pixel);
 void gmem_set_background(long pixel);
 
 bool gmem_read(PixmapId pixmap, RasterImage &image);
+std::span<const std::uint8_t> gmem_lend(PixmapId pixmap, RasterImage &image);
 void gmem_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y);
 void gmem_sync();

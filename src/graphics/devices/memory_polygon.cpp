@@ -108,16 +108,22 @@ void fill_general(const Canvas &canvas, std::span<const PixelPoint> points, int 
     }
 }
 
-/// The inside of a polygon.
-void fill_polygon(const Canvas &canvas, std::span<const PixelPoint> points) {
-    if (points.size() < 3) return;
-    PixelPoint low = points[0], high = points[0];
+struct Bounds {
+    PixelPoint low, high;
+};
+
+Bounds bounds_of(std::span<const PixelPoint> points) {
+    Bounds b{points[0], points[0]};
     for (const PixelPoint p : points) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+        b.low = {std::min(b.low.x, p.x), std::min(b.low.y, p.y)};
+        b.high = {std::max(b.high.x, p.x), std::max(b.high.y, p.y)};
     }
-    if (high.x < canvas.left || low.x >= canvas.right) return;
-    const int top = std::max<int>(low.y, canvas.top), bottom = std::min<int>(high.y, canvas.bottom);
+    return b;
+}
+
+void fill_polygon(const Canvas &canvas, std::span<const PixelPoint> points, const Bounds &bounds) {
+    const int top = std::max<int>(bounds.low.y, canvas.top),
+              bottom = std::min<int>(bounds.high.y, canvas.bottom);
     if (top >= bottom) return;
     if (bottom - top <= kFewRows && is_monotone(points))
         fill_monotone(canvas, points, top, bottom);
@@ -128,8 +134,18 @@ void fill_polygon(const Canvas &canvas, std::span<const PixelPoint> points) {
 } // namespace
 
 void canvas_area(const Canvas &canvas, std::span<const PixelPoint> points) {
-    fill_polygon(canvas, points);
     if (points.size() < 2) return;
+    const Bounds bounds = bounds_of(points);
+    if (bounds.high.x < canvas.left || bounds.low.x >= canvas.right || bounds.high.y < canvas.top ||
+        bounds.low.y >= canvas.bottom)
+        return;
+    if (bounds.high.x - bounds.low.x <= 1 && bounds.high.y - bounds.low.y <= 1) {
+        // Nothing lies between neighbouring pixels: the corners are all there is of so small an area.
+        for (const PixelPoint p : points)
+            if (canvas.contains(p.x, p.y)) canvas.ink(p.x, p.y);
+        return;
+    }
+    if (points.size() > 2) fill_polygon(canvas, points, bounds);
     canvas_thin_lines(canvas, points, {});
     if (points.front() != points.back())
         canvas_thin_lines(canvas, std::array{points.back(), points.front()}, {});

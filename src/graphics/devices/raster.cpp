@@ -122,6 +122,11 @@ bool graster_read(PixmapId pixmap, RasterImage &image) {
     return verb<gx11_read, gmem_read>(pixmap, image);
 }
 
+std::span<const std::uint8_t> graster_lend(PixmapId pixmap, RasterImage &image) {
+    if (state.display != RasterDisplay::memory) return {};
+    return gmem_lend(pixmap, image);
+}
+
 void graster_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x,
                    int y) {
     verb<gx11_write, gmem_write>(pixmap, image, mask, x, y);

@@ -53,6 +53,9 @@ void graster_set_background(long pixel);
 // Images
 /// The whole pixmap. False when it cannot be read.
 bool graster_read(PixmapId pixmap, RasterImage &image);
+/// The pixels of a pixmap where they stand, good until something is drawn, and their layout in `image`; empty
+/// when the display must be read instead.
+std::span<const std::uint8_t> graster_lend(PixmapId pixmap, RasterImage &image);
 /// Puts an image of the display's own layout at (x, y); where `mask` is given (one byte a pixel), only where
 /// it is not 0.
 void graster_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x,

@@ -63,9 +63,36 @@ void copy_colors(const RasterImage &image, ImageRecord &record) {
             if (*component > kFullComponent) *component = 1;
 }
 
+/// The picture of the drawable, its pixels lent where the display can: for writing at once, before anything
+/// else is drawn.
+int look_at_image(ImageRecord &record) {
+    IMG_init(record);
+    if (!has_drawable()) return 0;
+    RasterImage image;
+    record.lent = graster_lend(graster_drawable(), image);
+    if (record.lent.empty() && !graster_read(graster_drawable(), image)) {
+        gerr_printf("gget_image", "Unable to get image at %dx%d+%d+%d\n", gstate().win_width,
+                    gstate().win_height, 0, 0);
+        return 0;
+    }
+    record.title = window_title();
+    record.width = image.width;
+    record.height = image.height;
+    record.depth = image.depth;
+    record.bits_per_pixel = image.bits_per_pixel;
+    record.bytes_per_line = image.bytes_per_line;
+    record.byte_order = image.msb_first ? 1 : 0;
+    copy_colors(image, record);
+    record.data.resize(image.data.size());
+    if (!image.data.empty()) std::memcpy(record.data.data(), image.data.data(), image.data.size());
+    record.background = gstate().colors[kBackgroundSlot].pixel;
+    trace(image);
+    return 1;
+}
+
 int dump(std::string_view path, Writer write) {
     ImageRecord record;
-    return gget_image(record) == 1 ? write(path, record) : 0;
+    return look_at_image(record) == 1 ? write(path, record) : 0;
 }
 
 /// Puts pixel values into an image of a display's layout, row after row.
@@ -143,26 +170,10 @@ Overlay overlay_of(const ImageRecord &record, const RasterImage &layout, const R
 } // namespace
 
 int gget_image(ImageRecord &record) {
-    IMG_init(record);
-    if (!has_drawable()) return 0;
-    RasterImage image;
-    if (!graster_read(graster_drawable(), image)) {
-        gerr_printf("gget_image", "Unable to get image at %dx%d+%d+%d\n", gstate().win_width,
-                    gstate().win_height, 0, 0);
-        return 0;
-    }
-    record.title = window_title();
-    record.width = image.width;
-    record.height = image.height;
-    record.depth = image.depth;
-    record.bits_per_pixel = image.bits_per_pixel;
-    record.bytes_per_line = image.bytes_per_line;
-    record.byte_order = image.msb_first ? 1 : 0;
-    copy_colors(image, record);
-    record.data.resize(image.data.size());
-    if (!image.data.empty()) std::memcpy(record.data.data(), image.data.data(), image.data.size());
-    record.background = gstate().colors[kBackgroundSlot].pixel;
-    trace(image);
+    if (look_at_image(record) != 1) return 0;
+    if (record.lent.empty()) return 1;
+    record.data.assign(record.lent.begin(), record.lent.end());
+    record.lent = {};
     return 1;
 }
 
@@ -181,7 +192,7 @@ int XWD_dump(std::string_view path) {
 int IMG_dump(std::string_view path, std::string_view label, std::string_view title,
              const ImageDomain &domain) {
     ImageRecord record;
-    if (gget_image(record) != 1) return 0;
+    if (look_at_image(record) != 1) return 0;
     record.label = label;
     record.title = title;
     record.domain = domain;

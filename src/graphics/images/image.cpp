@@ -82,14 +82,14 @@ bool is_complete(const ImageRecord &record) {
     if (bits == 0 || !is_possible_size(record.width, record.height)) return false;
     const std::int64_t row_bytes = (static_cast<std::int64_t>(record.width) * bits + 7) / 8;
     return record.bytes_per_line >= row_bytes &&
-           record.data.size() >=
+           record.bytes().size() >=
                static_cast<std::size_t>(record.bytes_per_line) * static_cast<std::size_t>(record.height);
 }
 
 void read_row(const ImageRecord &record, int row, std::span<std::uint32_t> values) {
     const bool msb_first = record.byte_order != 0;
-    const std::uint8_t *start =
-        record.data.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(record.bytes_per_line);
+    const std::uint8_t *start = record.bytes().data() + static_cast<std::size_t>(row) *
+                                                            static_cast<std::size_t>(record.bytes_per_line);
     switch (stored_bits(record)) {
     case 32: read_bytes<4>(msb_first, start, values); break;
     case 24: read_bytes<3>(msb_first, start, values); break;

@@ -2,6 +2,7 @@
 /// The image record that every image file is written from and read into.
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,9 @@ struct ImageRecord {
     long background = -1; ///< pixel value of the background or of what is transparent, -1 when unknown
     ImageDomain domain;
     std::vector<std::uint8_t> data; ///< height * bytes_per_line
+    /// Instead of `data`: pixels that belong to a display, which stay as they are until something is drawn.
+    std::span<const std::uint8_t> lent;
+    [[nodiscard]] std::span<const std::uint8_t> bytes() const { return lent.empty() ? data : lent; }
 };
 
 /// Largest picture that is written or read (pixels in one direction, and in all).

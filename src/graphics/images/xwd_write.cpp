@@ -61,7 +61,7 @@ bool write_part(Stream &file, std::string_view part, const char *failure) {
 bool write_pixels(Stream &file, const ImageRecord &record) {
     const std::size_t size =
         static_cast<std::size_t>(record.bytes_per_line) * static_cast<std::size_t>(record.height);
-    if (std::fwrite(record.data.data(), 1, size, file.get()) == size && file.close()) return true;
+    if (std::fwrite(record.bytes().data(), 1, size, file.get()) == size && file.close()) return true;
     std::fputs("Unable to write to XWD file.\n", stderr);
     return false;
 }

@@ -7,11 +7,13 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "graphics/core/color_table.h"
 #include "graphics/core/error.h"
 #include "graphics/core/object_list.h"
 #include "graphics/core/transform.h"
+#include "graphics/devices/raster_types.h"
 
 // Opening and closing -------------------------------------------------------------
 
@@ -79,6 +81,11 @@ void ginq_disp_space_size(int ws, float &width_units, float &height_units, int &
 
 int gpolyline(std::span<const Point> points);
 int gfill_area(std::span<const Point> points);
+/// Many small areas that share corners are quicker in pixels: gfill_area of points that gto_pixels has
+/// brought there gives the same picture. Only while gtakes_pixels is true: on a window that keeps no objects.
+bool gtakes_pixels();
+void gto_pixels(std::span<const Point> world, std::vector<PixelPoint> &pixels);
+void gfill_pixels(std::span<const PixelPoint> pixels);
 int gpolymarker(std::span<const Point> points);
 int gtext(const Point &position, std::string_view text);
 /// Fills a world rectangle with the background.

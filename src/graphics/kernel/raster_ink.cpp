@@ -22,6 +22,13 @@ constexpr std::size_t kLocalPoints = 10;
 constexpr int kSolidLine = 1;
 constexpr int kAnyColor = -1; ///< asks the colour table for an index
 
+/// World points come within the limits of pixels from their conversion.
+PixelPoint world_pixel(const Mapping &map, const Point &world) {
+    const Point device = world_to_pixel(map, world);
+    return {static_cast<std::int16_t>(round_clamped(device.x)),
+            static_cast<std::int16_t>(round_clamped(device.y))};
+}
+
 PixelPoint to_pixel(const Point &device) {
     return {static_cast<std::int16_t>(round_pixel(device.x)),
             static_cast<std::int16_t>(round_pixel(device.y))};
@@ -29,8 +36,8 @@ PixelPoint to_pixel(const Point &device) {
 
 /// Hands the points in pixels to `ink`. -1 when memory is out.
 template <typename Ink> int ink_pixels(const char *operation, std::span<const Point> world, Ink ink) {
-    const Mapping &map = gstate().map;
-    const auto convert = [&map](const Point &p) { return to_pixel(world_to_pixel(map, p)); };
+    const Mapping map = gstate().map; // a copy: nothing that is written below can change it
+    const auto convert = [&map](const Point &p) { return world_pixel(map, p); };
     if (world.size() <= kLocalPoints) {
         std::array<PixelPoint, kLocalPoints> pixels;
         std::transform(world.begin(), world.end(), pixels.begin(), convert);
@@ -93,6 +100,23 @@ template <typename Draw> void drop_shadow(RasterContext context, int color, Draw
 
 } // namespace
 
+bool gtakes_pixels() {
+    return gtype_is_WIN_PIX() && gget_redraw() == 0;
+}
+
+void gto_pixels(std::span<const Point> world, std::vector<PixelPoint> &pixels) {
+    const Mapping map = gstate().map;
+    pixels.resize(world.size());
+    std::transform(world.begin(), world.end(), pixels.begin(),
+                   [&map](const Point &p) { return world_pixel(map, p); });
+}
+
+void gfill_pixels(std::span<const PixelPoint> pixels) {
+    if (!gtakes_pixels()) return;
+    gnew_obj(ObjectType::fill_area, static_cast<int>(pixels.size()), 0, nullptr); // for the event pump
+    graster_area(pixels);
+}
+
 int raster_polyline(const char *operation, std::span<const Point> world) {
     return ink_pixels(operation, world,
                       [](std::span<const PixelPoint> pixels) { graster_lines(RasterContext::line, pixels); });
@@ -124,8 +148,8 @@ void raster_text(const Point &position, std::string_view string) {
 
 void raster_clear_region(const Rect &world) {
     const Mapping &m = gstate().map;
-    const PixelPoint a = to_pixel(world_to_pixel(m, {world.xmin, world.ymax}));
-    const PixelPoint b = to_pixel(world_to_pixel(m, {world.xmax, world.ymin}));
+    const PixelPoint a = world_pixel(m, {world.xmin, world.ymax});
+    const PixelPoint b = world_pixel(m, {world.xmax, world.ymin});
     raster_set_color(RasterContext::fill, kColorBackground);
     graster_set_fill(kSolidFill);
     graster_rectangle(RasterContext::fill, {a.x, a.y, b.x - a.x + 1, b.y - a.y + 1});

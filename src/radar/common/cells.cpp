@@ -11,9 +11,11 @@
 namespace {
 
 constexpr std::size_t kBoxesPerPiece = 10;
-/// Exact points of a grid line stand this far apart (plane units, 4 km): half a metre of sagitta between
-/// them.
-constexpr float kKnotDistance = 0.04F;
+/// Exact points of a grid line stand this far apart (plane units, 12 km): less than five metres of sagitta
+/// between them.
+constexpr float kKnotDistance = 0.12F;
+/// Stretches of drawn bins with fewer others between them share their edges.
+constexpr std::size_t kSmallGap = 32;
 constexpr float kMostBetweenKnots = 1000.0F;
 /// No cell is wider than this (plane units); a wider outline crosses the seam of the projection.
 constexpr float kWidestCell = 20.0F;
@@ -30,13 +32,29 @@ LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
     return ink;
 }
 
-void CellFiller::take(void *context, const CellCorners &corners, std::uint8_t level) {
-    auto &self = *static_cast<CellFiller *>(context);
-    if (self.level_ != level) {
-        GPH_fill_attr(&self.ink_[level]);
-        self.level_ = level;
+CellFiller::CellFiller(const LevelInk &ink) : ink_(ink) {
+    for (std::size_t level = 0; level < kCellLevels; ++level) {
+        const auto same = [&](const Attribute &other) {
+            return other.color == ink[level].color && other.fill == ink[level].fill;
+        };
+        kind_[level] = static_cast<std::uint8_t>(std::ranges::find_if(ink, same) - ink.begin());
     }
+}
+
+void CellFiller::take(void *context, const CellCorners &corners, std::uint8_t level) {
+    static_cast<CellFiller *>(context)->set_ink(level);
     gfill_area(corners);
+}
+
+void CellFiller::take_pixels(void *context, const CellPixels &corners, std::uint8_t level) {
+    static_cast<CellFiller *>(context)->set_ink(level);
+    gfill_pixels(corners);
+}
+
+void CellFiller::set_ink(std::uint8_t level) {
+    if (present_ == kind_[level]) return;
+    GPH_fill_attr(&ink_[level]);
+    present_ = kind_[level];
 }
 
 CellFrame::CellFrame(const PlotDomain &product, float lat, float lon) : CellFrame(product) {
@@ -118,22 +136,22 @@ void RadialCells::draw(float azimuth_a, float azimuth_b, float first, float step
     cos_b_ = std::cos(b);
     first_ = first;
     step_ = step;
-    const auto drawn = [&](std::size_t i) { return ink[levels[i]].color >= 0; };
     for (std::size_t i = skip; i < levels.size();) {
-        if (!drawn(i)) {
+        if (ink[levels[i]].color < 0) {
             ++i;
             continue;
         }
-        std::size_t end = i + 1;
-        while (end < levels.size() && drawn(end)) ++end;
-        draw_stretch(i, end, levels, sink);
+        std::size_t end = i + 1; // behind the last drawn bin
+        for (std::size_t k = end; k < levels.size() && k - end < kSmallGap; ++k)
+            if (ink[levels[k]].color >= 0) end = k + 1;
+        draw_stretch(i, levels.subspan(i, end - i), ink, sink);
         i = end;
     }
 }
 
-void RadialCells::draw_stretch(std::size_t begin, std::size_t end, std::span<const std::uint8_t> levels,
+void RadialCells::draw_stretch(std::size_t begin, std::span<const std::uint8_t> levels, const LevelInk &ink,
                                const CellSink &sink) {
-    const std::size_t corners = end - begin + 1;
+    const std::size_t corners = levels.size() + 1;
     const double range =
         static_cast<double>(first_) + static_cast<double>(begin) * static_cast<double>(step_);
     const auto edge = [&](double sine, double cosine, std::vector<Point> &points) {
@@ -143,9 +161,21 @@ void RadialCells::draw_stretch(std::size_t begin, std::size_t end, std::span<con
     };
     edge(sin_a_, cos_a_, edge_a_);
     edge(sin_b_, cos_b_, edge_b_);
-    for (std::size_t i = 0; i + 1 < corners; ++i) {
+    const bool in_pixels = sink.take_pixels != nullptr && gtakes_pixels();
+    if (in_pixels) {
+        gto_pixels(edge_a_, pixels_a_);
+        gto_pixels(edge_b_, pixels_b_);
+    }
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        if (ink[levels[i]].color < 0) continue;
         const CellCorners cell{edge_a_[i], edge_a_[i + 1], edge_b_[i + 1], edge_b_[i], edge_a_[i]};
-        if (frame_.shows(cell)) sink.take(sink.context, cell, levels[begin + i]);
+        if (!frame_.shows(cell)) continue;
+        if (in_pixels)
+            sink.take_pixels(sink.context,
+                             {pixels_a_[i], pixels_a_[i + 1], pixels_b_[i + 1], pixels_b_[i], pixels_a_[i]},
+                             levels[i]);
+        else
+            sink.take(sink.context, cell, levels[i]);
     }
 }
 

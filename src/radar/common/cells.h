@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "graphics/core/types.h"
+#include "graphics/devices/raster_types.h"
 #include "plot/domain.h"
 
 inline constexpr std::size_t kCellLevels = 256;
@@ -18,25 +19,32 @@ using CellCorners = std::array<Point, 5>;
 /// Fill attributes of each data level; a negative colour draws nothing.
 using LevelInk = std::array<Attribute, kCellLevels>;
 
-/// Takes one outline (plot plane) of a drawn level.
+using CellPixels = std::array<PixelPoint, 5>;
+
+/// Takes one outline (plot plane) of a drawn level. `take_pixels`, when given, takes it in pixels instead,
+/// where the kernel does.
 struct CellSink {
     void (*take)(void *context, const CellCorners &corners, std::uint8_t level);
     void *context;
+    void (*take_pixels)(void *context, const CellPixels &corners, std::uint8_t level) = nullptr;
 };
 
 /// Fill attributes of level values: CONT_get_fill_attrib for each, with a forced fill pattern applied.
 LevelInk CELL_ink(std::span<const float, kCellLevels> values);
 
-/// Fills outlines through the kernel; sets the attributes when the level changes.
+/// Fills outlines through the kernel; sets the attributes when they change from one outline to the next.
 class CellFiller {
 public:
-    explicit CellFiller(const LevelInk &ink) : ink_(ink) {}
-    CellSink sink() { return {&CellFiller::take, this}; }
+    explicit CellFiller(const LevelInk &ink);
+    CellSink sink() { return {&CellFiller::take, this, &CellFiller::take_pixels}; }
 
 private:
+    void set_ink(std::uint8_t level);
+    static void take_pixels(void *context, const CellPixels &corners, std::uint8_t level);
     static void take(void *context, const CellCorners &corners, std::uint8_t level);
     const LevelInk &ink_;
-    int level_ = -1;
+    std::array<std::uint8_t, kCellLevels> kind_{}; ///< the first level with the same ink
+    int present_ = -1;                             ///< kind that the kernel has been told
 };
 
 /// Brings points of a grid onto the plot, which is the current map domain.
@@ -82,11 +90,13 @@ public:
               std::size_t skip, const LevelInk &ink, const CellSink &sink);
 
 private:
-    void draw_stretch(std::size_t begin, std::size_t end, std::span<const std::uint8_t> levels,
+    /// Bins from number `begin` on.
+    void draw_stretch(std::size_t begin, std::span<const std::uint8_t> levels, const LevelInk &ink,
                       const CellSink &sink);
 
     const CellFrame &frame_;
-    std::vector<Point> edge_a_, edge_b_; ///< corners of a stretch of drawn bins
+    std::vector<Point> edge_a_, edge_b_; ///< corners of a stretch of bins
+    std::vector<PixelPoint> pixels_a_, pixels_b_;
     double sin_a_ = 0, cos_a_ = 0, sin_b_ = 0, cos_b_ = 0;
     float first_ = 0, step_ = 0;
 };

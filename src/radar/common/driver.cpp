@@ -20,7 +20,6 @@ namespace {
 constexpr int kRefreshSeconds = 60;
 
 struct State {
-    bool session = false; ///< the plot session is open
     bool series = false;
     bool drawing = false;
     bool again = false;                    ///< the window changed its size while the picture was drawn
@@ -148,7 +147,7 @@ void listen(const RadarSteps &steps) {
 } // namespace
 
 bool RADAR_is_open() {
-    return state.session;
+    return gchk_graphics() == 1;
 }
 
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
@@ -170,12 +169,10 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     if (is_missing(domain.proj) || !is_map_projection(product.proj)) domain = product;
 
     PLT_open(DOM_aspect(domain));
-    state.session = true;
     listen(steps);
     set_map(domain);
     draw(steps, base_date, domain, first);
     PLT_close();
-    state.session = false;
     return 0;
 }
 

@@ -1,16 +1,18 @@
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include <bzlib.h>
 #include <zlib.h>
 
+#include "lib/large_memory.h"
 #include "lib/message.h"
 #include "radar/nids/inflate.h"
 
 namespace {
 
-/// First output space; it doubles whenever it is used up.
-constexpr std::size_t kFirstSpace = 256U << 10;
+/// First output space, at least and for each byte of input; it doubles whenever it is used up.
+constexpr std::size_t kFirstSpace = 64U << 10, kUsualRatio = 4;
 
 unsigned byte_at(std::span<const std::byte> bytes, std::size_t index) {
     return std::to_integer<unsigned>(bytes[index]);
@@ -81,6 +83,9 @@ public:
     void restart() {
         end();
         stream_ = {};
+        stream_.opaque = this;
+        stream_.bzalloc = take;
+        stream_.bzfree = give_back;
         open_ = BZ2_bzDecompressInit(&stream_, 0, 0) == BZ_OK;
     }
 
@@ -90,6 +95,22 @@ private:
         open_ = false;
     }
 
+    /// The decompressor's work space is megabytes, used for a moment.
+    static void *take(void *self, int items, int size) {
+        if (items <= 0 || size <= 0) return nullptr;
+        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_) {
+            if (!block.bytes().empty()) continue;
+            block = LargeMemory(static_cast<std::size_t>(items) * static_cast<std::size_t>(size));
+            return block.bytes().data();
+        }
+        return nullptr;
+    }
+    static void give_back(void *self, void *place) {
+        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_)
+            if (block.bytes().data() == place) block = LargeMemory();
+    }
+
+    std::array<LargeMemory, 4> blocks_; ///< a decompressor asks for two or three
     bz_stream stream_{};
     bool open_ = false;
 };
@@ -108,8 +129,9 @@ NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::
             result = NidsInflated::too_large;
             break;
         }
-        if (used == out.size()) out.resize(std::min(limit, std::max(kFirstSpace, 2 * used)));
         const std::size_t in_before = in.size();
+        if (used == out.size())
+            out.resize(std::min(limit, std::max({kFirstSpace, 2 * used, kUsualRatio * in_before})));
         std::span<std::byte> space = std::span(out).subspan(used);
         const Step step = decompressor.step(in, space);
         const std::size_t produced = out.size() - used - space.size();
