@@ -8,7 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "radar/nids/inflate.h"
+#include "radar/common/inflate.h"
 #include "radar/nids/reader.h"
 #include "samples/level3_products.h"
 

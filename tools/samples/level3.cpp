@@ -110,9 +110,9 @@ Bytes zlib_streams(const Bytes &message) {
 Bytes bzip2_compressed(const Bytes &bytes) {
     auto size = static_cast<unsigned>(bytes.size() + bytes.size() / 50 + 1000);
     std::vector<char> out(size);
-    std::vector<char> in(bytes.size());
+    std::vector<char> in(bytes.size() + 1); // never without a place, also for no bytes
     std::transform(bytes.begin(), bytes.end(), in.begin(), [](std::byte b) { return static_cast<char>(b); });
-    if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(in.size()), 9, 0, 0) !=
+    if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(bytes.size()), 9, 0, 0) !=
         BZ_OK)
         throw std::runtime_error("bzip2 failed");
     Bytes result(size);

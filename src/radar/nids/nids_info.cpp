@@ -3,6 +3,7 @@
 #include "lib/message.h"
 #include "lib/text.h"
 #include "plot/map.h"
+#include "radar/common/file_date.h"
 #include "radar/nids/header.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/reader.h"

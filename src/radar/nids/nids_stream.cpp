@@ -8,7 +8,7 @@
 #include "lib/message.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
-#include "radar/nids/inflate.h"
+#include "radar/common/inflate.h"
 #include "radar/nids/reader.h"
 
 namespace {

@@ -51,9 +51,6 @@ const std::array<float, kThresholds> &NIDS_get_thres();
 /// Half-precision and single-precision threshold numbers.
 float NIDS_float16(unsigned word);
 float NIDS_float32(unsigned high, unsigned low);
-/// Days (1 = 1 January 1970) and seconds after midnight. Return 0.
-int NIDS_julian_date(int days, int &year, int &month, int &day);
-int NIDS_dec_time(int seconds, int &hour, int &minute, int &second);
 /// Value of a threshold word by the generic rule.
 float NIDS_threshold_value(unsigned word);
 

@@ -1,3 +1,5 @@
+#include "radar/common/inflate.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -7,7 +9,6 @@
 
 #include "lib/large_memory.h"
 #include "lib/message.h"
-#include "radar/nids/inflate.h"
 
 namespace {
 

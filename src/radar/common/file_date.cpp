@@ -1,8 +1,9 @@
+#include "radar/common/file_date.h"
+
 #include <array>
 
 #include "lib/calendar.h"
 #include "lib/message.h"
-#include "radar/nids/reader.h"
 
 int NIDS_julian_date(int days, int &year, int &month, int &day) {
     constexpr std::array kMonthLengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

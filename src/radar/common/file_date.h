@@ -1,0 +1,6 @@
+#pragma once
+/// Dates and times as radar files store them.
+
+/// Days (1 = 1 January 1970) and seconds after midnight. Return 0.
+int NIDS_julian_date(int days, int &year, int &month, int &day);
+int NIDS_dec_time(int seconds, int &hour, int &minute, int &second);

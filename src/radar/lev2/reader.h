@@ -1,0 +1,164 @@
+#pragma once
+/// Reading Level II volumes: every radial of every elevation with its gates, from plain files, files of bzip2
+/// records, and both of them gzipped as a whole. One volume is open at a time. Order of calls:
+/// LEV2_open_file, LEV2_get_header, then repeatedly LEV2_get_block; for a wanted radial LEV2_set_data_type
+/// and LEV2_get_data (or LEV2_get_gates); then LEV2_next_block; until LEV2_get_block returns 0.
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lib/calendar.h"
+
+/// Moments of a radial.
+enum Lev2Type : int {
+    kLev2Reflectivity = 0, ///< dBZ
+    kLev2Velocity = 1,     ///< m/s, positive away from the radar
+    kLev2Width = 2,        ///< spectrum width, m/s
+    kLev2Zdr = 3,          ///< differential reflectivity, dB
+    kLev2Phi = 4,          ///< differential phase, degrees
+    kLev2Rho = 5,          ///< correlation coefficient
+    kLev2Cfp = 6           ///< clutter filter power removed, dB
+};
+inline constexpr std::size_t kLev2Types = 7;
+
+/// Message types of the format that hold radials.
+inline constexpr int kLev2Legacy = 1, kLev2Generic = 31;
+
+/// Values of the two gate levels that are no measurements.
+inline constexpr float kLev2BelowThreshold = -100.0F, kLev2RangeFolded = -90.0F;
+
+/// Radial status of the last radial of an elevation and of a volume.
+inline constexpr int kLev2EndOfElevation = 2, kLev2EndOfVolume = 4;
+
+// Limits ----------------------------------------------------------------------------------------------------
+
+/// Largest compressed record, largest record decompressed, largest volume decompressed (bytes).
+inline constexpr std::size_t kLev2MaxPacked = 16U << 20;
+inline constexpr std::size_t kLev2MaxRecord = 32U << 20;
+inline constexpr std::size_t kLev2MaxVolume = 512U << 20;
+/// Records have some 120 radials each.
+inline constexpr int kLev2MaxRecords = 4096;
+/// Elevation cuts that a survey lists.
+inline constexpr std::size_t kLev2MaxCuts = 128;
+
+/// Position of a radar whose identifier is not known, when nothing else tells it.
+inline constexpr float kLev2DefaultLat = 38.98F, kLev2DefaultLon = -77.48F;
+
+/// The volume.
+struct Lev2Info {
+    std::string id; ///< three letters; empty when the file has none
+    float lat = kLev2DefaultLat, lon = kLev2DefaultLon;
+    DateRecord date;
+};
+
+/// One radial; for messages of other types only the message header. kMissing where the message does not tell.
+struct Lev2Radial {
+    std::string id; ///< four letters
+    float lat = kMissingF, lon = kMissingF;
+    float site_height = kMissingF; ///< metres
+    int type = 0, sequence = 0;
+    int date = 0, time = 0; ///< days (1 = 1 January 1970), milliseconds after midnight
+    int segments = 0, segment = 0;
+    int collection_time = 0, collection_date = 0;
+    float unambiguous_range = kMissingF; ///< km
+    float azimuth = 0;                   ///< degrees clockwise from north
+    int azimuth_number = 0;
+    int status = 0;
+    int length = 0;
+    float azimuth_resolution = 1; ///< degrees, 1 or 0.5
+    int compression = 0;
+    float elevation = 0; ///< degrees
+    int elevation_number = 0;
+    int spot_blanking = 0;
+    int indexing_mode = 0;
+    int block_count = 0;
+    float first_refl_km = kMissingF, first_vel_km = kMissingF;
+    float refl_size_km = kMissingF, vel_size_km = kMissingF;
+    int refl_gates = kMissing, vel_gates = kMissing;
+    int sector = 0;
+    int refl_ptr = 0, vel_ptr = 0, spect_ptr = 0; ///< 0: the moment is absent
+    int vol_ptr = 0, elev_ptr = 0, rad_ptr = 0;
+    float doppler_resolution = kMissingF; ///< code of the message: 2 is 0.5 m/s, 4 is 1 m/s
+    int pattern = 0;                      ///< volume coverage pattern
+    float nyquist = kMissingF;            ///< m/s
+    float attenuation = kMissingF;        ///< dB/km
+    float threshold = kMissingF;
+};
+
+/// The gates of one moment. Gate k is k * gate_km behind the first.
+struct Lev2Gates {
+    std::span<const std::byte> bytes; ///< raw levels that are there, one or two (big-endian) bytes each
+    int count = 0;                    ///< gates announced; `bytes` may hold fewer
+    int word_bits = 8;                ///< 8 or 16
+    float scale = 2, offset = 0;      ///< value = (level - offset) / scale
+    float first_km = 0, gate_km = 0;
+
+    [[nodiscard]] std::size_t word_bytes() const { return static_cast<std::size_t>(word_bits / 8); }
+    /// Gates that are there.
+    [[nodiscard]] std::size_t size() const { return bytes.size() / word_bytes(); }
+    [[nodiscard]] unsigned level(std::size_t gate) const {
+        const auto byte = [&](std::size_t i) { return std::to_integer<unsigned>(bytes[i]); };
+        return word_bits == 8 ? byte(gate) : byte(2 * gate) << 8 | byte(2 * gate + 1);
+    }
+    [[nodiscard]] float value(unsigned raw) const {
+        if (raw == 0) return kLev2BelowThreshold;
+        if (raw == 1) return kLev2RangeFolded;
+        return (static_cast<float>(raw) - offset) / scale;
+    }
+};
+
+// The file --------------------------------------------------------------------------------------------------
+
+/// Compressed records (1) or plain messages (0) are expected. What the file holds decides; a file of the
+/// other kind is told.
+void LEV2_set_compress(int flag);
+/// 1 when opened, 0 after a warning. Switches the colour bar on unless the user has switched it off.
+int LEV2_open_file(std::string_view name);
+int LEV2_close_file();
+/// Back to the first message. 1, or 0 when the file (a pipe) cannot go back.
+int LEV2_rewind_file();
+/// Reads the volume header and finds the radar's position: of its identifier in "rad.cty" (a blank
+/// identifier is that of the resource "identifier"), else in the data, else the default. The next block is
+/// the first one, of a pipe perhaps the first radial. 0, or -1 when the file is shorter than a header.
+int LEV2_get_header(Lev2Info &info);
+
+// Blocks ----------------------------------------------------------------------------------------------------
+
+/// Reads the next message: 1, or 0 at the end of the data or where they are damaged. Of a last message that
+/// is cut short the gates that are there are given.
+int LEV2_get_block(Lev2Radial &radial);
+/// Moves on to the next message. 1.
+int LEV2_next_block();
+/// Selects a moment of the radial, at its first gate. 1; 0 when the radial has no such moment. An unknown
+/// type selects nothing and gives 1.
+int LEV2_set_data_type(int type);
+/// The next gate's value; kMissingF behind the last.
+float LEV2_get_data();
+/// Gates of a moment of the radial, valid until the next call of LEV2_get_block; empty when it has none.
+const Lev2Gates &LEV2_get_gates(int type);
+/// Range at which the gates of a moment begin (km): the first reflectivity gate, and without reflectivity the
+/// moment's own first gate.
+float LEV2_first_gate_km(int type);
+
+// Survey ----------------------------------------------------------------------------------------------------
+
+struct Lev2CutMoment {
+    int gates = 0; ///< of the first radial; 0: the cut has no such moment
+    float first_km = 0, gate_km = 0;
+};
+/// One elevation cut of a volume.
+struct Lev2Cut {
+    int number = 0;
+    float elevation = 0; ///< degrees, mean
+    int radials = 0;
+    float azimuth_resolution = 1;
+    float nyquist = kMissingF; ///< m/s
+    int date = 0, time = 0;    ///< of the first radial: days, milliseconds
+    std::array<Lev2CutMoment, kLev2Types> moments{};
+};
+/// Walks from the present message to the end of the volume. Cuts in the order of the file.
+std::vector<Lev2Cut> LEV2_list_cuts();
