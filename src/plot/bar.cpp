@@ -49,10 +49,17 @@ struct Levels {
     }
 };
 
+/// A box as it was drawn: the levels may be others by the time the user points at it.
+struct Box {
+    float value;
+    int color; ///< -1 for an empty box
+};
+
 struct State {
     Levels levels;
     Rect limits; ///< of the bar, NDC
     float box_width = 0;
+    std::vector<Box> boxes;
 } state;
 
 struct Attributes {
@@ -209,6 +216,7 @@ void draw_boxes(const Attribute &box_attribute) {
         CONT_get_fill_attrib_ind(static_cast<int>(color), level);
         const float left = state.limits.xmin + static_cast<float>(i) * state.box_width;
         const Rect box{left, left + state.box_width, middle(state.limits), state.limits.ymax};
+        state.boxes.push_back({state.levels.value(i), level.color});
         if (filled) fill_box(box, level, box_pattern(level, box_attribute));
         if (lined) draw_edge(box, level, box_attribute, state.levels.value(i));
     }
@@ -270,6 +278,15 @@ void draw_labels(const Attribute &text) {
     for (const BarLabel &label : labels) GPH_pprint({label.x, state.limits.ymin}, label.text);
 }
 
+/// Null outside the bar.
+const Box *box_under(float x, float y) {
+    const Rect &bar = state.limits;
+    const bool inside = x >= bar.xmin && x <= bar.xmax && y >= bar.ymin && y <= bar.ymax;
+    if (state.boxes.empty() || !inside) return nullptr;
+    const auto number = static_cast<std::size_t>((x - bar.xmin) / state.box_width);
+    return &state.boxes[std::min(number, state.boxes.size() - 1)];
+}
+
 } // namespace
 
 int CONT_draw_bar(int orientation, std::string_view title) {
@@ -298,9 +315,11 @@ int CONT_draw_bar(int orientation, std::string_view title) {
 }
 
 float CONT_get_bar_value(float x, float y) {
-    const Rect &bar = state.limits;
-    const bool inside = x >= bar.xmin && x <= bar.xmax && y >= bar.ymin && y <= bar.ymax;
-    if (state.box_width == 0 || !inside) return kMissingF;
-    const int level = std::min(static_cast<int>((x - bar.xmin) / state.box_width), state.levels.count - 1);
-    return state.levels.value(level);
+    const Box *const box = box_under(x, y);
+    return box == nullptr ? kMissingF : box->value;
+}
+
+int CONT_get_bar_color(float x, float y) {
+    const Box *const box = box_under(x, y);
+    return box == nullptr ? kColorBackground : box->color;
 }

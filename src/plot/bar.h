@@ -7,6 +7,8 @@
 int CONT_draw_bar(int orientation, std::string_view title);
 /// Level value under a point of the bar; kMissing outside it.
 float CONT_get_bar_value(float x, float y);
+/// Colour index of the box under a point of the bar; -1 outside it and for an empty box.
+int CONT_get_bar_color(float x, float y);
 /// On a callback text that begins "f-Al", with the cursor at (x, y) of transform 2 over a box of the bar:
 /// flashes the box's colour four times, half a second black and half a second its own. -1 when there is no
 /// colour.

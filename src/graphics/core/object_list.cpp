@@ -4,21 +4,21 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <utility>
 #include <vector>
 
 #include "graphics/core/error.h"
+#include "lib/large_memory.h"
 #include "lib/text.h"
 
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
+constexpr std::size_t kChunkBytes = std::size_t{2} << 20; // a large page
 constexpr std::size_t kObjectsPerPump = 500;
 
 struct State {
-    std::vector<std::unique_ptr<std::byte[]>> chunks;
+    std::vector<LargeMemory> chunks;
     std::size_t used = 0;     ///< bytes taken of the last chunk
     std::size_t capacity = 0; ///< size of the last chunk
     ObjectRecord *first = nullptr;
@@ -34,15 +34,13 @@ std::byte *take(std::size_t size) {
     const std::size_t rounded = (size + align - 1) / align * align;
     if (rounded > state.capacity - state.used) {
         const std::size_t bytes = std::max(kChunkBytes, rounded);
-        try {
-            state.chunks.push_back(std::make_unique_for_overwrite<std::byte[]>(bytes));
-        } catch (const std::bad_alloc &) {
-            return nullptr;
-        }
+        LargeMemory chunk(bytes);
+        if (chunk.bytes().empty()) return nullptr;
+        state.chunks.push_back(std::move(chunk));
         state.capacity = bytes;
         state.used = 0;
     }
-    std::byte *const block = state.chunks.back().get() + state.used;
+    std::byte *const block = state.chunks.back().bytes().data() + state.used;
     state.used += rounded;
     return block;
 }

@@ -10,6 +10,8 @@ namespace {
 constexpr std::size_t kMaxLinePoints = 16000;
 /// Longer polygons than the server takes in one request are not drawn.
 constexpr long kRequestHeaderWords = 4;
+/// Outlines and dots kept back: as many as fit one request.
+constexpr std::size_t kMostPending = 8000;
 
 /// On and off lengths in pixels of the line types from 2 on.
 struct DashList {
@@ -50,7 +52,45 @@ bool ready(const X11Session *s) {
     return s != nullptr && s->drawable != kNoPixmap;
 }
 
+bool is_tiny(std::span<const PixelPoint> points) {
+    const auto [left, right] = std::ranges::minmax_element(points, {}, &PixelPoint::x);
+    const auto [top, bottom] = std::ranges::minmax_element(points, {}, &PixelPoint::y);
+    return right->x - left->x <= 1 && bottom->y - top->y <= 1;
+}
+
+/// The corners of small cells fall on the same pixels again and again.
+void add_dot(X11Session &s, PixelPoint p) {
+    constexpr std::size_t kLookBack = 4;
+    const std::size_t recent = std::min(s.dots.size(), kLookBack);
+    const auto same = [p](const XRectangle &dot) { return dot.x == p.x && dot.y == p.y; };
+    if (std::none_of(s.dots.end() - static_cast<std::ptrdiff_t>(recent), s.dots.end(), same))
+        s.dots.push_back({p.x, p.y, 1, 1});
+}
+
+void fill_polygon(const X11Session &s, std::span<const PixelPoint> points) {
+    const long limit = std::max(XExtendedMaxRequestSize(s.display()), XMaxRequestSize(s.display()));
+    if (points.size() < 3 || static_cast<long>(points.size()) > limit - kRequestHeaderWords) return;
+    with_points(points, [&s](XPoint *data, int count) {
+        XFillPolygon(s.display(), s.drawable, s.context(RasterContext::fill), data, count, Nonconvex,
+                     CoordModeOrigin);
+    });
+}
+
 } // namespace
+
+X11Session *x11_settled() {
+    X11Session *const s = x11_session();
+    if (s == nullptr) return nullptr;
+    const GC fill = s->context(RasterContext::fill);
+    if (!s->outlines.empty())
+        XDrawSegments(s->display(), s->drawable, fill, s->outlines.data(),
+                      static_cast<int>(s->outlines.size()));
+    if (!s->dots.empty())
+        XFillRectangles(s->display(), s->drawable, fill, s->dots.data(), static_cast<int>(s->dots.size()));
+    s->outlines.clear();
+    s->dots.clear();
+    return s;
+}
 
 PixmapId gx11_create_pixmap(int width, int height) {
     X11Session *const s = x11_session();
@@ -63,7 +103,7 @@ PixmapId gx11_create_pixmap(int width, int height) {
 }
 
 void gx11_free_pixmap(PixmapId pixmap) {
-    X11Session *const s = x11_session();
+    X11Session *const s = x11_settled();
     if (s == nullptr) return;
     s->pixmaps.erase(pixmap);
     if (s->base == pixmap) s->base = kNoPixmap;
@@ -71,7 +111,7 @@ void gx11_free_pixmap(PixmapId pixmap) {
 }
 
 void gx11_copy(PixmapId from, PixmapId to, const PixelRect &source, int x, int y) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (s == nullptr || x11_pixmap(*s, from) == nullptr || x11_pixmap(*s, to) == nullptr) return;
     if (source.width <= 0 || source.height <= 0) return;
     XCopyArea(s->display(), from, to, s->root_context.get(), source.x, source.y, positive(source.width),
@@ -79,7 +119,7 @@ void gx11_copy(PixmapId from, PixmapId to, const PixelRect &source, int x, int y
 }
 
 void gx11_clear(PixmapId pixmap) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     const PixmapRecord *const record = s == nullptr ? nullptr : x11_pixmap(*s, pixmap);
     if (record == nullptr) return;
     XFillRectangle(s->display(), pixmap, s->root_context.get(), 0, 0, positive(record->width),
@@ -87,7 +127,7 @@ void gx11_clear(PixmapId pixmap) {
 }
 
 void gx11_set_drawable(PixmapId pixmap) {
-    if (X11Session *const s = x11_session()) s->drawable = pixmap;
+    if (X11Session *const s = x11_settled()) s->drawable = pixmap;
 }
 
 PixmapId gx11_drawable() {
@@ -105,7 +145,7 @@ PixmapId gx11_base() {
 }
 
 void gx11_show() {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     const PixmapRecord *const record = s == nullptr ? nullptr : x11_pixmap(*s, s->base);
     if (record == nullptr) return;
     XCopyArea(s->display(), s->base, s->window.get(), s->root_context.get(), 0, 0, positive(record->width),
@@ -114,7 +154,7 @@ void gx11_show() {
 }
 
 void gx11_set_clip(const PixelRect &clip) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (s == nullptr) return;
     XRectangle area{static_cast<short>(clip.x), static_cast<short>(clip.y),
                     static_cast<unsigned short>(positive(clip.width)),
@@ -124,7 +164,7 @@ void gx11_set_clip(const PixelRect &clip) {
 }
 
 void gx11_set_foreground(RasterContext context, long pixel) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = context == RasterContext::fill ? x11_settled() : x11_session();
     if (s == nullptr || pixel < 0) return;
     XSetForeground(s->display(), s->context(context), static_cast<unsigned long>(pixel));
 }
@@ -142,7 +182,7 @@ void gx11_set_line(RasterContext context, int width, int type) {
 }
 
 void gx11_set_fill(int pattern) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (s == nullptr) return;
     const GC fill = s->context(RasterContext::fill);
     if (pattern < 0 || static_cast<std::size_t>(pattern) >= kPatterns) {
@@ -154,7 +194,7 @@ void gx11_set_fill(int pattern) {
 }
 
 void gx11_lines(RasterContext context, std::span<const PixelPoint> points) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (!ready(s) || points.size() < 2) return;
     // Each part begins where the one before it ended.
     for (std::size_t first = 0; first + 1 < points.size(); first += kMaxLinePoints - 1) {
@@ -166,34 +206,37 @@ void gx11_lines(RasterContext context, std::span<const PixelPoint> points) {
 }
 
 void gx11_point(RasterContext context, PixelPoint point) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (!ready(s)) return;
     XDrawPoint(s->display(), s->drawable, s->context(context), point.x, point.y);
 }
 
 void gx11_area(std::span<const PixelPoint> points) {
-    const X11Session *const s = x11_session();
+    X11Session *const s = x11_session();
     if (!ready(s) || points.size() < 2) return;
-    const long limit = std::max(XExtendedMaxRequestSize(s->display()), XMaxRequestSize(s->display()));
-    if (points.size() > 2 && static_cast<long>(points.size()) <= limit - kRequestHeaderWords)
-        with_points(points, [&](XPoint *data, int count) {
-            XFillPolygon(s->display(), s->drawable, s->context(RasterContext::fill), data, count, Nonconvex,
-                         CoordModeOrigin);
-        });
-    gx11_lines(RasterContext::fill, points);
-    if (points.front() != points.back())
-        gx11_lines(RasterContext::fill, std::array{points.back(), points.front()});
+    if (is_tiny(points)) {
+        // Nothing lies between neighbouring pixels: the corners are all there is of so small an area.
+        for (const PixelPoint p : points) add_dot(*s, p);
+    } else {
+        fill_polygon(*s, points);
+        PixelPoint from = points.back();
+        for (const PixelPoint to : points) {
+            if (!(from == to)) s->outlines.push_back({from.x, from.y, to.x, to.y});
+            from = to;
+        }
+    }
+    if (s->outlines.size() + s->dots.size() >= kMostPending) x11_settled();
 }
 
 void gx11_rectangle(RasterContext context, const PixelRect &rect) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (!ready(s) || rect.width <= 0 || rect.height <= 0) return;
     XFillRectangle(s->display(), s->drawable, s->context(context), rect.x, rect.y, positive(rect.width),
                    positive(rect.height));
 }
 
 void gx11_outline(int kind, PixelPoint a, PixelPoint b, bool invert) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (s == nullptr) return;
     const GC line = s->context(RasterContext::line);
     if (invert) XSetFunction(s->display(), line, GXxor);
@@ -236,7 +279,7 @@ int gx11_font_descent() {
 }
 
 void gx11_draw_string(int x, int y, std::string_view text) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (!ready(s) || !s->font) return;
     XDrawString(s->display(), s->drawable, s->context(RasterContext::text), x, y, text.data(),
                 static_cast<int>(text.size()));

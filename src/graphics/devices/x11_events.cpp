@@ -86,7 +86,7 @@ int gx11_pending() {
 }
 
 RasterEvent gx11_next_event() {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     if (s == nullptr) return {};
     XEvent event;
     XNextEvent(s->display(), &event);

@@ -55,7 +55,7 @@ bool whole(const RasterImage &image) {
 } // namespace
 
 bool gx11_read(PixmapId pixmap, RasterImage &image) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     const PixmapRecord *const record = s == nullptr ? nullptr : x11_pixmap(*s, pixmap);
     if (record == nullptr) return false;
     const XImageHandle got(XGetImage(s->display(), pixmap, 0, 0, static_cast<unsigned>(record->width),
@@ -79,7 +79,7 @@ bool gx11_read(PixmapId pixmap, RasterImage &image) {
 }
 
 void gx11_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y) {
-    const X11Session *const s = x11_session();
+    const X11Session *const s = x11_settled();
     const PixmapRecord *const record = s == nullptr ? nullptr : x11_pixmap(*s, pixmap);
     if (record == nullptr || !whole(image)) return;
     const XImageHandle source = make_image(*s, image);
@@ -107,5 +107,5 @@ void gx11_write(PixmapId pixmap, const RasterImage &image, std::span<const std::
 }
 
 void gx11_sync() {
-    if (const X11Session *const s = x11_session()) XSync(s->display(), False);
+    if (const X11Session *const s = x11_settled()) XSync(s->display(), False);
 }

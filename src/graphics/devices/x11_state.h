@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -86,6 +87,11 @@ struct X11Session {
     std::array<XCursor, kCursors> cursors;
     XFont font;
 
+    /// Outlines and single pixels of areas in the present fill ink that the server has not been told yet:
+    /// among themselves their order does not matter.
+    std::vector<XSegment> outlines;
+    std::vector<XRectangle> dots; ///< points would not take the fill pattern
+
     std::map<Pixmap, PixmapRecord> pixmaps;
     Pixmap base = kNoPixmap, drawable = kNoPixmap;
 
@@ -100,6 +106,8 @@ struct X11Session {
 
 /// Null while no connection is open.
 X11Session *x11_session();
+/// The same after the server has been told every area: for what must come behind them.
+X11Session *x11_settled();
 /// Forgets a connection without a word to the server, because there can be none any more.
 void x11_abandon();
 /// Null for a picture that is not of this session.

@@ -27,6 +27,9 @@ int gis_mapped();
 
 /// Shows the base picture. -1 when there is no display.
 int gupdate_window();
+/// Shows the base picture with one pixel value replaced by another, until the next update: a colour changes
+/// so where pixels tell their own colour. -1 when there is nothing to change.
+int gshow_recolored(long from, long to);
 /// Gives the window another size, or (-1, -1) follows the size that it has got. The base picture is kept as
 /// far as it fits; zoom and frames end. 1 when the size changed.
 int gresize_window(int width, int height);

@@ -102,8 +102,8 @@ void gsetup_window() {
 int ghold(int /*flag*/) {
     const auto held = [] { return gtype_is_WIN() && graster_display() == RasterDisplay::x11; };
     if (!held() || !gframes_possible()) return 0;
+    gupdate_window();
     gcheck_event();
-    graster_sync();
     if (gget_looping() != 0) VYX_init_time();
     gset_input_mode(kInputWaiting);
     Refresh refresh;
