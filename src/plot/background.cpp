@@ -1,6 +1,5 @@
 #include "plot/background.h"
 
-#include <algorithm>
 #include <string>
 
 #include "graphics/images/capture.h"
@@ -14,7 +13,6 @@
 #include "lib/stream.h"
 #include "lib/text.h"
 #include "plot/attribute.h"
-#include "plot/color_table.h"
 #include "plot/data_file.h"
 #include "plot/map.h"
 #include "plot/map_file.h"
@@ -125,11 +123,11 @@ int draw_image_item(std::string_view text, bool whole_view) {
     const MapImageItem item = parse_image_item(text);
     std::string directory;
     RES_getval("image_path", directory, ResourceKind::directory);
-    const int color = CLR_get_ind(item.transparent);
-    const Rgb transparent = CLR_get_rgb(std::max(color, 0));
+    Rgb transparent;
+    const bool has_transparent = gnamed_color(item.transparent, transparent);
     if (whole_view) GPH_trans(view_transform);
     const int drawn = goverlay_image_file(FILE_add_path(directory, item.file),
-                                          color >= 0 ? &transparent : nullptr, item.x, item.y);
+                                          has_transparent ? &transparent : nullptr, item.x, item.y);
     if (whole_view) GPH_trans(kMapTransform);
     return drawn == 1 ? 0 : -1;
 }

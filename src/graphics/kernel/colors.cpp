@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "graphics/core/state.h"
@@ -59,13 +60,13 @@ bool is_default_word(std::string_view name) {
     return std::ranges::any_of(words, [&](std::string_view word) { return stricmp(name, word) == 0; });
 }
 
-/// A colour of the colour table, else one that the X server knows; without a name the display's own.
+/// The colour of that name; without one, or for one that nobody knows, the display's own.
 Rgb background_named(std::string_view name) {
     const Rgb plain = gstate().inverse ? kWhite : kBlack;
     if (name.empty() || is_default_word(name)) return plain;
-    Rgb color;
-    if (state.lookup != nullptr && state.lookup(name, color)) return color;
-    return gx11_parse_color(name).value_or(plain);
+    Rgb color = plain;
+    gnamed_color(name, color);
+    return color;
 }
 
 void init_window_background() {
@@ -119,6 +120,13 @@ void gset_local_colormap(int flag) {
 
 void gset_color_lookup(ColorLookup lookup) {
     state.lookup = lookup;
+}
+
+bool gnamed_color(std::string_view name, Rgb &color) {
+    if (state.lookup != nullptr && state.lookup(name, color)) return true;
+    const std::optional<Rgb> known = gx11_parse_color(name);
+    if (known) color = *known;
+    return known.has_value();
 }
 
 void ginit_background() {

@@ -129,9 +129,11 @@ int gset_colr_rep(int ws, int index, const Rgb &color);
 int galloc_colr(int index, const Rgb &color);
 void gset_rw_colors(int flag);
 void gset_local_colormap(int flag);
-/// What knows colours by name, for the background of a window; false for an unknown name.
+/// What knows colours by name; false for an unknown name.
 using ColorLookup = bool (*)(std::string_view name, Rgb &color);
 void gset_color_lookup(ColorLookup lookup);
+/// A colour of that lookup, else one that the X server of the window knows.
+bool gnamed_color(std::string_view name, Rgb &color);
 
 // Object list ---------------------------------------------------------------------
 

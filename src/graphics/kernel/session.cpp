@@ -1,9 +1,11 @@
 #include "graphics/kernel/session.h"
 
 #include "graphics/core/state.h"
+#include "graphics/devices/x11.h"
 
 void GPH_set_win_title(std::string_view title) {
     gstate().title = title;
+    gx11_set_title(title);
 }
 
 const std::string &gget_win_title() {
