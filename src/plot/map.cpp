@@ -216,7 +216,9 @@ float MAP_dir(float x1, float y1, float x2, float y2) {
 float MAP_factor(float lat) {
     if (state.domain.proj == kProjPolar)
         return static_cast<float>(1.866 / std::max(1 + std::sin(radians(lat)), 1e-6));
-    return state.domain.proj == kProjLambert ? state.domain.p5 : 1.0F;
+    // A domain that does not say has true lengths at its standard parallels.
+    const bool told = state.domain.proj == kProjLambert && !is_missing(state.domain.p5);
+    return told ? state.domain.p5 : 1.0F;
 }
 
 int MAP_domain_tran(const PlotDomain &from, const PlotDomain &to, float &xo, float &yo, float x, float y) {

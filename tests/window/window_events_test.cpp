@@ -1,0 +1,195 @@
+// What the server asks of a window, and what the window holds on the server; in this process.
+
+#include <sys/time.h>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "app/sample_series.h"
+#include "graphics/core/state.h"
+#include "graphics/devices/raster.h"
+#include "graphics/devices/x11.h"
+#include "graphics/devices/x11_state.h"
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/window/events.h"
+#include "graphics/window/frames.h"
+#include "lib/file_naming.h"
+#include "lib/flag.h"
+#include "lib/resource.h"
+#include "plot/domain_string.h"
+#include "radar/nids/plot.h"
+#include "window/onlooker.h"
+#include "window/window_program.h"
+
+namespace {
+
+class WindowEvents : public testing::Test {
+protected:
+    void SetUp() override {
+        NEEDS_X_SERVER(server_);
+        gsetup_window();
+        gset_win_size(300, 200);
+        ASSERT_EQ(gopen_gks("", 0), 0);
+        ASSERT_EQ(gopen_ws(1, "", DeviceKind::win), 0);
+        GPH_set_maxview(1);
+        GPH_set_color(kRed, 1, 0, 0);
+        paint(kFrameBase, 0, 0.3F);
+        gupdate_window();
+        gcheck_event();
+        eye_ = std::make_unique<Onlooker>(server_.display());
+        before_ = eye_->picture();
+    }
+    void TearDown() override {
+        eye_.reset();
+        if (gchk_graphics() != 0) gclose_ws(1);
+        gclose_gks();
+        gstate() = GraphicsState{};
+    }
+    static void paint(int frame, float left, float right) {
+        gselect_frame(frame);
+        gsel_norm_tran(1);
+        gset_fill_int_style(1);
+        gset_fill_colr_ind(kRed);
+        GPH_frect(left, 0, right, 1);
+    }
+    /// Requests that the program sends to the server meanwhile.
+    template <class Action> static unsigned long requests(Action action) {
+        Display *const display = x11_session()->display();
+        const unsigned long first = XNextRequest(display);
+        action();
+        return XNextRequest(display) - first;
+    }
+    /// All events of what has been done to the window are here.
+    static void await_events() { XSync(x11_session()->display(), False); }
+
+    static constexpr int kRed = 2;
+    XServer server_{"800x600x24"};
+    std::unique_ptr<Onlooker> eye_;
+    Picture before_;
+};
+
+TEST_F(WindowEvents, ABurstOfExposuresIsOneRefresh) {
+    eye_->expose();
+    await_events();
+    const unsigned long one = requests([] { gcheck_event(); });
+    EXPECT_GT(one, 0U);
+    EXPECT_EQ(eye_->picture(), before_);
+    for (int i = 0; i < 1000; ++i) eye_->expose();
+    await_events();
+    EXPECT_EQ(requests([] { gcheck_event(); }), one);
+    await_events();
+    EXPECT_EQ(eye_->picture(), before_);
+}
+
+TEST_F(WindowEvents, WhatWasCoveredOrUnmappedComesBack) {
+    ASSERT_EQ(before_.width, 300);
+    eye_->cover_and_uncover(200, 150);
+    await_events();
+    gcheck_event();
+    EXPECT_EQ(eye_->picture(), before_);
+    eye_->unmap();
+    await_events();
+    gcheck_event();
+    EXPECT_EQ(gis_mapped(), 0);
+    paint(kFrameBase, 0.5F, 0.9F);
+    gupdate_window();
+    eye_->map();
+    await_events();
+    gcheck_event();
+    EXPECT_EQ(gis_mapped(), 1);
+    await_events();
+    EXPECT_NE(eye_->picture(), before_) << "what was drawn meanwhile is seen";
+    EXPECT_EQ(eye_->picture().at(200, 100), 0xFF0000U);
+}
+
+TEST_F(WindowEvents, AMoveIsNoNewSize) {
+    eye_->move_to(40, 30);
+    await_events();
+    gcreate_frame(0);
+    gcheck_event();
+    EXPECT_EQ(gget_num_images(), 1) << "frames end with a new size only";
+    EXPECT_EQ(eye_->picture(), before_);
+}
+
+TEST_F(WindowEvents, FramesLeaveNothingOnTheServer) {
+    const std::size_t before = gx11_counts().pixmaps;
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_EQ(gcreate_frame(-1), i);
+        paint(i, 0, static_cast<float>(i) / 50);
+        gdisplay_frame(i);
+    }
+    EXPECT_EQ(gx11_counts().pixmaps, before + 50);
+    gzoom(3, 100, 100, -2, 0);
+    gunzoom();
+    for (int i = 0; i < 50; ++i) gdelete_frame(i % 2 == 0 ? kFrameLast : 0);
+    EXPECT_EQ(gget_num_images(), 0);
+    ginit_loop();
+    EXPECT_EQ(gx11_counts().pixmaps, before);
+    for (int i = 0; i < 50; ++i) gcreate_frame(-1);
+    gdelete_all_frames();
+    EXPECT_EQ(gx11_counts().pixmaps, before);
+    gx11_sync();
+    EXPECT_EQ(gx11_counts().errors, 0);
+}
+
+constexpr std::int64_t kFirst = 1057356000, kStep = 300; ///< of the series, seconds since 1970
+
+/// While the window is held the clock goes a minute forwards, as soon as the newer file is there.
+void advance_clock(int /*signal*/) {
+    static int turns = 0;
+    if (gget_input_mode() != kInputWaiting || access("newer", F_OK) != 0) return;
+    DATE_fix_time(kFirst + 3 * kStep + 61 * ++turns);
+}
+
+TEST(WindowRefresh, ANewerFileBecomesTheLastFrame) {
+    const XServer server("1024x768x24");
+    NEEDS_X_SERVER(server);
+    const ScratchDir files;
+    const std::vector<std::string> series = write_series(files, 4);
+    const std::string later = files.at("later");
+    std::filesystem::rename(series[3], later);
+    const pid_t child = fork();
+    if (child == 0) {
+        std::filesystem::current_path(files.path());
+        FLAG_resetplot(1);
+        FLAG_set(kFlagDevice, 1);
+        for (const auto &[name, value] : {std::pair{"plot_param", "refresh"}, std::pair{"device", "d"},
+                                          std::pair{"geometry", "320x256+0+0"}, std::pair{"title", "Refresh"},
+                                          std::pair{"num_hour", "-0:10,0:05"}, std::pair{"message", "none"}})
+            RES_put(name, value);
+        RES_put("file_path", kData);
+        FILE_set_name("@" + files.at("KLSX_N0R_%Y%m%d_%h%n"));
+        constexpr std::int64_t newest = kFirst + 2 * kStep;
+        DATE_fix_time(newest);
+        DateRecord date;
+        std::string name;
+        DATE_get_gmdate(&newest, date);
+        FILE_set_date(&date, name);
+        std::signal(SIGALRM, advance_clock);
+        const itimerval tick{{0, 200000}, {0, 200000}};
+        setitimer(ITIMER_REAL, &tick, nullptr);
+        PlotDomain domain;
+        NIDS_set_date(&date);
+        NIDS_plot(domain);
+        std::_Exit(0);
+    }
+    std::unique_ptr<Onlooker> eye = std::make_unique<Onlooker>(server.display());
+    const auto shows = [&](std::string_view title) {
+        return comes_true([&] { return eye->title(eye->window()) == title; }, std::chrono::seconds(20));
+    };
+    ASSERT_TRUE(shows("Refresh [2]"));
+    const Picture old = eye->picture();
+    ASSERT_TRUE(shows("Refresh [0]"));
+    std::filesystem::rename(later, series[3]);
+    files.write("newer", "");
+    EXPECT_TRUE(
+        comes_true([&] { return shows("Refresh [2]") && eye->picture() != old; }, std::chrono::seconds(20)));
+    eye->send(9);
+    int status = 0;
+    EXPECT_TRUE(
+        comes_true([&] { return waitpid(child, &status, WNOHANG) == child; }, std::chrono::seconds(20)));
+    EXPECT_EQ(status, 0);
+}
+
+} // namespace
