@@ -112,8 +112,8 @@ Bytes bzip2_compressed(const Bytes &bytes) {
     std::vector<char> out(size);
     std::vector<char> in(bytes.size() + 1); // never without a place, also for no bytes
     std::transform(bytes.begin(), bytes.end(), in.begin(), [](std::byte b) { return static_cast<char>(b); });
-    if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(bytes.size()), 9, 0, 0) !=
-        BZ_OK)
+    if (BZ2_bzBuffToBuffCompress(out.data(), &size, in.data(), static_cast<unsigned>(bytes.size()), 9, 0,
+                                 0) != BZ_OK)
         throw std::runtime_error("bzip2 failed");
     Bytes result(size);
     std::transform(out.begin(), out.begin() + size, result.begin(),
