@@ -1,7 +1,7 @@
 /// Writes small, valid radar files of one simulated evening.
 ///   make_samples DIRECTORY
 /// One file of each Level III kind, and a series of six base reflectivities, named
-/// KLSX_<kind>_<YYYYMMDD>_<hhmm>.
+/// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, named KLSX_<form>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,25 +10,35 @@
 #include "lib/calendar.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "samples/level2.h"
 #include "samples/level3_products.h"
 
 namespace {
 
 constexpr int kSeriesLength = 6;
 
-bool write_file(const std::string &directory, const samples::NamedProduct &named) {
+bool write_file(const std::string &directory, const std::string &kind, std::int64_t time,
+                const samples::Bytes &bytes) {
     DateRecord date;
-    const std::int64_t time = named.product.time;
     DATE_get_gmdate(&time, date);
-    const std::string name = format_text("KLSX_%s_%04d%02d%02d_%02d%02d", named.kind.c_str(), date.year,
-                                         date.month, date.day, date.hour, date.minute);
-    const samples::Bytes bytes = samples::level3_file(named.product, named.framing, named.compression);
+    const std::string name = format_text("KLSX_%s_%04d%02d%02d_%02d%02d", kind.c_str(), date.year, date.month,
+                                         date.day, date.hour, date.minute);
     Stream file = FILE_open(FILE_add_path(directory, name), "wb");
     const bool written =
         file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() && file.close();
     if (!written)
         std::fprintf(stderr, "make_samples: cannot write %s in %s\n", name.c_str(), directory.c_str());
     return written;
+}
+
+bool write_product(const std::string &directory, const samples::NamedProduct &named) {
+    return write_file(directory, named.kind, named.product.time,
+                      samples::level3_file(named.product, named.framing, named.compression));
+}
+
+bool write_volume(const std::string &directory, const std::string &kind, samples::Level2Form form) {
+    const samples::Level2Volume volume = samples::level2_volume(0, form == samples::Level2Form::records);
+    return write_file(directory, kind, volume.time, samples::level2_file(volume, form));
 }
 
 } // namespace
@@ -40,12 +50,15 @@ int main(int argc, char *argv[]) {
     }
     const std::string directory = argv[1];
     for (const samples::NamedProduct &named : samples::all_products(0))
-        if (!write_file(directory, named)) return EXIT_FAILURE;
+        if (!write_product(directory, named)) return EXIT_FAILURE;
     for (int i = 1; i < kSeriesLength; ++i) {
         const double minutes = i * samples::kVolumeMinutes;
-        if (!write_file(directory, {"N0R", samples::reflectivity(minutes), samples::Framing::wmo,
-                                    samples::Compression::none}))
+        if (!write_product(directory, {"N0R", samples::reflectivity(minutes), samples::Framing::wmo,
+                                       samples::Compression::none}))
             return EXIT_FAILURE;
     }
-    return EXIT_SUCCESS;
+    const bool volumes = write_volume(directory, "legacy", samples::Level2Form::legacy) &&
+                         write_volume(directory, "generic", samples::Level2Form::generic) &&
+                         write_volume(directory, "records", samples::Level2Form::records);
+    return volumes ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -7,9 +7,12 @@
 
 #include "lib/file_naming.h"
 #include "lib/flag.h"
+#include "lib/message.h"
 #include "lib/resource.h"
+#include "lib/stream.h"
 #include "lib/text.h"
 #include "plot/station.h"
+#include "radar/common/file_kind.h"
 
 namespace {
 
@@ -92,6 +95,23 @@ void set_file_format(std::string_view value) {
         FLAG_set(kFlagFileFormat, kFormatNetcdf);
 }
 
+/// The word of "input" for the kind of the first input file; empty when it cannot be told.
+std::string_view recognised() {
+    const std::vector<std::string> names = RES_getvals("filename");
+    const std::string name = names.empty() ? std::string() : names.front();
+    if (name.empty() || name.front() == '|' || FILE_is_stdio(name) != 0) {
+        MESS_print(kError, "RAD_cvt_in_file: input \"auto\" wants the name of a file\n");
+        return {};
+    }
+    switch (RADAR_file_kind(FILE_open(name, "rb").read_all(kKindBytes))) {
+    case RadarFileKind::level2: return "lev2";
+    case RadarFileKind::level3: return "nids";
+    case RadarFileKind::unknown: break;
+    }
+    MESS_print(kError, "RAD_cvt_in_file: Kind of file not recognised: %s\n", name.c_str());
+    return {};
+}
+
 } // namespace
 
 int RAD_cvt_in_file() {
@@ -101,7 +121,7 @@ int RAD_cvt_in_file() {
 
     bool given = false;
     for (const std::string &value : RES_getvals("input")) {
-        const Row *row = find_row(kInputRows, value);
+        const Row *row = find_row(kInputRows, stricmp(value, "auto") == 0 ? recognised() : value);
         if (row == nullptr) continue;
         given = true;
         set_type(*row);

@@ -12,6 +12,7 @@
 #include "lib/resource.h"
 #include "lib/resource_start.h"
 #include "plot/region.h"
+#include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
 
@@ -31,27 +32,42 @@ void plot_nids() {
     NIDS_plot(domain);
 }
 
+void plot_lev2(bool records) {
+    FILE_set_type(kNamesCarryExtras);
+    std::string name;
+    FILE_get_file("Enter the Level 2 filename: ", name);
+    LEV2_set_date(nullptr);
+    LEV2_set_compress(records ? 1 : 0);
+    PlotDomain domain;
+    DOM_get_region(domain, kRegionOrDomain);
+    LEV2_plot(domain);
+}
+
 /// Input types that this version knows by name only.
 struct UnreadType {
     int code;
     const char *name;
 };
-constexpr std::array kUnreadTypes{
-    UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"},
-    UnreadType{kInputNowrad, "NOWRad"},       UnreadType{kInputRcm, "RCM site"},
-    UnreadType{kInputKavrad, "KAVRAD"},       UnreadType{kInputLev2, "Level II"},
-    UnreadType{kInputLev2z, "Level II"}};
+constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"},
+                                  UnreadType{kInputNowrad, "NOWRad"}, UnreadType{kInputRcm, "RCM site"},
+                                  UnreadType{kInputKavrad, "KAVRAD"}};
 
 int dispatch(int type) {
     if (type == kInputNids) {
         plot_nids();
         return kExitOk;
     }
+    if (type == kInputLev2 || type == kInputLev2z) {
+        plot_lev2(type == kInputLev2z);
+        return kExitOk;
+    }
     for (const UnreadType &unread : kUnreadTypes) {
         if (unread.code != type) continue;
-        MESS_print(kError,
-                   "%s: this version does not read %s files; Level III files are read with -inp nids\n",
-                   RES_get_progname().c_str(), unread.name);
+        MESS_print(
+            kError,
+            "%s: this version does not read %s files; Level III files are read with -inp nids, Level II "
+            "files with -inp lev2\n",
+            RES_get_progname().c_str(), unread.name);
         return kExitNotBuilt;
     }
     return kExitOk;

@@ -1,0 +1,172 @@
+#include "radar/lev2/plot.h"
+
+#include <algorithm>
+
+#include "graphics/kernel/gph.h"
+#include "graphics/kernel/kernel.h"
+#include "lib/date.h"
+#include "lib/file_naming.h"
+#include "lib/message.h"
+#include "lib/process.h"
+#include "lib/resource.h"
+#include "lib/scan.h"
+#include "lib/text.h"
+#include "plot/background.h"
+#include "plot/bar.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/region.h"
+#include "plot/session.h"
+#include "radar/common/driver.h"
+
+namespace {
+
+constexpr int kMostRangeKm = 2000;
+
+Lev2PlotState state;
+
+int close_volume() {
+    if (!state.open) return 0;
+    LEV2_close_file();
+    state.open = false;
+    return 1;
+}
+
+/// Unset fields of the date take the volume's.
+void complete_date(DateRecord &date, const DateRecord &volume) {
+    const auto take = [](int &field, int value) {
+        if (is_missing(field)) field = value;
+    };
+    take(date.year, volume.year);
+    take(date.month, volume.month);
+    take(date.day, volume.day);
+    take(date.hour, volume.hour);
+    take(date.minute, volume.minute);
+}
+
+PlotDomain radar_domain() {
+    LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
+    MESS_print(kOut2, "Product domain: ");
+    DOM_print(kOut1, state.domain);
+    return state.domain;
+}
+
+int plot_newest(PlotDomain & /*domain*/) {
+    return LEV2_plot_nextfile();
+}
+
+RadarSteps driver_steps() {
+    RadarSteps steps{LEV2_open_volume, close_volume, radar_domain, LEV2_plot_frame};
+    steps.mouse = LEV2_callback;
+    steps.plot = LEV2_plot;
+    if (state.options.refresh) steps.next_file = plot_newest;
+    return steps;
+}
+
+/// Prints the cuts of the first file.
+void list_cuts() {
+    std::string name;
+    FILE_set_date(&state.base_date, name);
+    if (LEV2_open_volume(name) != 1) VYX_exit(kExitNoFile);
+    MESS_print(kPrint, "%s  %s\n", state.info.id.c_str(), DATE_make_label(state.info.date).c_str());
+    LEV2_print_cuts(LEV2_list_cuts());
+    close_volume();
+}
+
+bool wants_list() {
+    const std::vector<std::string> variables = RES_getvals("variable");
+    return std::ranges::any_of(variables, [](const std::string &word) { return stricmp(word, "list") == 0; });
+}
+
+} // namespace
+
+Lev2PlotState &LEV2_state() {
+    return state;
+}
+
+int LEV2_open_volume(std::string_view name) {
+    const std::string copy(name);
+    close_volume();
+    if (LEV2_open_file(name) != 1) return 0;
+    if (LEV2_get_header(state.info) != 0) {
+        LEV2_close_file();
+        MESS_print(kWarn, "LEV2_open_file: Unable to read file:%s\n", copy.c_str());
+        return 0;
+    }
+    state.open = true;
+    state.file_date = state.base_date;
+    complete_date(state.file_date, state.info.date);
+    // The files of a series need not come from one radar.
+    LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
+    return 1;
+}
+
+void LEV2_plot_param() {
+    constexpr std::string_view kRange = "range";
+    for (const std::string &word : RES_getvals("plot_param")) {
+        if (RADAR_option_word(word, state.options)) continue;
+        if (stricmp(word, "superres") == 0) state.superres = true;
+        if (begins_with(word, kRange) && word.size() > kRange.size() + 1) {
+            Scanner scanner(std::string_view(word).substr(kRange.size() + 1));
+            const int range = scanner.integer().value_or(0);
+            if (range >= 1) state.range_km = std::min(range, kMostRangeKm);
+        }
+    }
+}
+
+void LEV2_set_date(const DateRecord *date) {
+    state.base_date = date != nullptr ? *date : FILE_get_date();
+}
+
+int LEV2_get_domain(PlotDomain &domain, float lat, float lon, float range) {
+    constexpr float kStepNm = 0.54F; // a kilometre
+    domain = PlotDomain{};
+    DOM_init(domain);
+    domain.proj = kProjPolar;
+    domain.plat = domain.clat = lat;
+    domain.plon = domain.clon = lon;
+    domain.ny = static_cast<int>(2 * range + 1);
+    domain.nx = static_cast<int>(3 * range + 1);
+    const MapDomainScope scope(domain);
+    domain.dx = domain.dy = MAP_factor(lat) * (kStepNm * kKmPerNauticalMile) / 100.0F;
+    return 1;
+}
+
+int LEV2_plot_frame() {
+    MAP_draw(kMapUnderlay);
+    LEV2_print_info();
+    LEV2_plot_summary();
+    if (CONT_get_bar() > 0) {
+        GPH_trans(1);
+        CONT_draw_bar(1, "");
+        GPH_trans(2);
+    }
+    MAP_draw(kMapOverlay);
+    PLT_labels();
+    return 0;
+}
+
+void LEV2_print_info() {
+    MESS_print(kMess, "\n");
+}
+
+void LEV2_callback(int /*kind*/, std::string_view event, float x, float y) {
+    PLT_print_location(event, x, y);
+    PLT_plot_zoom(event, x, y);
+    PLT_plot_resize(event);
+}
+
+int LEV2_plot_nextfile() {
+    return RADAR_next_file(driver_steps());
+}
+
+int LEV2_plot(PlotDomain &domain) {
+    if (!RADAR_is_open()) {
+        LEV2_plot_param();
+        if (wants_list()) {
+            list_cuts();
+            return 0;
+        }
+    }
+    return RADAR_plot(driver_steps(), state.base_date, domain);
+}

@@ -1,0 +1,142 @@
+#include <cmath>
+
+#include "graphics/kernel/gph.h"
+#include "lib/date.h"
+#include "lib/flag.h"
+#include "lib/message.h"
+#include "lib/resource.h"
+#include "lib/text.h"
+#include "plot/attribute.h"
+#include "plot/levels.h"
+#include "plot/map.h"
+#include "plot/session.h"
+#include "radar/lev2/painter.h"
+#include "radar/lev2/plot.h"
+
+namespace {
+
+constexpr float kRadialWidthDeg = 1.0F;
+/// Volume coverage patterns of clear air.
+constexpr int kFirstClearAir = 30, kLastClearAir = 39;
+
+/// Takes the last moment that the resource "variable" names.
+void choose() {
+    Lev2PlotState &state = LEV2_state();
+    state.choice = Lev2Choice{};
+    for (const std::string &word : RES_getvals("variable")) LEV2_decode_choice(word, state.choice);
+}
+
+/// The elevation number of a choice made by angle, found by a first walk through the volume.
+void find_angle(Lev2Choice &choice) {
+    if (is_missing(choice.angle)) return;
+    const std::vector<Lev2Cut> cuts = LEV2_list_cuts();
+    choice.number = LEV2_nearest_cut(cuts, choice);
+    if (LEV2_rewind_file() != 1)
+        MESS_print(kWarn, "LEV2_plot: a pipe cannot be read twice, as an elevation angle needs it\n");
+}
+
+/// Nothing of the cuts that follow is shown, so they need not be read.
+bool may_stop() {
+    return FLAG_batch() == 1 || MESS_check(kOut1) == 0;
+}
+
+bool ends_cut(const Lev2Radial &radial) {
+    return radial.status == kLev2EndOfElevation || radial.status == kLev2EndOfVolume;
+}
+
+void print_radial(const Lev2Radial &r, bool first_of_cut) {
+    const unsigned level = first_of_cut ? kOut1 : kOut3;
+    if (MESS_check(level) == 0) return;
+    MESS_print(level, "El#=%d El=%.1f Az=%.1f Ptr=%d,%d,%d Num=%d,%d\n", r.elevation_number,
+               static_cast<double>(r.elevation), static_cast<double>(r.azimuth), r.refl_ptr, r.vel_ptr,
+               r.spect_ptr, r.refl_gates, r.vel_gates);
+}
+
+void choose_levels(const Lev2Choice &choice) {
+    CONT_param_decode();
+    CONT_reset_fill_set();
+    CONT_reset_values();
+    CONT_set_type(kContourFill);
+    CONT_set_fill_colors(LEV2_moment(choice.type).levels, 0);
+}
+
+void draw_site() {
+    const Lev2PlotState &state = LEV2_state();
+    Attribute data;
+    ATTRIB_get("color_data", ATTRIB_text_default(), data);
+    GPH_line_attr(nullptr); // nothing of the lines that the map left behind
+    GPH_line_attr(&data);
+    GPH_mark_attr(&data, 1.0F);
+    Point radar{kMissingF, kMissingF};
+    MAP_tran(radar.x, radar.y, state.info.lat, state.info.lon);
+    RADAR_draw_site(state.options, radar.x, radar.y);
+}
+
+std::string sweep_label(const Lev2Choice &choice, const Lev2Sweep &sweep) {
+    const bool clear_air = sweep.pattern >= kFirstClearAir && sweep.pattern <= kLastClearAir;
+    std::string text = format_text("Md=%s Sc=%d El=%.1f", clear_air ? "cl" : "pr", choice.number,
+                                   static_cast<double>(sweep.elevation));
+    const int decimals = LEV2_moment(choice.type).decimals;
+    const double low = static_cast<double>(sweep.smallest), high = static_cast<double>(sweep.largest);
+    if (choice.type == kLev2Reflectivity) return text + format_text(" Mx=%.0f", high);
+    return text + format_text(" Rng=%.*f,%.*f", decimals, low, decimals, high);
+}
+
+void tell_missing(const Lev2Choice &choice) {
+    const std::string keyword(LEV2_moment(choice.type).keyword);
+    if (is_missing(choice.number))
+        MESS_print(kWarn, "LEV2_plot: the volume has no %s\n", keyword.c_str());
+    else
+        MESS_print(kWarn, "LEV2_plot: elevation %d has no %s; -va list shows what the volume holds\n",
+                   choice.number, keyword.c_str());
+}
+
+} // namespace
+
+Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink) {
+    const Lev2PlotState &state = LEV2_state();
+    const CellFrame frame(state.domain, state.info.lat, state.info.lon);
+    Lev2Painter painter(frame, std::trunc(state.options.clutter), sink);
+    Lev2Sweep sweep;
+    Lev2Radial radial;
+    int number = kMissing;
+    for (; LEV2_get_block(radial) == 1; LEV2_next_block()) {
+        if (radial.type != kLev2Legacy && radial.type != kLev2Generic) continue;
+        print_radial(radial, radial.elevation_number != number);
+        number = radial.elevation_number;
+        if (number != choice.number) {
+            if (sweep.radials > 0 && may_stop()) break;
+            continue;
+        }
+        if (LEV2_set_data_type(choice.type) == 1) {
+            ++sweep.radials;
+            sweep.elevation = radial.elevation;
+            sweep.pattern = radial.pattern;
+            painter.draw(radial.azimuth, state.superres ? radial.azimuth_resolution : kRadialWidthDeg,
+                         LEV2_first_gate_km(choice.type), LEV2_get_gates(choice.type));
+        }
+        if (ends_cut(radial) && may_stop()) break;
+    }
+    sweep.smallest = painter.levels().smallest();
+    sweep.largest = painter.levels().largest();
+    return sweep;
+}
+
+int LEV2_plot_summary() {
+    Lev2PlotState &state = LEV2_state();
+    choose();
+    if (FLAG_getplot(kPlotSummary) < 1) return 0;
+    GPH_trans(2);
+    choose_levels(state.choice);
+    PLT_mess("LEV2 Sum");
+    find_angle(state.choice);
+    const Lev2Sweep sweep = LEV2_draw_sweep(state.choice, nullptr);
+    const Lev2Moment &moment = LEV2_moment(state.choice.type);
+    if (sweep.radials == 0) tell_missing(state.choice);
+    draw_site();
+    PLT_label_up_left(moment.title);
+    PLT_label_low_right(sweep_label(state.choice, sweep));
+    PLT_label_up_right(DATE_make_label(state.info.date));
+    PLT_label_date(state.info.date);
+    return 0;
+}
