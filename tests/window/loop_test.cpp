@@ -78,6 +78,41 @@ TEST_F(WindowLoop, ANewSizeStartsTheSeriesAgain) {
     EXPECT_EQ(end("alt+q"), 0) << log();
 }
 
+TEST_F(WindowLoop, AZoomBoxIsPlottedInEveryFrame) {
+    start_loop(2);
+    ASSERT_TRUE(pause());
+    std::array<Picture, 2> before, after;
+    const auto look = [this](std::array<Picture, 2> &pictures) {
+        const int shown = frame();
+        if (shown >= 0) pictures.at(static_cast<std::size_t>(shown)) = eye_->picture();
+    };
+    look(before);
+    const int other = 1 - frame();
+    press("alt+bracketright");
+    ASSERT_TRUE(shows(other));
+    look(before);
+
+    act(at(250, 200) + "keydown shift mousedown 1 " + at(350, 250) + "mouseup 1 keyup shift");
+    const auto have_become = [&](const std::array<Picture, 2> &wanted, bool equal) {
+        return comes_true(
+            [&] {
+                look(after);
+                return after[0] != after[1] && std::equal(after.begin(), after.end(), wanted.begin(),
+                                                          [equal](const Picture &now, const Picture &then) {
+                                                              return now.width == kWidth &&
+                                                                     (now == then) == equal;
+                                                          });
+            },
+            kDeadline);
+    };
+    EXPECT_TRUE(have_become(before, false)) << "the zoom";
+    press("alt+u");
+    EXPECT_TRUE(have_become(before, true)) << "the whole again";
+    EXPECT_EQ(end("alt+q"), 0) << log();
+    EXPECT_TRUE(said("New domain: ")) << log();
+    EXPECT_TRUE(said("Original domain: ")) << log();
+}
+
 TEST_F(WindowLoop, AnIconShowsTheNextFramesWhenItOpens) {
     start_loop(2);
     eye_->unmap();

@@ -179,6 +179,40 @@ TEST_F(WindowPicture, APaletteScreenShowsTheSameColours) {
     EXPECT_EQ(difference(deep, palette), 0) << log();
 }
 
+class WindowFlash : public WindowPicture, public testing::WithParamInterface<const char *> {};
+
+TEST_P(WindowFlash, ALevelOfTheBarIsDarkWhereverItShows) {
+    serve(GetParam());
+    const Picture whole = start_picture();
+    // The level that the sector of the picture is drawn in: its colour in the bar below the plot.
+    const std::uint32_t level = whole.at(kWidth / 2 + 10, 150);
+    ASSERT_NE(level, 0U);
+    constexpr int kBarRow = 497;
+    int in_bar = 0;
+    while (in_bar < kWidth / 2 && whole.at(in_bar, kBarRow) != level) ++in_bar;
+    in_bar += 3;
+    point_at(in_bar, kBarRow);
+    press("alt+f");
+    Picture dark;
+    const auto is_dark = [&] {
+        dark = eye_->picture();
+        return dark.at(in_bar, kBarRow) == 0;
+    };
+    EXPECT_TRUE(comes_true(is_dark, kDeadline));
+    int kept = 0, others = 0;
+    for (std::size_t i = 0; i < whole.colors.size(); ++i) {
+        if (whole.colors[i] == level && dark.colors[i] == level) ++kept;
+        if (whole.colors[i] != level && dark.colors[i] != whole.colors[i]) ++others;
+    }
+    EXPECT_EQ(kept, 0);
+    EXPECT_EQ(others, 0);
+    EXPECT_TRUE(comes_true([&] { return eye_->picture() == whole; }, kDeadline));
+    EXPECT_EQ(end("Return"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, WindowFlash, testing::Values("1024x768x24", "1024x768x8"),
+                         [](const auto &screen) { return screen.index == 0 ? "deep" : "palette"; });
+
 TEST_F(WindowPicture, InverseIsDarkOnLight) {
     const Picture usual = start_picture();
     EXPECT_EQ(end("Return"), 0);

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "graphics/core/state.h"
-#include "graphics/devices/raster.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/window_hooks.h"
 #include "lib/flag.h"
@@ -69,8 +68,6 @@ int GPH_end(int ws_id) {
 
 int GPH_hold(int flag) {
     const auto hold = gwindow_hooks().hold;
-    graster_show();
-    graster_sync();
     return hold != nullptr && gtype_is_WIN() ? hold(flag) : 0;
 }
 
