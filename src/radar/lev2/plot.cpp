@@ -32,18 +32,6 @@ int close_volume() {
     return 1;
 }
 
-/// Unset fields of the date take the volume's.
-void complete_date(DateRecord &date, const DateRecord &volume) {
-    const auto take = [](int &field, int value) {
-        if (is_missing(field)) field = value;
-    };
-    take(date.year, volume.year);
-    take(date.month, volume.month);
-    take(date.day, volume.day);
-    take(date.hour, volume.hour);
-    take(date.minute, volume.minute);
-}
-
 PlotDomain radar_domain() {
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
     MESS_print(kOut2, "Product domain: ");
@@ -94,8 +82,6 @@ int LEV2_open_volume(std::string_view name) {
         return 0;
     }
     state.open = true;
-    state.file_date = state.base_date;
-    complete_date(state.file_date, state.info.date);
     // The files of a series need not come from one radar.
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
     return 1;

@@ -32,7 +32,6 @@ struct Lev2PlotState {
     bool open = false; ///< a volume is open
     Lev2Info info;
     DateRecord base_date;  ///< requested date
-    DateRecord file_date;  ///< date used for file names: requested fields, the rest from the volume
     PlotDomain domain;     ///< the radar's own
     RadarOptions options;  ///< clutter in km
     int range_km = 460;    ///< of the radar's domain
