@@ -35,12 +35,6 @@ struct Picture {
                  memory.bytes().size() / sizeof(std::uint32_t)) {}
 };
 
-/// On and off lengths of the line types from 2 on, pixels.
-constexpr int kFirstDashed = 2;
-constexpr std::array<std::uint8_t, 2> kDashed{6, 6}, kShortDashed{3, 6}, kDotted{2, 2};
-constexpr std::array<std::uint8_t, 4> kDashDot{6, 6, 3, 6};
-constexpr std::array<DashLengths, 4> kDashes{kDashed, kShortDashed, kDashDot, kDotted};
-
 struct Context {
     Canvas canvas; ///< empty without a drawable
     int width = 0;
@@ -224,10 +218,8 @@ void gmem_set_foreground(RasterContext context, long pixel) {
 }
 
 void gmem_set_line(RasterContext context, int width, int type) {
-    const auto dashed = static_cast<std::size_t>(type - kFirstDashed);
-    const bool solid = type < kFirstDashed || dashed >= kDashes.size();
     context_of(context).width = std::clamp(width, 0, kMaxSide);
-    context_of(context).dashes = solid ? DashLengths{} : kDashes[dashed];
+    context_of(context).dashes = dash_lengths(type);
 }
 
 void gmem_set_fill(int pattern) {

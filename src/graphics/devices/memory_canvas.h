@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <span>
 
+#include "graphics/devices/dashes.h"
 #include "graphics/devices/fill_patterns.h"
 #include "graphics/devices/raster_types.h"
 
@@ -46,9 +47,6 @@ struct Canvas {
             if (inked(x, y)) row[x] = color;
     }
 };
-
-/// On and off lengths in turn, pixels; empty for a solid line.
-using DashLengths = std::span<const std::uint8_t>;
 
 /// Connected lines one pixel wide.
 void canvas_thin_lines(const Canvas &canvas, std::span<const PixelPoint> points, DashLengths dashes);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "graphics/devices/dashes.h"
 #include "graphics/devices/x11.h"
 #include "graphics/devices/x11_state.h"
 
@@ -12,15 +13,6 @@ constexpr std::size_t kMaxLinePoints = 16000;
 constexpr long kRequestHeaderWords = 4;
 /// Outlines and dots kept back: as many as fit one request.
 constexpr std::size_t kMostPending = 8000;
-
-/// On and off lengths in pixels of the line types from 2 on.
-struct DashList {
-    std::array<char, 4> lengths;
-    int count;
-};
-constexpr std::array kDashes{DashList{{6, 6}, 2}, DashList{{3, 6}, 2}, DashList{{6, 6, 3, 6}, 4},
-                             DashList{{2, 2}, 2}};
-constexpr int kFirstDashed = 2;
 
 /// The points as the server takes them.
 static_assert(sizeof(PixelPoint) == sizeof(XPoint) && alignof(PixelPoint) == alignof(XPoint));
@@ -172,13 +164,13 @@ void gx11_set_foreground(RasterContext context, long pixel) {
 void gx11_set_line(RasterContext context, int width, int type) {
     const X11Session *const s = x11_session();
     if (s == nullptr) return;
-    const auto dashed = static_cast<std::size_t>(type - kFirstDashed);
-    const bool solid = type < kFirstDashed || dashed >= kDashes.size();
-    XSetLineAttributes(s->display(), s->context(context), positive(width), solid ? LineSolid : LineOnOffDash,
-                       s->caps[static_cast<std::size_t>(context)], JoinBevel);
-    if (!solid)
-        XSetDashes(s->display(), s->context(context), 0, kDashes[dashed].lengths.data(),
-                   kDashes[dashed].count);
+    const DashLengths dashes = dash_lengths(type);
+    XSetLineAttributes(s->display(), s->context(context), positive(width),
+                       dashes.empty() ? LineSolid : LineOnOffDash, s->caps[static_cast<std::size_t>(context)],
+                       JoinBevel);
+    if (dashes.empty()) return;
+    const std::string lengths(dashes.begin(), dashes.end()); // the server's own type
+    XSetDashes(s->display(), s->context(context), 0, lengths.data(), static_cast<int>(lengths.size()));
 }
 
 void gx11_set_fill(int pattern) {

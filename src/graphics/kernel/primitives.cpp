@@ -1,13 +1,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <new>
-#include <vector>
 
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/postscript.h"
 #include "graphics/kernel/checks.h"
+#include "graphics/kernel/device_points.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/marker_shapes.h"
 #include "graphics/kernel/raster_ink.h"
@@ -15,31 +14,14 @@
 
 namespace {
 
-/// Primitives of up to so many points, cells above all, are converted without an allocation.
-constexpr std::size_t kLocalPoints = 10;
 /// Raster units of marker size 1.
 constexpr float kMarkerUnits = 10;
 
 /// Hands the points in print units to `ink`. -1 when memory is out.
 template <typename Ink> int ink_print(const char *operation, std::span<const Point> world, Ink ink) {
     const Mapping &map = gstate().map;
-    const auto convert = [&map](const Point &p) { return world_to_print(map, p); };
-    if (world.size() <= kLocalPoints) {
-        std::array<Point, kLocalPoints> device;
-        std::transform(world.begin(), world.end(), device.begin(), convert);
-        ink(std::span<const Point>(device.data(), world.size()));
-        return 0;
-    }
-    std::vector<Point> device;
-    try {
-        device.resize(world.size());
-    } catch (const std::bad_alloc &) {
-        gerr_printf(operation, "malloc error\n");
-        return -1;
-    }
-    std::transform(world.begin(), world.end(), device.begin(), convert);
-    ink(std::span<const Point>(device));
-    return 0;
+    return ink_points<Point>(
+        operation, world, [&map](const Point &p) { return world_to_print(map, p); }, ink);
 }
 
 /// Device units of a raster unit: a plotter's and a printer's marker look as large as the window's.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -11,14 +10,13 @@
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster.h"
+#include "graphics/kernel/device_points.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/marker_shapes.h"
 #include "graphics/text/stroke.h"
 
 namespace {
 
-/// Primitives of up to so many points, cells above all, are converted without an allocation.
-constexpr std::size_t kLocalPoints = 10;
 constexpr int kSolidLine = 1;
 constexpr int kAnyColor = -1; ///< asks the colour table for an index
 
@@ -37,23 +35,8 @@ PixelPoint to_pixel(const Point &device) {
 /// Hands the points in pixels to `ink`. -1 when memory is out.
 template <typename Ink> int ink_pixels(const char *operation, std::span<const Point> world, Ink ink) {
     const Mapping map = gstate().map; // a copy: nothing that is written below can change it
-    const auto convert = [&map](const Point &p) { return world_pixel(map, p); };
-    if (world.size() <= kLocalPoints) {
-        std::array<PixelPoint, kLocalPoints> pixels;
-        std::transform(world.begin(), world.end(), pixels.begin(), convert);
-        ink(std::span<const PixelPoint>(pixels.data(), world.size()));
-        return 0;
-    }
-    std::vector<PixelPoint> pixels;
-    try {
-        pixels.resize(world.size());
-    } catch (const std::bad_alloc &) {
-        gerr_printf(operation, "malloc error\n");
-        return -1;
-    }
-    std::transform(world.begin(), world.end(), pixels.begin(), convert);
-    ink(std::span<const PixelPoint>(pixels));
-    return 0;
+    return ink_points<PixelPoint>(
+        operation, world, [&map](const Point &p) { return world_pixel(map, p); }, ink);
 }
 
 /// The colour index that each context draws with.
