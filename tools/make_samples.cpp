@@ -1,7 +1,8 @@
 /// Writes small, valid radar files of one simulated evening.
 ///   make_samples DIRECTORY
 /// One file of each Level III kind, and a series of six base reflectivities, named
-/// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, named KLSX_<form>_<YYYYMMDD>_<hhmm>.
+/// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, those of records in a series of three, named
+/// KLSX_<form>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr int kSeriesLength = 6;
+constexpr int kSeriesLength = 6, kVolumes = 3;
 
 bool write_file(const std::string &directory, const std::string &kind, std::int64_t time,
                 const samples::Bytes &bytes) {
@@ -36,8 +37,10 @@ bool write_product(const std::string &directory, const samples::NamedProduct &na
                       samples::level3_file(named.product, named.framing, named.compression));
 }
 
-bool write_volume(const std::string &directory, const std::string &kind, samples::Level2Form form) {
-    const samples::Level2Volume volume = samples::level2_volume(0, form == samples::Level2Form::records);
+bool write_volume(const std::string &directory, const std::string &kind, samples::Level2Form form,
+                  double minutes = 0) {
+    const samples::Level2Volume volume =
+        samples::level2_volume(minutes, form == samples::Level2Form::records);
     return write_file(directory, kind, volume.time, samples::level2_file(volume, form));
 }
 
@@ -57,8 +60,10 @@ int main(int argc, char *argv[]) {
                                        samples::Compression::none}))
             return EXIT_FAILURE;
     }
-    const bool volumes = write_volume(directory, "legacy", samples::Level2Form::legacy) &&
-                         write_volume(directory, "generic", samples::Level2Form::generic) &&
-                         write_volume(directory, "records", samples::Level2Form::records);
+    bool volumes = write_volume(directory, "legacy", samples::Level2Form::legacy) &&
+                   write_volume(directory, "generic", samples::Level2Form::generic);
+    for (int i = 0; i < kVolumes; ++i)
+        volumes = volumes && write_volume(directory, "records", samples::Level2Form::records,
+                                          i * samples::kVolumeMinutes);
     return volumes ? EXIT_SUCCESS : EXIT_FAILURE;
 }
