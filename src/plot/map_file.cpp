@@ -12,6 +12,7 @@
 #include "lib/byte_reader.h"
 #include "lib/scan.h"
 #include "plot/map.h"
+#include "plot/map_reach.h"
 #include "plot/map_seam.h"
 
 namespace {
@@ -152,10 +153,11 @@ int draw_map_file(std::FILE *file, MapStyle style) {
     if (!is_map_projection(MAP_get_proj())) return 1;
     MapReader reader(file);
     OutlinePen pen(style);
+    const MapReach reach;
     std::vector<MapPoint> points;
     for (;;) {
         const MapReader::Result result = reader.next(points);
         if (result != MapReader::Result::record) return result == MapReader::Result::last ? 0 : -1;
-        draw_record(points, pen);
+        if (!reach.misses(points)) draw_record(points, pen);
     }
 }

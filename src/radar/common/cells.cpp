@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
@@ -20,6 +21,10 @@ constexpr float kMostBetweenKnots = 1000.0F;
 /// No cell is wider than this (plane units); a wider outline crosses the seam of the projection.
 constexpr float kWidestCell = 20.0F;
 
+bool same_ink(const Attribute &a, const Attribute &b) {
+    return a.color == b.color && a.fill == b.fill;
+}
+
 } // namespace
 
 LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
@@ -34,9 +39,7 @@ LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
 
 CellFiller::CellFiller(const LevelInk &ink) : ink_(ink) {
     for (std::size_t level = 0; level < kCellLevels; ++level) {
-        const auto same = [&](const Attribute &other) {
-            return other.color == ink[level].color && other.fill == ink[level].fill;
-        };
+        const auto same = [&](const Attribute &other) { return same_ink(other, ink[level]); };
         kind_[level] = static_cast<std::uint8_t>(std::ranges::find_if(ink, same) - ink.begin());
     }
 }
@@ -125,6 +128,16 @@ bool CellFrame::shows(const CellCorners &c) const {
     return y_high >= window_.ymin && y_low <= window_.ymax;
 }
 
+bool CellFrame::shows_all(std::span<const Point> points) const {
+    if (window_.width() > kWidestCell) return false; // then a seam may tear cells inside the window
+    Point low = points.front(), high = low;
+    for (const Point &p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    return low.x >= window_.xmin && high.x <= window_.xmax && low.y >= window_.ymin && high.y <= window_.ymax;
+}
+
 void RadialCells::draw(float azimuth_a, float azimuth_b, float first, float step,
                        std::span<const std::uint8_t> levels, std::size_t skip, const LevelInk &ink,
                        const CellSink &sink) {
@@ -161,22 +174,47 @@ void RadialCells::draw_stretch(std::size_t begin, std::span<const std::uint8_t> 
     };
     edge(sin_a_, cos_a_, edge_a_);
     edge(sin_b_, cos_b_, edge_b_);
-    const bool in_pixels = sink.take_pixels != nullptr && gtakes_pixels();
-    if (in_pixels) {
-        gto_pixels(edge_a_, pixels_a_);
-        gto_pixels(edge_b_, pixels_b_);
-    }
+    if (sink.take_pixels != nullptr && gtakes_pixels())
+        fill_pixels(levels, ink, sink);
+    else
+        fill_outlines(levels, ink, sink);
+}
+
+void RadialCells::fill_outlines(std::span<const std::uint8_t> levels, const LevelInk &ink,
+                                const CellSink &sink) {
     for (std::size_t i = 0; i < levels.size(); ++i) {
         if (ink[levels[i]].color < 0) continue;
-        const CellCorners cell{edge_a_[i], edge_a_[i + 1], edge_b_[i + 1], edge_b_[i], edge_a_[i]};
-        if (!frame_.shows(cell)) continue;
-        if (in_pixels)
+        const CellCorners cell = corners_of(i);
+        if (frame_.shows(cell)) sink.take(sink.context, cell, levels[i]);
+    }
+}
+
+void RadialCells::fill_pixels(std::span<const std::uint8_t> levels, const LevelInk &ink,
+                              const CellSink &sink) {
+    gto_pixels(edge_a_, pixels_a_);
+    gto_pixels(edge_b_, pixels_b_);
+    const bool whole = frame_.shows_all(edge_a_) && frame_.shows_all(edge_b_);
+    bool drawn_before = false; // the bin before this one
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        const Attribute &present = ink[levels[i]];
+        const bool drawn = present.color >= 0 && (whole || frame_.shows(corners_of(i)));
+        if (drawn && !(drawn_before && same_ink(present, ink[levels[i - 1]]) && adds_nothing(i)))
             sink.take_pixels(sink.context,
                              {pixels_a_[i], pixels_a_[i + 1], pixels_b_[i + 1], pixels_b_[i], pixels_a_[i]},
                              levels[i]);
-        else
-            sink.take(sink.context, cell, levels[i]);
+        drawn_before = drawn;
     }
+}
+
+CellCorners RadialCells::corners_of(std::size_t bin) const {
+    return {edge_a_[bin], edge_a_[bin + 1], edge_b_[bin + 1], edge_b_[bin], edge_a_[bin]};
+}
+
+/// A bin shorter than a pixel whose both ends fall where the bin before it ended: that one has drawn them.
+bool RadialCells::adds_nothing(std::size_t bin) const {
+    const PixelPoint a = pixels_a_[bin], b = pixels_b_[bin];
+    return a == pixels_a_[bin + 1] && b == pixels_b_[bin + 1] && std::abs(a.x - b.x) <= 1 &&
+           std::abs(a.y - b.y) <= 1;
 }
 
 void BoxCells::draw(float x, float y_top, float size, int count, std::uint8_t level, const CellSink &sink) {

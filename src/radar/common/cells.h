@@ -65,6 +65,8 @@ public:
     /// False for an outline that the plot cannot show whole, that lies outside the window, or that a seam of
     /// the projection tears apart.
     [[nodiscard]] bool shows(const CellCorners &corners) const;
+    /// True when every outline between these points is sure to be shown: all lie in a window without seams.
+    [[nodiscard]] bool shows_all(std::span<const Point> points) const;
 
 private:
     [[nodiscard]] Point to_plot(const Point &grid) const;
@@ -93,6 +95,11 @@ private:
     /// Bins from number `begin` on.
     void draw_stretch(std::size_t begin, std::span<const std::uint8_t> levels, const LevelInk &ink,
                       const CellSink &sink);
+    /// Both fill the bins between the edges of the present stretch.
+    void fill_outlines(std::span<const std::uint8_t> levels, const LevelInk &ink, const CellSink &sink);
+    void fill_pixels(std::span<const std::uint8_t> levels, const LevelInk &ink, const CellSink &sink);
+    [[nodiscard]] CellCorners corners_of(std::size_t bin) const;
+    [[nodiscard]] bool adds_nothing(std::size_t bin) const;
 
     const CellFrame &frame_;
     std::vector<Point> edge_a_, edge_b_; ///< corners of a stretch of bins
