@@ -111,7 +111,7 @@ void read_block_at(std::span<const std::byte> body, std::uint32_t pointer, Lev2R
     } else {
         const auto *found = std::ranges::find(kMomentNames, name, &MomentName::name);
         if (found == kMomentNames.end()) return;
-        moments[found->type] = read_moment(block);
+        moments[static_cast<std::size_t>(found->type)] = read_moment(block);
         if (found->type == kLev2Reflectivity) radial.refl_ptr = place;
         if (found->type == kLev2Velocity) radial.vel_ptr = place;
         if (found->type == kLev2Width) radial.spect_ptr = place;

@@ -58,7 +58,7 @@ std::string moments_text(const Lev2Cut &cut) {
 } // namespace
 
 const Lev2Moment &LEV2_moment(Lev2Type type) {
-    return kMoments[type];
+    return kMoments[static_cast<std::size_t>(type)];
 }
 
 bool LEV2_decode_choice(std::string_view text, Lev2Choice &choice) {
@@ -82,7 +82,7 @@ int LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {
     const Lev2Cut *nearest = nullptr;
     const auto distance = [&](const Lev2Cut &cut) { return std::abs(cut.elevation - choice.angle); };
     for (const Lev2Cut &cut : cuts) {
-        if (cut.moments[choice.type].gates == 0) continue;
+        if (cut.moments[static_cast<std::size_t>(choice.type)].gates == 0) continue;
         if (nearest == nullptr || distance(cut) < distance(*nearest) - kSameAngle) nearest = &cut;
     }
     return nearest != nullptr ? nearest->number : kMissing;
