@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "graphics/core/color_table.h"
 #include "graphics/core/mapping.h"
 #include "graphics/devices/raster.h"
@@ -27,6 +29,8 @@
 #include "radar/nids/reader.h"
 #include "real_files.h"
 #include "tsv.h"
+
+inline constexpr float kKmPerDegree = 111.2F;
 
 struct TruthPlace {
     float lat, lon;
@@ -124,4 +128,77 @@ inline TruthCount look_at_pixels(const std::string &path, const PlotDomain &doma
     NIDS_close_file();
     GPH_end(1);
     return count;
+}
+
+/// Plots go to this device, the picture alone.
+inline void prepare_truth(const std::string &device) {
+    FLAG_resetplot(1);
+    FLAG_set(kFlagDevice, 1);
+    RES_put("plot_param", "full,nobar");
+    RES_put("device", device);
+    RES_put("file_path", std::string(VYX_SOURCE_DIR) + "/data");
+}
+
+inline std::string level3_sample(const std::string &file) {
+    return shared_dir() + "/samples/level3/" + file;
+}
+
+inline void set_picture_side(float pixels) {
+    const std::string side = std::to_string(static_cast<int>(pixels));
+    RES_put("geometry", side + "x" + side);
+}
+
+/// Places whose neighbours have the same level, in the whole picture, a pixel half a bin wide where memory
+/// allows; and in the middle of it enlarged, where bins are narrower than such a pixel: at most one in a
+/// hundred is wrong.
+inline void check_places_alike(const std::string &file, const std::vector<TruthPlace> &places) {
+    constexpr float kMostPixels = 3000;
+    constexpr float kNarrowPixels = 40; ///< range at which three radials are two pixels wide
+    std::vector<TruthPlace> alike;
+    std::ranges::copy_if(places, std::back_inserter(alike), &TruthPlace::same);
+    ASSERT_EQ(NIDS_open_file(level3_sample(file)), 1);
+    const NidsInfo info = NIDS_get_info();
+    const float reach = std::ranges::max(alike, {}, &TruthPlace::range_km).range_km;
+    const float side = std::clamp(4.4F * reach / alike[0].bin_km, 600.0F, kMostPixels);
+    set_picture_side(side);
+    const auto middle = std::ranges::partition(
+        alike, [&](const TruthPlace &p) { return p.range_km > kNarrowPixels * 2.9F * reach / side; });
+    std::vector<TruthPlace> near(middle.begin(), middle.end());
+    alike.resize(alike.size() - near.size());
+    const float degrees = 2.9F * reach / kKmPerDegree;
+    int looked = 0, wrong = 0;
+    for (const auto &[part, width] : {std::pair{&alike, degrees}, std::pair{&near, degrees / 4}}) {
+        if (part->empty()) continue;
+        const PlotDomain domain = square_domain(info.domain.clat, info.domain.clon, width);
+        const TruthCount count = look_at_pixels(level3_sample(file), domain, *part);
+        EXPECT_EQ(count.looked, static_cast<int>(part->size())) << file;
+        looked += count.looked;
+        wrong += count.wrong;
+    }
+    EXPECT_LE(wrong * 100, looked) << file << ": " << wrong << " of " << looked;
+}
+
+/// The other places, in a picture whose pixels are a third of a bin around the densest of them. Nearer to the
+/// radar its bins are narrower than that.
+inline void check_places_apart(const std::string &file, const std::vector<TruthPlace> &places) {
+    constexpr float kSide = 1800;
+    constexpr int kHalfDegreeProduct = 153;
+    set_picture_side(kSide);
+    std::vector<TruthPlace> others;
+    std::ranges::copy_if(places, std::back_inserter(others), [](const TruthPlace &p) {
+        const float bins_as_wide_as_long = p.code == kHalfDegreeProduct ? 115 : 58;
+        return !p.same && p.range_km > bins_as_wide_as_long * p.bin_km;
+    });
+    if (others.empty()) return;
+    const float degrees = kSide * others[0].bin_km / 3 / kKmPerDegree;
+    const auto near = [&](const TruthPlace &middle) {
+        return std::ranges::count_if(others, [&](const TruthPlace &p) {
+            return std::fabs(p.lat - middle.lat) < degrees / 2 && std::fabs(p.lon - middle.lon) < degrees / 2;
+        });
+    };
+    const TruthPlace middle = *std::ranges::max_element(others, {}, near);
+    const TruthCount count =
+        look_at_pixels(level3_sample(file), square_domain(middle.lat, middle.lon, degrees), others);
+    EXPECT_GT(count.looked, 3) << file;
+    EXPECT_LE(count.wrong * 100, count.looked) << file << ": " << count.wrong << " of " << count.looked;
 }
