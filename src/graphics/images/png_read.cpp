@@ -70,6 +70,9 @@ bool start(Decoder &decoder) {
     if (setjmp(png_jmpbuf(decoder.png)) != 0) return false;
     png_set_read_fn(decoder.png, &decoder.source, read_data);
     png_set_user_limits(decoder.png, kMaxImageSide, kMaxImageSide);
+    // Texts and profiles are not wanted, and the library takes memory for as long a one as a file announces.
+    static constexpr std::array<png_byte, 25> unwanted{"tEXt\0zTXt\0iTXt\0iCCP\0eXIf"};
+    png_set_keep_unknown_chunks(decoder.png, PNG_HANDLE_CHUNK_NEVER, unwanted.data(), 5);
     png_read_info(decoder.png, decoder.info);
     decoder.color_type = png_get_color_type(decoder.png, decoder.info);
     decoder.want = wanted(decoder);
