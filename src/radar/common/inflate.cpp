@@ -59,36 +59,6 @@ private:
     bool open_ = false;
 };
 
-/// Work space of bzip2 decompressors: megabytes that one after the other uses for a moment.
-class WorkSpace {
-public:
-    /// Null when memory is out, or more is asked for than a decompressor needs.
-    void *take(std::size_t bytes) {
-        for (Block &block : blocks_) {
-            if (block.used) continue;
-            if (block.memory.bytes().size() < bytes) block.memory = LargeMemory(bytes);
-            block.used = !block.memory.bytes().empty();
-            return block.memory.bytes().data();
-        }
-        return nullptr;
-    }
-    void give_back(const void *place) {
-        for (Block &block : blocks_)
-            if (block.memory.bytes().data() == place) block.used = false;
-    }
-
-private:
-    struct Block {
-        LargeMemory memory;
-        bool used = false;
-    };
-    std::array<Block, 4> blocks_; ///< a decompressor asks for two or three
-};
-
-struct State {
-    WorkSpace work;
-} state;
-
 /// The bzip2 decompressor with the same face.
 class Bzip2Stream {
 public:
@@ -114,6 +84,7 @@ public:
     void restart() {
         end();
         stream_ = {};
+        stream_.opaque = this;
         stream_.bzalloc = take;
         stream_.bzfree = give_back;
         open_ = BZ2_bzDecompressInit(&stream_, 0, 0) == BZ_OK;
@@ -125,12 +96,22 @@ private:
         open_ = false;
     }
 
-    static void *take(void * /*opaque*/, int items, int size) {
+    /// The decompressor's work space is megabytes, used for a moment.
+    static void *take(void *self, int items, int size) {
         if (items <= 0 || size <= 0) return nullptr;
-        return state.work.take(static_cast<std::size_t>(items) * static_cast<std::size_t>(size));
+        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_) {
+            if (!block.bytes().empty()) continue;
+            block = LargeMemory(static_cast<std::size_t>(items) * static_cast<std::size_t>(size));
+            return block.bytes().data();
+        }
+        return nullptr;
     }
-    static void give_back(void * /*opaque*/, void *place) { state.work.give_back(place); }
+    static void give_back(void *self, void *place) {
+        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_)
+            if (block.bytes().data() == place) block = LargeMemory();
+    }
 
+    std::array<LargeMemory, 4> blocks_; ///< a decompressor asks for two or three
     bz_stream stream_{};
     bool open_ = false;
 };
