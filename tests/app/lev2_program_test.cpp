@@ -83,20 +83,7 @@ TEST_F(Lev2Program, ACutVolumeDrawsWhatIsThere) {
     for (const auto form : {samples::Level2Form::generic, samples::Level2Form::records}) {
         volume("whole", form, 30);
         const std::string bytes = file_text(run.dir.at("whole"));
-        int drawn = 0;
-        for (std::size_t part = 0; part <= 50; ++part) {
-            const std::size_t size = bytes.size() * part / 50;
-            run.dir.write("part", bytes.substr(0, size));
-            const RunResult result = run("-ba -inp lev2 -mf none -de p,page.ps part");
-            ASSERT_TRUE(result.status == 0 || result.status == 10) << size << " " << result.err;
-            if (result.status != 0) continue;
-            const std::string page = file_text(run.dir.at("page.ps"));
-            ASSERT_TRUE(page.ends_with("%%EOF\n")) << size;
-            const int cells = count_of(page, "%%FA:5\n");
-            EXPECT_GE(cells, drawn) << size;
-            drawn = cells;
-        }
-        EXPECT_GT(drawn, 500);
+        EXPECT_GT(cells_of_growing_parts(run, bytes, bytes.size() / 50, "-ba -inp lev2"), 500);
     }
 }
 

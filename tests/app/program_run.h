@@ -1,12 +1,15 @@
 #pragma once
 /// Runs the real program in a directory of its own.
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include <sys/wait.h>
+
+#include <gtest/gtest.h>
 
 #include "lib/scratch_dir.h"
 #include "samples/level3_products.h"
@@ -53,4 +56,24 @@ inline int count_of(const std::string &text, std::string_view part) {
     int count = 0;
     for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) ++count;
     return count;
+}
+
+/// Runs the program on longer and longer parts of a file, named "part": each run ends with 0 or 10, each page
+/// is whole, and none has fewer cells than the one before. Cells of the last page.
+inline int cells_of_growing_parts(const ProgramRun &run, std::string_view bytes, std::size_t step,
+                                  const std::string &arguments) {
+    int drawn = 0;
+    for (std::size_t begin = 0; begin < bytes.size() + step; begin += step) {
+        const std::size_t size = std::min(begin, bytes.size());
+        run.dir.write("part", bytes.substr(0, size));
+        const RunResult result = run(arguments + " -mf none -de p,page.ps part");
+        EXPECT_TRUE(result.status == 0 || result.status == 10) << size << " " << result.err;
+        if (result.status != 0) continue;
+        const std::string page = file_text(run.dir.at("page.ps"));
+        EXPECT_TRUE(page.ends_with("%%EOF\n")) << size;
+        const int cells = count_of(page, "%%FA:5\n");
+        EXPECT_GE(cells, drawn) << size;
+        drawn = cells;
+    }
+    return drawn;
 }

@@ -124,19 +124,7 @@ TEST(Program, ACutProductDrawsWhatIsThere) {
     small.pages = {{samples::text_packet(1, 0, 1, samples::storm_table(samples::Scene(0)).front())}};
     const samples::Bytes whole = level3_file(small, samples::Framing::wmo, samples::Compression::none);
     const std::string_view bytes(reinterpret_cast<const char *>(whole.data()), whole.size());
-    int drawn = 0;
-    for (std::size_t size = 0; size <= whole.size(); size += 7) {
-        run.dir.write("part", bytes.substr(0, size));
-        const RunResult result = run("-ba -inp nids -mf none -de p,page.ps part");
-        ASSERT_TRUE(result.status == 0 || result.status == 10) << size << " " << result.err;
-        if (result.status != 0) continue;
-        const std::string page = file_text(run.dir.at("page.ps"));
-        ASSERT_TRUE(page.ends_with("%%EOF\n")) << size;
-        const int cells = count_of(page, "%%FA:5\n");
-        EXPECT_GE(cells, drawn) << size;
-        drawn = cells;
-    }
-    EXPECT_GT(drawn, 300);
+    EXPECT_GT(cells_of_growing_parts(run, bytes, 7, "-ba -inp nids"), 300);
 }
 
 TEST(Program, SettingsComeFromFileEnvironmentAndCommand) {
