@@ -52,7 +52,7 @@ int open_postscript(std::string_view device_spec) {
     return 0;
 }
 
-/// The first field of the specification names the display; this name is the memory display's.
+/// The first field of the device string names the display; this name is the memory display's.
 constexpr std::string_view kMemoryDisplay = "memory";
 
 int open_window(std::string_view device_spec) {
