@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdarg>
 
-#include "graphics/devices/raster.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/flag.h"
@@ -34,7 +33,7 @@ struct State {
 
 /// A window of an X server that the user looks at when all is drawn.
 bool window_stays() {
-    return gtype_is_WIN() && graster_display() == RasterDisplay::x11 && !PLT_wants_image();
+    return gtype_is_WIN() && !gtype_is_memory() && !PLT_wants_image();
 }
 
 } // namespace

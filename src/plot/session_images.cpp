@@ -79,24 +79,12 @@ std::string path_of_own(const std::string &dump_name, int frame) {
     return path.insert(has_suffix ? dot : path.size(), "-" + two_digits(frame));
 }
 
-/// The plot's map domain with a grid point for each pixel.
+/// The plot's map domain; the writer gives it a grid point for each pixel.
 ImageDomain image_domain() {
-    ImageDomain domain;
     const PlotDomain &map = MAP_get_domain();
-    if (PLT_get_view_offset() > kLargestMapOffset || is_missing(map.proj)) return domain;
-    domain = {map.proj, map.plat, map.plon, map.p3, map.p4, map.p5,
-              map.clat, map.clon, map.dx,   map.dy, map.nx, map.ny};
-    float units_x = 0, units_y = 0;
-    int width = 0, height = 0;
-    ginq_disp_space_size(1, units_x, units_y, width, height);
-    const auto fit = [](int &points, float &spacing, int pixels) {
-        if (points == pixels || points < 2 || pixels < 2) return;
-        spacing *= static_cast<float>(points - 1) / static_cast<float>(pixels - 1);
-        points = pixels;
-    };
-    fit(domain.nx, domain.dx, width);
-    fit(domain.ny, domain.dy, height);
-    return domain;
+    if (PLT_get_view_offset() > kLargestMapOffset || is_missing(map.proj)) return {};
+    return {map.proj, map.plat, map.plon, map.p3, map.p4, map.p5,
+            map.clat, map.clon, map.dx,   map.dy, map.nx, map.ny};
 }
 
 int write_package_image(const std::string &path) {

@@ -14,26 +14,22 @@ constexpr long kRequestHeaderWords = 4;
 /// Outlines and dots kept back: as many as fit one request.
 constexpr std::size_t kMostPending = 8000;
 
-/// The points as the server takes them.
-static_assert(sizeof(PixelPoint) == sizeof(XPoint) && alignof(PixelPoint) == alignof(XPoint));
-std::vector<XPoint> server_points(std::span<const PixelPoint> points) {
-    std::vector<XPoint> result(points.size());
-    std::ranges::transform(points, result.begin(), [](PixelPoint p) { return XPoint{p.x, p.y}; });
-    return result;
-}
-
 /// Up to this many points need no memory of their own.
 constexpr std::size_t kFewPoints = 10;
 
+/// Hands the points to `draw` as the server takes them.
 template <class Draw> void with_points(std::span<const PixelPoint> points, Draw draw) {
+    const auto convert = [](PixelPoint p) { return XPoint{p.x, p.y}; };
+    const auto count = static_cast<int>(points.size());
     if (points.size() <= kFewPoints) {
         std::array<XPoint, kFewPoints> few;
-        std::ranges::transform(points, few.begin(), [](PixelPoint p) { return XPoint{p.x, p.y}; });
-        draw(few.data(), static_cast<int>(points.size()));
+        std::ranges::transform(points, few.begin(), convert);
+        draw(few.data(), count);
         return;
     }
-    std::vector<XPoint> many = server_points(points);
-    draw(many.data(), static_cast<int>(many.size()));
+    std::vector<XPoint> many(points.size());
+    std::ranges::transform(points, many.begin(), convert);
+    draw(many.data(), count);
 }
 
 unsigned positive(int value) {

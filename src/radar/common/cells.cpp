@@ -21,11 +21,11 @@ constexpr float kMostBetweenKnots = 1000.0F;
 /// No cell is wider than this (plane units); a wider outline crosses the seam of the projection.
 constexpr float kWidestCell = 20.0F;
 
-bool same_ink(const Attribute &a, const Attribute &b) {
+} // namespace
+
+bool CELL_same_ink(const Attribute &a, const Attribute &b) {
     return a.color == b.color && a.fill == b.fill;
 }
-
-} // namespace
 
 LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
     LevelInk ink;
@@ -39,7 +39,7 @@ LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
 
 CellFiller::CellFiller(const LevelInk &ink) : ink_(ink) {
     for (std::size_t level = 0; level < kCellLevels; ++level) {
-        const auto same = [&](const Attribute &other) { return same_ink(other, ink[level]); };
+        const auto same = [&](const Attribute &other) { return CELL_same_ink(other, ink[level]); };
         kind_[level] = static_cast<std::uint8_t>(std::ranges::find_if(ink, same) - ink.begin());
     }
 }
@@ -198,7 +198,7 @@ void RadialCells::fill_pixels(std::span<const std::uint8_t> levels, const LevelI
     for (std::size_t i = 0; i < levels.size(); ++i) {
         const Attribute &present = ink[levels[i]];
         const bool drawn = present.color >= 0 && (whole || frame_.shows(corners_of(i)));
-        if (drawn && !(drawn_before && same_ink(present, ink[levels[i - 1]]) && adds_nothing(i)))
+        if (drawn && !(drawn_before && CELL_same_ink(present, ink[levels[i - 1]]) && adds_nothing(i)))
             sink.take_pixels(sink.context,
                              {pixels_a_[i], pixels_a_[i + 1], pixels_b_[i + 1], pixels_b_[i], pixels_a_[i]},
                              levels[i]);

@@ -21,6 +21,9 @@ using LevelInk = std::array<Attribute, kCellLevels>;
 
 using CellPixels = std::array<PixelPoint, 5>;
 
+/// True when the two fill alike.
+bool CELL_same_ink(const Attribute &a, const Attribute &b);
+
 /// Takes one outline (plot plane) of a drawn level. `take_pixels`, when given, takes it in pixels instead,
 /// where the kernel does.
 struct CellSink {

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "lib/file_naming.h"
@@ -12,6 +13,8 @@
 #include "lib/message.h"
 #include "lib/process.h"
 #include "lib/stream.h"
+#include "plot/bar.h"
+#include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/map_settings.h"
 
@@ -200,4 +203,11 @@ int RADAR_next_file(const RadarSteps &steps) {
     }
     if (frames > 0) gdisplay_frame(target);
     return 0;
+}
+
+void RADAR_draw_bar() {
+    if (CONT_get_bar() <= 0) return;
+    GPH_trans(1);
+    CONT_draw_bar(1, "");
+    GPH_trans(2);
 }

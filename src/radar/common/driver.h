@@ -28,5 +28,7 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
 /// Plots the newest file, when it is another than the last: into the last frame, while the others move down
 /// and the oldest drops out, or instead of the picture when there are no frames. Returns 0.
 int RADAR_next_file(const RadarSteps &steps);
+/// Draws the colour bar below the plot when it is on; transform 2 is current again afterwards.
+void RADAR_draw_bar();
 /// True while the session is open and RADAR_plot is to draw again.
 bool RADAR_is_open();

@@ -14,10 +14,6 @@ constexpr float kKmPerPlaneUnit = 100.0F;
 /// Nothing is seen beyond this range; gates there come from damaged files.
 constexpr float kMostRangeKm = 2000.0F;
 
-bool same_ink(const Attribute &a, const Attribute &b) {
-    return a.color == b.color && a.fill == b.fill;
-}
-
 } // namespace
 
 std::span<const std::uint8_t> Lev2Levels::of(const Lev2Gates &gates) {
@@ -65,8 +61,8 @@ void Lev2Levels::make_table(const Lev2Gates &gates, std::size_t levels) {
         const LevelInk part = CELL_ink(values);
         for (std::size_t i = 0; i < count; ++i) {
             const auto *end = ink_.cbegin() + used;
-            const auto *known = std::find_if(ink_.cbegin(), end,
-                                             [&](const Attribute &ink) { return same_ink(ink, part[i]); });
+            const auto *known = std::find_if(
+                ink_.cbegin(), end, [&](const Attribute &ink) { return CELL_same_ink(ink, part[i]); });
             if (known == end && used < kCellLevels) ink_[used++] = part[i];
             index_[from + i] =
                 static_cast<std::uint8_t>(std::min<std::ptrdiff_t>(known - ink_.cbegin(), 255));

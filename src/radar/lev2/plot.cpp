@@ -12,7 +12,6 @@
 #include "lib/scan.h"
 #include "lib/text.h"
 #include "plot/background.h"
-#include "plot/bar.h"
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/region.h"
@@ -122,11 +121,7 @@ int LEV2_plot_frame() {
     MAP_draw(kMapUnderlay);
     LEV2_print_info();
     LEV2_plot_summary();
-    if (CONT_get_bar() > 0) {
-        GPH_trans(1);
-        CONT_draw_bar(1, "");
-        GPH_trans(2);
-    }
+    RADAR_draw_bar();
     MAP_draw(kMapOverlay);
     PLT_labels();
     return 0;

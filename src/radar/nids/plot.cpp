@@ -124,11 +124,7 @@ int NIDS_plot_frame() {
     MAP_draw(kMapUnderlay);
     NIDS_print_info(state.info);
     NIDS_plot_summary();
-    if (CONT_get_bar() > 0) {
-        GPH_trans(1);
-        CONT_draw_bar(1, "");
-        GPH_trans(2);
-    }
+    RADAR_draw_bar();
     MAP_draw(kMapOverlay);
     NIDS_plot_data();
     PLT_labels();
