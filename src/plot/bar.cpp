@@ -14,6 +14,7 @@
 #include "lib/scan.h"
 #include "lib/text.h"
 #include "plot/attribute.h"
+#include "plot/level_choice.h"
 #include "plot/levels.h"
 #include "plot/session.h"
 
@@ -34,18 +35,27 @@ constexpr float kLabelGap = 0.75F;
 constexpr int kPatternStyle = 2, kSolidStyle = 1;
 constexpr int kLineSolid = 1, kLineDashed = 2;
 
+/// An explicit level.
+struct GivenLevel {
+    float value;       ///< where it begins
+    std::size_t index; ///< among the fill attributes
+};
+
 /// The levels that the bar shows.
 struct Levels {
-    bool given = false; ///< values are explicit
+    std::vector<GivenLevel> given; ///< empty: the levels are first + k x interval
     int count = 0;
     float first = 0, last = 0; ///< the last only without explicit values
     float interval = 0;
     std::size_t first_color = 0;
 
     [[nodiscard]] float value(int i) const {
-        const auto values = CONT_get_values();
-        if (given && static_cast<std::size_t>(i) < values.size()) return values[static_cast<std::size_t>(i)];
+        if (!given.empty()) return given[static_cast<std::size_t>(i)].value;
         return first + static_cast<float>(i) * interval;
+    }
+    [[nodiscard]] int color_index(int i) const {
+        if (!given.empty()) return static_cast<int>(given[static_cast<std::size_t>(i)].index);
+        return (static_cast<int>(first_color) + i) % CONT_get_color_num();
     }
 };
 
@@ -85,15 +95,10 @@ void choose_range(float &max, float &min) {
 
     float interval = kMissingF;
     if (is_missing(CONT_get_intrvl()) && RES_getval("con_interval", interval)) CONT_set_intrvl(interval);
-    for (const std::string &entry : RES_getvals("con_base")) {
-        const std::string_view text = trimmed(entry);
-        const bool lower = text.starts_with('>'), upper = text.starts_with('<');
-        const auto value = Scanner(text.substr(lower || upper ? 1 : 0)).real();
-        if (!value) continue;
-        if (lower && !forced) min = *value;
-        if (upper && !forced) max = *value;
-        if (!upper && !(lower && forced)) CONT_set_base(*value);
-    }
+    const UserBase user = CONT_user_base();
+    if (user.min && !forced) min = *user.min;
+    if (user.max && !forced) max = *user.max;
+    if (user.base && !(user.min && forced)) CONT_set_base(*user.base);
 }
 
 std::optional<int> level_count(float levels) {
@@ -101,13 +106,16 @@ std::optional<int> level_count(float levels) {
     return static_cast<int>(levels);
 }
 
+/// Those levels that a value can get: of a list that does not ascend throughout (words of a product that are
+/// no levels stand behind eight levels) the last one takes all that begins at the largest value.
 std::optional<Levels> explicit_levels() {
-    const auto values = CONT_get_values();
+    const auto all = CONT_get_values();
+    const auto values = all.first(std::min(all.size(), static_cast<std::size_t>(CONT_get_num_cont())));
     Levels levels;
-    levels.given = true;
-    // Levels behind the last explicit value have colours that no value gets.
-    levels.count = std::min(CONT_get_num_cont(), static_cast<int>(values.size()));
-    levels.first = values.front();
+    for (std::size_t i = 0; i + 1 < values.size(); ++i)
+        if (values[i] < values[i + 1]) levels.given.push_back({values[i], i});
+    if (!values.empty()) levels.given.push_back({*std::ranges::max_element(values), values.size() - 1});
+    levels.count = static_cast<int>(levels.given.size());
     levels.interval = values.size() > 1 ? values[1] - values[0] : 1.0F;
     if (levels.count < 1 || levels.count > kMostLevels || levels.interval == 0) return std::nullopt;
     return levels;
@@ -209,11 +217,9 @@ void draw_boxes(const Attribute &box_attribute) {
     const int type = CONT_get_type();
     const bool filled = type >= kContourFill && type <= kContourValues;
     const bool lined = type == kContourLines || type == kContourFillLines;
-    const auto colors = static_cast<std::size_t>(CONT_get_color_num());
     for (int i = 0; i < state.levels.count; ++i) {
         Attribute level;
-        const std::size_t color = (state.levels.first_color + static_cast<std::size_t>(i)) % colors;
-        CONT_get_fill_attrib_ind(static_cast<int>(color), level);
+        CONT_get_fill_attrib_ind(state.levels.color_index(i), level);
         const float left = state.limits.xmin + static_cast<float>(i) * state.box_width;
         const Rect box{left, left + state.box_width, middle(state.limits), state.limits.ymax};
         state.boxes.push_back({state.levels.value(i), level.color});
@@ -229,7 +235,9 @@ struct BarLabel {
 };
 
 std::string level_label(int level) {
-    const std::string given = state.levels.given ? CONT_get_label(level) : std::string();
+    const bool explicit_value = !state.levels.given.empty();
+    const std::string given =
+        explicit_value ? CONT_get_label(state.levels.color_index(level)) : std::string();
     return given.empty() ? set_num(state.levels.value(level), 2, 0) : given;
 }
 
@@ -251,7 +259,7 @@ std::vector<BarLabel> make_labels(int step, float text_height) {
     std::vector<BarLabel> labels;
     for (int i = 0; i < state.levels.count; i += step)
         labels.push_back({state.limits.xmin + static_cast<float>(i) * state.box_width, level_label(i)});
-    if (state.levels.given) return labels;
+    if (!state.levels.given.empty()) return labels;
     const BarLabel last{state.limits.xmax, set_num(state.levels.last, 2, 0)};
     // Unless the count divides evenly, the end comes sooner than the next label would.
     if (labels.size() > 1 && state.levels.count % step != 0 &&

@@ -33,6 +33,7 @@ struct State {
     float interval = kMissingF;
     float base = kMissingF;
     float grid_min = kMissingF, grid_max = kMissingF;
+    float floor = kMissingF; ///< of levels without explicit values
     float min_cut = kMissingF, max_cut = kMissingF;
     float bar_min = kMissingF, bar_max = kMissingF;
     int type = kMissing;
@@ -123,6 +124,7 @@ std::optional<std::size_t> find_level(float value) {
     if (!is_missing(state.max_cut) && value > state.max_cut) return std::nullopt;
     const auto colors = static_cast<std::size_t>(state.color_num);
     if (!has_values()) {
+        if (!is_missing(state.floor) && value < state.floor) return std::nullopt;
         const float base = is_missing(state.base) ? 0.0F : state.base;
         return CONT_level_index(value, base, state.interval);
     }
@@ -156,16 +158,15 @@ void CONT_init() {
 
 int CONT_set_values(std::span<const float> values) {
     if (state.fill_set) return -1;
+    values = values.first(std::min<std::size_t>(values.size(), kMaxLevels));
     const auto end = std::find(values.begin(), values.end(), kMissingF);
-    const auto given = static_cast<std::size_t>(end - values.begin());
-    const std::size_t count = std::min<std::size_t>(given, kMaxLevels);
-    std::copy_n(values.begin(), count, state.values.begin());
+    const auto count = static_cast<std::size_t>(end - values.begin());
+    std::copy(values.begin(), end, state.values.begin());
     state.values[count] = kMissingF;
     state.num_cont = static_cast<int>(count);
     state.interval = count > 1 ? state.values[1] - state.values[0] : kMissingF;
     state.grid_min = state.values.front();
-    state.grid_max =
-        values.empty() ? kMissingF : values[std::min<std::size_t>(values.size(), kMaxLevels) - 1];
+    state.grid_max = values.empty() ? kMissingF : values.back();
     return 0;
 }
 
@@ -213,6 +214,7 @@ int CONT_set_fill_colors(std::string_view given, int flag) {
 
 void CONT_reset_fill_set() {
     state.fill_set = false;
+    state.floor = kMissingF;
 }
 
 void CONT_set_fill_pat(int pattern) {
@@ -261,6 +263,10 @@ void CONT_set_bar_range(float max, float min) {
 void CONT_get_bar_range(float &max, float &min) {
     max = state.bar_max;
     min = state.bar_min;
+}
+
+void CONT_set_floor(float value) {
+    state.floor = value;
 }
 
 void CONT_set_cutoff(float max, float min) {

@@ -44,6 +44,9 @@ void CONT_set_range(float max, float min);
 void CONT_get_range(float &max, float &min);
 void CONT_set_bar_range(float max, float min);
 void CONT_get_bar_range(float &max, float &min);
+/// Values below are not drawn by levels without values of their own; kMissing, as after
+/// CONT_reset_fill_set: no floor.
+void CONT_set_floor(float value);
 /// kMissing leaves a cut-off unchanged.
 void CONT_set_cutoff(float max, float min);
 void CONT_set_type(int type);

@@ -6,6 +6,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/text/font.h"
+#include "plot/level_choice.h"
 #include "plot/levels.h"
 #include "plot_page.h"
 
@@ -50,6 +51,69 @@ TEST_F(Bar, ExplicitLevels) {
     EXPECT_NEAR(texts[0].y, 0, 1e-3)
         << "at the bottom of the page, where there is less room than the bar would take";
     EXPECT_NEAR(texts[4].x, view.xmax, 1e-3);
+}
+
+/// Words that are no levels stand behind the eight levels of some products.
+TEST_F(Bar, LevelsThatNoValueGetsAreNotShown) {
+    open_page();
+    const std::array<float, 11> words{-90, 0, 4, 8, 12, 16, 20, -90, -100, -100, -100};
+    CONT_set_values(words);
+    CONT_set_fill_colors("off,blue,lblue,cyan,lcyan,green,lgreen,brown,yellow,red,white", 0);
+    ASSERT_EQ(draw(), 0);
+    const Rect view = PLT_get_view();
+    const float left = view.xmin + 0.03F * view.width(), right = (view.xmin + view.xmax) / 2;
+    for (int box = 0; box < 7; ++box) {
+        const float x = left + (static_cast<float>(box) + 0.5F) * (right - left) / 7;
+        const float value = CONT_get_bar_value(x, view.ymin - 0.02F);
+        EXPECT_EQ(value, words[static_cast<std::size_t>(box)]);
+        Attribute data;
+        CONT_get_fill_attrib(data, value);
+        EXPECT_EQ(CONT_get_bar_color(x, view.ymin - 0.02F), data.color) << value;
+    }
+    EXPECT_EQ(strings(texts_of(close_page())),
+              (std::vector<std::string>{"-90", "0", "4", "8", "12", "16", "20"}));
+}
+
+/// Picture and bar of colours alone: the same steps, in the first picture as in the second.
+TEST_F(Bar, ColoursAloneCoverTheDriversLevels) {
+    constexpr std::string_view own = "-100:off,5:blue,10:lblue,15:red";
+    const std::array<float, 6> words{-90, 5, 10, 15, -100, -100};
+    const struct {
+        const char *colors, *interval, *base;
+        float first, step;
+    } cases[]{{"blue-red", "", "", 4, 2},
+              {"red,green,blue,white", "", "", 4, 4},
+              {"blue-red", "3", "", 3, 3},
+              {"blue-red", "2", "5", 5, 2}};
+    for (const auto &c : cases) {
+        for (const bool thresholds : {false, true}) {
+            if (thresholds && std::string_view(c.colors).find('-') == std::string_view::npos) continue;
+            RES_put("color_fill", c.colors);
+            RES_put("con_interval", c.interval);
+            RES_put("con_base", c.base);
+            for (int picture = 1; picture <= 2; ++picture) {
+                SCOPED_TRACE(testing::Message() << c.colors << " " << c.interval << " " << picture);
+                open_page();
+                CONT_choose_levels({thresholds ? std::string_view("off,blue,lblue,red") : own,
+                                    thresholds ? std::span<const float>(words) : std::span<const float>()});
+                Attribute low, first, second;
+                CONT_get_fill_attrib(low, c.first - 0.5F);
+                CONT_get_fill_attrib(first, c.first);
+                CONT_get_fill_attrib(second, c.first + c.step);
+                ASSERT_EQ(draw(), 0);
+                const Rect view = PLT_get_view();
+                const float left = view.xmin + 0.03F * view.width(), y = view.ymin - 0.02F;
+                EXPECT_EQ(low.color, kColorBackground);
+                EXPECT_EQ(CONT_get_bar_value(left, y), c.first);
+                EXPECT_EQ(CONT_get_bar_color(left, y), first.color);
+                EXPECT_EQ(CONT_get_intrvl(), c.step);
+                EXPECT_NE(second.color, first.color);
+                close_page();
+            }
+        }
+    }
+    RES_put("con_interval", "");
+    RES_put("con_base", "");
 }
 
 TEST_F(Bar, RegularLevels) {
