@@ -47,7 +47,7 @@ TEST_F(Lev2Program, StatusesAndMessages) {
         {"-ba -inp lev2 empty", 10, "", "LEV2_open_file: Unable to read file:empty\n"},
         {"-ba -inp lev2 -va rho1 -de p,a.ps legacy", 0, "", "LEV2_plot: elevation 1 has no rho"},
         {"-ba -inp lev2 -va cfp@3 -de p,a.ps records", 0, "", "LEV2_plot: the volume has no cfp\n"},
-        {"-ba -inp lev2 -de p,a.ps n0r", 0, "", "LEV2_plot: elevation 1 has no ref"},
+        {"-ba -inp lev2 -de p,a.ps n0r", 10, "", "LEV2_open_file: Unable to read file:n0r\n"},
         {"-ba -inp auto -va vel2 -de p,a.ps records", 0, "", ""},
         {"-ba -inp auto -de p,a.ps n0r", 0, "", ""},
         {"-ba -inp auto -de p,a.ps empty", 64, "", "RAD_cvt_in_file: Kind of file not recognised: empty\n"},

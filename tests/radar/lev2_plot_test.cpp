@@ -134,6 +134,32 @@ protected:
     Lev2Sweep sweep_;
 };
 
+TEST_F(Lev2Plot, ACutWithoutItsEndIsToldOrRefused) {
+    for (int cut = 1; cut <= 2; ++cut)
+        for (int i = 0; i < 3; ++i) add(cut, 90.0 * i, {gates("REF", {66, 80, 90})});
+    volume_.radials.back().status = 0;
+    open();
+    cells({kLev2Reflectivity, 1});
+    EXPECT_TRUE(sweep_.whole) << "another cut follows";
+    LEV2_rewind_file();
+    cells({kLev2Reflectivity, 2});
+    EXPECT_FALSE(sweep_.whole);
+
+    const std::string name = files_.at("volume");
+    RES_put("plot_param", "strict");
+    LEV2_plot_param();
+    testing::internal::CaptureStderr();
+    for (const auto &[variable, opened] : {std::pair{"ref1", 1}, {"ref2", 0}, {"vel1", 0}, {"list", 1}}) {
+        RES_put("variable", variable);
+        EXPECT_EQ(LEV2_open_volume(name), opened) << variable;
+    }
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("LEV2_open_file: Incomplete volume:" + name),
+              std::string::npos);
+    RES_put("variable", "ref1");
+    ASSERT_EQ(LEV2_open_volume(name), 1);
+    EXPECT_EQ(cells({kLev2Reflectivity, 1}).size(), 9U) << "looking for the end leaves nothing out";
+}
+
 TEST_F(Lev2Plot, DomainOfARadar) {
     PlotDomain domain;
     EXPECT_EQ(LEV2_get_domain(domain, kLat, kLon, 230), 1);

@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
+#include "gzipped.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scratch_dir.h"
@@ -25,21 +25,6 @@ Bytes joined(std::initializer_list<Bytes> parts) {
     samples::ByteWriter out;
     for (const Bytes &part : parts) out.append(part);
     return out.take();
-}
-
-Bytes gzipped(const Bytes &bytes) {
-    z_stream stream{};
-    EXPECT_EQ(deflateInit2(&stream, 6, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY), Z_OK);
-    Bytes in = bytes;
-    Bytes out(deflateBound(&stream, static_cast<uLong>(in.size())));
-    stream.next_in = reinterpret_cast<Bytef *>(in.data());
-    stream.avail_in = static_cast<uInt>(in.size());
-    stream.next_out = reinterpret_cast<Bytef *>(out.data());
-    stream.avail_out = static_cast<uInt>(out.size());
-    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
-    out.resize(stream.total_out);
-    deflateEnd(&stream);
-    return out;
 }
 
 samples::Level2Moment moment(const char *name, std::vector<unsigned> levels) {
@@ -290,6 +275,7 @@ TEST_F(Lev2Reader, DamageIsToldAndWhatStandsBeforeItIsRead) {
     Bytes damaged = record;
     damaged[record.size() / 2] ^= std::byte{0x55};
     const Bytes short_record(record.begin(), record.end() - 5); // its one block is whole
+    const Bytes cut_radial(radial.begin(), radial.begin() + 100);
     samples::ByteWriter huge;
     huge.i32(-2147483647 - 1).text("BZh9");
     const struct {
@@ -302,6 +288,9 @@ TEST_F(Lev2Reader, DamageIsToldAndWhatStandsBeforeItIsRead) {
         {joined({header, record, huge.bytes()}), 1,
          "LEV2_get_block: Record 2 of 2147483648 bytes is too large\n"},
         {joined({header, huge.bytes()}), 0, "LEV2_get_block: Record 1 of 2147483648 bytes is too large\n"},
+        {joined({header, radial, cut_radial}), 2, "LEV2_get_block: The file ends within a message: 100 of "},
+        {joined({header, radial, Bytes(8, std::byte{1})}), 1,
+         "LEV2_get_block: The file ends within a message: 8 of 28 bytes\n"},
     };
     for (const auto &c : cases) {
         testing::internal::CaptureStderr();
@@ -310,6 +299,27 @@ TEST_F(Lev2Reader, DamageIsToldAndWhatStandsBeforeItIsRead) {
     }
     EXPECT_EQ(LEV2_open_file(files_.at("none")), 0);
     EXPECT_EQ(open(Bytes(header.begin(), header.end() - 1)), -1);
+    // What networks append, and padding, is no message.
+    testing::internal::CaptureStderr();
+    for (const Bytes &end : {samples::ByteWriter().u32(0x0D0D0A03).take(), Bytes(20)})
+        EXPECT_EQ(walk(joined({header, radial, end})).radials, 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(Lev2Reader, WithoutAnArchivesNameTheFirstMessageTells) {
+    const samples::Level2Volume volume = small_volume();
+    Bytes file = samples::level2_file(volume, Level2Form::generic);
+    std::fill(file.begin(), file.begin() + 12, std::byte{' '});
+    EXPECT_EQ(walk(file).radials, 12);
+    constexpr std::size_t kTypeAt = 24 + 12 + 3, kDateAt = 24 + 12 + 6, kSegmentAt = 24 + 12 + 14;
+    for (const auto &[at, value] : {std::pair{kTypeAt, 77}, {kDateAt, 0}, {kSegmentAt, 9}}) {
+        Bytes nonsense = file;
+        nonsense[at] = nonsense[at + 1] = static_cast<std::byte>(value);
+        EXPECT_EQ(open(nonsense), -1) << at;
+    }
+    samples::ByteWriter text;
+    for (int i = 0; i < 40; ++i) text.text("A text of many lines is no volume of radar data.\n");
+    for (const Bytes &bytes : {text.bytes(), gzipped(text.bytes())}) EXPECT_EQ(open(bytes), -1);
 }
 
 TEST_F(Lev2Reader, EveryPrefixEndsWithWhatIsThere) {

@@ -387,6 +387,14 @@ TEST(NidsPackets, LevelValuesFollowTheProduct) {
             EXPECT_EQ(run.value, value);
         }
     }
+    // Hundredths are the numbers that level lists write, or a value on a level's edge falls below it.
+    Level3Product steps = product(138, {digital({std::vector<std::uint8_t>(8, 9)})});
+    steps.thresholds = {0, 1, 256};
+    read(message(steps));
+    std::array<float, 256> inches{};
+    NIDS_level_values(kPacketDigitalRadial, inches);
+    for (std::size_t level = 2; level < inches.size(); ++level)
+        EXPECT_EQ(inches[level], std::stof(std::to_string(level) + "e-2"));
     Level3Product made = product(81, {samples::precipitation_packet({{20, 255, 255}})});
     made.thresholds = {0xFFC4, 125, 256};
     read(message(made));

@@ -6,9 +6,10 @@
 
 enum class RadarFileKind { unknown, level2, level3 };
 
-/// Bytes that the recognition wants to see; fewer when the file is shorter.
-inline constexpr std::size_t kKindBytes = 32;
+/// Bytes that the recognition wants to see, fewer when the file is shorter: enough for the first bytes of
+/// what a gzip file holds to come out.
+inline constexpr std::size_t kKindBytes = 4096;
 
-/// Level II: archive name, or a gzip file, which only archives of volumes are. Level III: a text heading, or
-/// a message header followed by the divider of its description; also as zlib streams.
+/// Level II: archive name. Level III: a text heading, or a message header followed by the divider of its
+/// description; also as zlib streams. Of a gzip file, what it holds.
 RadarFileKind RADAR_file_kind(std::span<const std::byte> first);

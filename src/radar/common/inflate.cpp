@@ -26,13 +26,16 @@ unsigned int clamped(std::size_t count) {
 /// What a step of a decompressor left behind.
 enum class Step { more, end, damaged };
 
+/// Window bits that make zlib expect its own header, and a gzip header.
+constexpr int kZlibHeader = MAX_WBITS, kGzipHeader = MAX_WBITS + 16;
+
 /// The zlib decompressor as the loop below wants it.
-class ZlibStream {
+template <int HeaderBits> class DeflateStream {
 public:
-    ZlibStream() { open_ = inflateInit(&stream_) == Z_OK; }
-    ZlibStream(const ZlibStream &) = delete;
-    ZlibStream &operator=(const ZlibStream &) = delete;
-    ~ZlibStream() {
+    DeflateStream() { open_ = inflateInit2(&stream_, HeaderBits) == Z_OK; }
+    DeflateStream(const DeflateStream &) = delete;
+    DeflateStream &operator=(const DeflateStream &) = delete;
+    ~DeflateStream() {
         if (open_) inflateEnd(&stream_);
     }
 
@@ -160,6 +163,12 @@ bool NIDS_is_zlib(std::span<const std::byte> bytes) {
            (byte_at(bytes, 0) * 256 + byte_at(bytes, 1)) % 31 == 0;
 }
 
+bool NIDS_is_gzip(std::span<const std::byte> bytes) {
+    constexpr unsigned kDeflate = 8;
+    return bytes.size() >= 3 && byte_at(bytes, 0) == 0x1F && byte_at(bytes, 1) == 0x8B &&
+           byte_at(bytes, 2) == kDeflate;
+}
+
 bool NIDS_is_bzip2(std::span<const std::byte> bytes) {
     return bytes.size() >= 4 && byte_at(bytes, 0) == 'B' && byte_at(bytes, 1) == 'Z' &&
            byte_at(bytes, 2) == 'h' && byte_at(bytes, 3) >= '1' && byte_at(bytes, 3) <= '9';
@@ -167,11 +176,16 @@ bool NIDS_is_bzip2(std::span<const std::byte> bytes) {
 
 NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
                                std::vector<std::byte> &out) {
-    const NidsInflated result = inflate_all<ZlibStream>(bytes, NIDS_is_zlib, limit, out);
+    const NidsInflated result = inflate_all<DeflateStream<kZlibHeader>>(bytes, NIDS_is_zlib, limit, out);
     if (result != NidsInflated::done) return result;
     if (bytes.size() > limit - out.size()) return NidsInflated::too_large;
     out.insert(out.end(), bytes.begin(), bytes.end());
     return NidsInflated::done;
+}
+
+NidsInflated NIDS_inflate_gzip(std::span<const std::byte> bytes, std::size_t limit,
+                               std::vector<std::byte> &out) {
+    return inflate_all<DeflateStream<kGzipHeader>>(bytes, NIDS_is_gzip, limit, out);
 }
 
 NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,

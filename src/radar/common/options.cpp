@@ -54,6 +54,8 @@ bool RADAR_option_word(std::string_view word, RadarOptions &options) {
         options.clutter = 0;
     } else if (stricmp(word, "refresh") == 0) {
         options.refresh = true;
+    } else if (stricmp(word, "strict") == 0) {
+        options.strict = true;
     } else {
         return false;
     }

@@ -15,10 +15,11 @@ struct RadarOptions {
     std::array<float, kMaxRings> rings_nm{}; ///< range rings, nautical miles; 0 ends the list
     float clutter = 0;    ///< range next to the radar that is not drawn, in the driver's own unit
     bool refresh = false; ///< keep watching for newer files
+    bool strict = false;  ///< a file that is not whole counts as one that cannot be read
 };
 
 /// Takes one word of the resource "plot_param" ("site", "dist=30:60", "nodist", "clutter=10", "noclutter",
-/// "refresh"). False when the word is none of these.
+/// "refresh", "strict"). False when the word is none of these.
 bool RADAR_option_word(std::string_view word, RadarOptions &options);
 
 /// Draws the site marker and the range rings around plot point (x, y) with the attributes in force. Only on

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 
 #include "lib/byte_reader.h"
 #include "lib/date.h"
@@ -60,6 +61,26 @@ bool place_in_data(float &lat, float &lon) {
     return found;
 }
 
+bool names_archive(std::span<const std::byte> bytes) {
+    const auto begins = [bytes](std::string_view name) {
+        return std::ranges::equal(bytes.first(name.size()), name, {},
+                                  [](std::byte b) { return static_cast<char>(std::to_integer<int>(b)); });
+    };
+    return begins("AR2V") || begins("ARCHIVE2");
+}
+
+/// The first message has a type, a time and a place among its segments that a message can have.
+bool message_makes_sense() {
+    constexpr int kLastType = 33;
+    Lev2Radial first;
+    const bool sense = LEV2_get_block(first) == 1 && first.type >= 1 && first.type <= kLastType &&
+                       first.date >= 1 && first.date <= kLastDay && first.time >= 0 &&
+                       first.time < kMillisecondsPerDay && first.segment >= 1 &&
+                       first.segment <= first.segments;
+    LEV2_rewind_file();
+    return sense;
+}
+
 } // namespace
 
 int LEV2_get_header(Lev2Info &info) {
@@ -67,6 +88,7 @@ int LEV2_get_header(Lev2Info &info) {
     LEV2_rewind_file();
     const auto bytes = LEV2_header_bytes();
     if (bytes.size() < kLev2HeaderBytes) return -1;
+    if (!names_archive(bytes) && !message_makes_sense()) return -1;
     ByteReader reader(bytes);
     reader.take(12); // archive name and version
     const int days = reader.i32(), milliseconds = reader.i32();

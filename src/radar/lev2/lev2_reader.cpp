@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "lib/byte_reader.h"
 #include "lib/message.h"
@@ -18,6 +19,7 @@ struct State {
     Lev2Moments moments;           ///< of the present radial; they point into the stream's buffer
     int type = kLev2Reflectivity;  ///< selected moment
     std::size_t gate = 0;          ///< next gate of it
+    bool cut = false;              ///< the data ended within a message
 };
 State state;
 
@@ -40,6 +42,21 @@ void read_header(std::span<const std::byte> bytes, Lev2Radial &radial) {
     state.message_bytes = std::max(state.message_bytes, kHeaderBytes);
     MESS_print(kOut4, "Block-type: %d size: %zu seq: %d seg: %d nseg: %d\n", radial.type, state.message_bytes,
                radial.sequence, radial.segment, radial.segments);
+}
+
+/// `there` of a message's bytes are left in the data.
+void note_cut(std::size_t there, std::size_t wanted) {
+    if (!state.cut && !LEV2_holds_records())
+        MESS_print(kWarn, "LEV2_get_block: The file ends within a message: %zu of %zu bytes\n", there,
+                   wanted);
+    state.cut = true;
+}
+
+/// What some networks append behind the last message, and padding, are no message.
+bool is_filling(std::span<const std::byte> bytes) {
+    constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
+    return std::ranges::equal(bytes, kTrailer) ||
+           std::ranges::all_of(bytes, [](std::byte b) { return b == std::byte{0}; });
 }
 
 } // namespace
@@ -72,13 +89,22 @@ int LEV2_get_block(Lev2Radial &radial) {
     state.moments = {};
     LEV2_begin_message();
     const auto header = LEV2_message_bytes(kChannelBytes + kHeaderBytes);
-    if (header.size() < kChannelBytes + kHeaderBytes) return 0;
+    if (header.size() < kChannelBytes + kHeaderBytes) {
+        if (!is_filling(header)) note_cut(header.size(), kChannelBytes + kHeaderBytes);
+        return 0;
+    }
     read_header(header, radial);
-    const auto bytes = LEV2_message_bytes(kChannelBytes + state.message_bytes);
+    const std::size_t wanted = kChannelBytes + state.message_bytes;
+    const auto bytes = LEV2_message_bytes(wanted);
+    if (bytes.size() < wanted) note_cut(bytes.size(), wanted);
     const auto body = bytes.subspan(kChannelBytes + kHeaderBytes);
     if (radial.type == kLev2Legacy) return LEV2_read_legacy(body, radial, state.moments) ? 1 : 0;
     if (radial.type == kLev2Generic) return LEV2_read_generic(body, radial, state.moments) ? 1 : 0;
     return 1;
+}
+
+bool LEV2_is_cut() {
+    return state.cut;
 }
 
 int LEV2_next_block() {

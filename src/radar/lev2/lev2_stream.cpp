@@ -246,3 +246,7 @@ void LEV2_end_message(std::size_t count) {
 std::size_t LEV2_message_offset() {
     return state.dropped + state.begin;
 }
+
+bool LEV2_holds_records() {
+    return state.records;
+}

@@ -24,6 +24,11 @@ constexpr int kMostRangeKm = 2000;
 
 Lev2PlotState state;
 
+bool wants_list() {
+    const std::vector<std::string> variables = RES_getvals("variable");
+    return std::ranges::any_of(variables, [](const std::string &word) { return stricmp(word, "list") == 0; });
+}
+
 int close_volume() {
     if (!state.open) return 0;
     LEV2_close_file();
@@ -60,11 +65,6 @@ void list_cuts() {
     close_volume();
 }
 
-bool wants_list() {
-    const std::vector<std::string> variables = RES_getvals("variable");
-    return std::ranges::any_of(variables, [](const std::string &word) { return stricmp(word, "list") == 0; });
-}
-
 } // namespace
 
 Lev2PlotState &LEV2_state() {
@@ -81,6 +81,11 @@ int LEV2_open_volume(std::string_view name) {
         return 0;
     }
     state.open = true;
+    if (state.options.strict && !wants_list() && !LEV2_sweep_is_whole()) {
+        close_volume();
+        MESS_print(kWarn, "LEV2_open_file: Incomplete volume:%s\n", copy.c_str());
+        return 0;
+    }
     // The files of a series need not come from one radar.
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
     return 1;

@@ -50,7 +50,11 @@ struct Lev2Sweep {
     float elevation = 0; ///< degrees, of the last radial
     int pattern = 0;     ///< volume coverage pattern
     float smallest = 100, largest = -100;
+    bool whole = false; ///< the cut was read to its end
 };
+/// Chooses moment and elevation by the resource "variable". False when the cut is not in the open volume or
+/// not to its end; reading stands at the first message again.
+bool LEV2_sweep_is_whole();
 /// Walks the open volume and draws the radials of the chosen cut. Cells go to `sink`, or are filled when it
 /// is null.
 Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink);

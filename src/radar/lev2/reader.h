@@ -123,7 +123,8 @@ int LEV2_close_file();
 int LEV2_rewind_file();
 /// Reads the volume header and finds the radar's position: of its identifier in "rad.cty" (a blank
 /// identifier is that of the resource "identifier"), else in the data, else the default. The next block is
-/// the first one, of a pipe perhaps the first radial. 0, or -1 when the file is shorter than a header.
+/// the first one, of a pipe perhaps the first radial. 0, or -1 when the file is shorter than a header, or
+/// begins with no archive's name and no message that makes sense.
 int LEV2_get_header(Lev2Info &info);
 
 // Blocks ----------------------------------------------------------------------------------------------------
@@ -131,6 +132,8 @@ int LEV2_get_header(Lev2Info &info);
 /// Reads the next message: 1, or 0 at the end of the data or where they are damaged. Of a last message that
 /// is cut short the gates that are there are given.
 int LEV2_get_block(Lev2Radial &radial);
+/// The data ended within a message since the volume was opened. Of a plain file it has been told.
+bool LEV2_is_cut();
 /// Moves on to the next message. 1.
 int LEV2_next_block();
 /// Selects a moment of the radial, at its first gate. 1; 0 when the radial has no such moment. An unknown

@@ -24,3 +24,5 @@ std::span<const std::byte> LEV2_message_bytes(std::size_t count);
 void LEV2_end_message(std::size_t count);
 /// Offset of the message within the decompressed volume, for messages.
 std::size_t LEV2_message_offset();
+/// The messages stand in compressed records, whose damage the stream tells.
+bool LEV2_holds_records();

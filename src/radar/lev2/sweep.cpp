@@ -7,7 +7,7 @@
 #include "lib/resource.h"
 #include "lib/text.h"
 #include "plot/attribute.h"
-#include "plot/levels.h"
+#include "plot/level_choice.h"
 #include "plot/map.h"
 #include "plot/session.h"
 #include "radar/lev2/painter.h"
@@ -52,14 +52,6 @@ void print_radial(const Lev2Radial &r, bool first_of_cut) {
                r.spect_ptr, r.refl_gates, r.vel_gates);
 }
 
-void choose_levels(const Lev2Choice &choice) {
-    CONT_param_decode();
-    CONT_reset_fill_set();
-    CONT_reset_values();
-    CONT_set_type(kContourFill);
-    CONT_set_fill_colors(LEV2_moment(choice.type).levels, 0);
-}
-
 void draw_site() {
     const Lev2PlotState &state = LEV2_state();
     Attribute data;
@@ -91,35 +83,56 @@ void tell_missing(const Lev2Choice &choice) {
                    choice.number, keyword.c_str());
 }
 
-} // namespace
-
-Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink) {
-    const Lev2PlotState &state = LEV2_state();
-    const CellFrame frame(state.domain, state.info.lat, state.info.lon);
-    Lev2Painter painter(frame, std::trunc(state.options.clutter), sink);
+/// Calls `take` for each radial of the cut that has the moment.
+template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take) {
     Lev2Sweep sweep;
     Lev2Radial radial;
     int number = kMissing;
+    bool ended = false;
     for (; LEV2_get_block(radial) == 1; LEV2_next_block()) {
         if (radial.type != kLev2Legacy && radial.type != kLev2Generic) continue;
         print_radial(radial, radial.elevation_number != number);
         number = radial.elevation_number;
         if (number != choice.number) {
-            if (sweep.radials > 0 && may_stop()) break;
+            ended = ended || sweep.radials > 0;
+            if (ended && may_stop()) break;
             continue;
         }
         if (LEV2_set_data_type(choice.type) == 1) {
             ++sweep.radials;
             sweep.elevation = radial.elevation;
             sweep.pattern = radial.pattern;
-            painter.draw(radial.azimuth, state.superres ? radial.azimuth_resolution : kRadialWidthDeg,
-                         LEV2_first_gate_km(choice.type), LEV2_get_gates(choice.type));
+            take(radial);
         }
-        if (ends_cut(radial) && may_stop()) break;
+        ended = ended || (ends_cut(radial) && !LEV2_is_cut());
+        if (ended && may_stop()) break;
     }
+    sweep.whole = ended && sweep.radials > 0;
+    return sweep;
+}
+
+} // namespace
+
+Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink) {
+    const Lev2PlotState &state = LEV2_state();
+    const CellFrame frame(state.domain, state.info.lat, state.info.lon);
+    Lev2Painter painter(frame, std::trunc(state.options.clutter), sink);
+    Lev2Sweep sweep = walk_cut(choice, [&](const Lev2Radial &radial) {
+        painter.draw(radial.azimuth, state.superres ? radial.azimuth_resolution : kRadialWidthDeg,
+                     LEV2_first_gate_km(choice.type), LEV2_get_gates(choice.type));
+    });
     sweep.smallest = painter.levels().smallest();
     sweep.largest = painter.levels().largest();
     return sweep;
+}
+
+bool LEV2_sweep_is_whole() {
+    Lev2Choice &choice = LEV2_state().choice;
+    choose();
+    find_angle(choice);
+    const bool whole = walk_cut(choice, [](const Lev2Radial &) {}).whole;
+    LEV2_rewind_file();
+    return whole;
 }
 
 int LEV2_plot_summary() {
@@ -127,12 +140,16 @@ int LEV2_plot_summary() {
     choose();
     if (FLAG_getplot(kPlotSummary) < 1) return 0;
     GPH_trans(2);
-    choose_levels(state.choice);
+    CONT_choose_levels({LEV2_moment(state.choice.type).levels, {}});
     PLT_mess("LEV2 Sum");
     find_angle(state.choice);
     const Lev2Sweep sweep = LEV2_draw_sweep(state.choice, nullptr);
     const Lev2Moment &moment = LEV2_moment(state.choice.type);
-    if (sweep.radials == 0) tell_missing(state.choice);
+    if (sweep.radials == 0)
+        tell_missing(state.choice);
+    else if (!sweep.whole)
+        MESS_print(kWarn, "LEV2_plot: the data of elevation %d end early, after %d radials\n",
+                   state.choice.number, sweep.radials);
     draw_site();
     PLT_label_up_left(moment.title);
     PLT_label_low_right(sweep_label(state.choice, sweep));

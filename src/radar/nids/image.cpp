@@ -10,6 +10,7 @@
 #include "lib/date.h"
 #include "lib/flag.h"
 #include "plot/attribute.h"
+#include "plot/level_choice.h"
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/session.h"
@@ -169,18 +170,10 @@ void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
 } // namespace
 
 void NIDS_choose_levels(const NidsInfo &info) {
-    CONT_param_decode();
-    CONT_reset_fill_set();
-    CONT_reset_values();
-    CONT_set_type(kContourFill);
     const NidsLevelRule &rule = NIDS_level_rule(info.code);
-    if (rule.thresholds) CONT_set_values(info.thresholds);
-    if (rule.interval > 0) {
-        CONT_set_base(rule.base);
-        CONT_set_intrvl(rule.interval);
-        CONT_set_range(rule.range_max, rule.range_min);
-    }
-    CONT_set_fill_colors(rule.colors, 0);
+    LevelChoice choice{rule.colors, {}, rule.base, rule.interval, rule.range_min, rule.range_max};
+    if (rule.thresholds) choice.values = info.thresholds;
+    CONT_choose_levels(choice);
 }
 
 void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {

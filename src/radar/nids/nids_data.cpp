@@ -17,10 +17,21 @@ int number(std::byte byte) {
     return std::to_integer<int>(byte);
 }
 
+/// Minimum plus steps as the decimal number that it is: a value on a level's edge must belong to the level,
+/// where the sum of two rounded numbers may fall short of it.
+float stepped_value(int level, double divisor) {
+    const auto &words = NIDS_get_prod_desc().threshold;
+    const int minimum = static_cast<std::int16_t>(words[0]), step = static_cast<std::int16_t>(words[1]);
+    return static_cast<float>((minimum + level * step) / divisor);
+}
+
 float digital_value(int level, NidsScale scale, std::span<const float, kThresholds> t) {
     if (level < kFirstDigitalLevel) return kMissingF;
     const auto l = static_cast<float>(level);
     switch (scale) {
+    case NidsScale::minimum_step: return stepped_value(level, 10);
+    case NidsScale::thousandths: return stepped_value(level, 1000);
+    case NidsScale::hundredths: return stepped_value(level, 100);
     case NidsScale::liquid: return l < t[2] ? (l - t[1]) / t[0] : std::exp((l - t[4]) / t[3]);
     case NidsScale::echo_tops: {
         const unsigned mask = NIDS_get_prod_desc().threshold[0] & 0xFF;
@@ -28,10 +39,7 @@ float digital_value(int level, NidsScale scale, std::span<const float, kThreshol
     }
     case NidsScale::scale_offset: return (l - t[2]) / t[0];
     case NidsScale::levels:
-    case NidsScale::minimum_step:
     case NidsScale::minimum_step_kt:
-    case NidsScale::thousandths:
-    case NidsScale::hundredths:
     case NidsScale::terminal_long_range: break;
     }
     return l * t[1] + t[0];

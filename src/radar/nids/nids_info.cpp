@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "lib/message.h"
@@ -211,15 +212,30 @@ int first_packet() {
     return NIDS_packet(code) == 1 ? code : 0;
 }
 
+/// Two codes that agree and a place on the earth: bytes that are no product hardly have both.
+bool makes_sense(const NidsDescription &description) {
+    constexpr int kMostLatitude = 90000, kMostLongitude = 180000; // thousandths of a degree
+    const auto within = [](int value, int most) { return value >= -most && value <= most; };
+    return description.code == NIDS_get_mess().code && within(description.latitude, kMostLatitude) &&
+           within(description.longitude, kMostLongitude);
+}
+
+/// The image begins within the product, which of a cut file is longer than what is there.
+bool image_within() {
+    const std::size_t offset = std::size_t{NIDS_get_prod_desc().symbology} * 2;
+    const auto announced = static_cast<std::size_t>(std::max(NIDS_get_mess().length, 0));
+    return offset <= std::max(announced, NIDS_extent().view);
+}
+
 } // namespace
 
 int NIDS_get_header(NidsInfo &record) {
     NIDS_clear_header();
     NIDS_clear_packets();
     if (!NIDS_rewind() || !NIDS_select_product()) return 0;
-    if (NIDS_mess_header() < 1 || NIDS_prod_desc() < 1) return 0;
+    if (NIDS_mess_header() < 1 || NIDS_prod_desc() < 1 || !makes_sense(NIDS_get_prod_desc())) return 0;
     const int packet = first_packet();
-    if (NIDS_is_encrypted()) return 0;
+    if (NIDS_is_encrypted() || !image_within()) return 0;
 
     const NidsDescription &description = NIDS_get_prod_desc();
     record.source = NIDS_get_mess().source;

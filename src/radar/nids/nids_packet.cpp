@@ -166,7 +166,7 @@ int NIDS_prod_symb() {
     const unsigned identifier = bytes.u16();
     MESS_print(kOut4, "Identifier: %d\n", static_cast<int>(identifier));
     MESS_print(kOut4, "Length: %d\n", bytes.i32());
-    MESS_print(kOut4, "Number of Layers: %d\n", bytes.u16());
+    state.layers = traced_word(bytes, "Number of Layers");
     return identifier == kSymbologyBlock ? 1 : 0;
 }
 

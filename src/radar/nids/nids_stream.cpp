@@ -22,16 +22,23 @@ struct State {
     std::vector<std::byte> file;     ///< all bytes of the file
     std::vector<std::byte> inflated; ///< the view behind a compressed place
     std::size_t inflated_from =
-        kNowhere;                  ///< that place within the file, while `inflated` was made from the file
-    bool inflated_damaged = false; ///< `inflated` ends early, at a decompression error
-    bool in_file = true;           ///< the view is `file`, not `inflated`
-    ByteReader reader;             ///< over `file` without trailer, or over `inflated`
-    std::size_t message_start = 0; ///< of the message header within the view
+        kNowhere; ///< that place within the file, while `inflated` was made from the file
+    NidsInflated inflated_result = NidsInflated::done; ///< how the decompression into `inflated` ended
+    NidsInflated unzipped_result = NidsInflated::done; ///< the same of a gzip file, whose content is `file`
+    bool in_file = true;                               ///< the view is `file`, not `inflated`
+    ByteReader reader;                                 ///< over `file` without trailer, or over `inflated`
+    std::size_t message_start = 0;                     ///< of the message header within the view
+    std::size_t message_in_file = 0; ///< the same within `file`; of a message inside compressed data, theirs
+    bool message_inflated = false;   ///< the message begins inside compressed data
     bool message_known = false;
     bool encrypted = false;
     std::string ext_info; ///< selects one product of several: a separator and a number
 };
 State state;
+
+bool is_damage(NidsInflated result) {
+    return result == NidsInflated::damaged || result == NidsInflated::too_large;
+}
 
 std::span<const std::byte> without_trailer(std::span<const std::byte> bytes) {
     if (bytes.size() >= kTrailer.size() && std::ranges::equal(bytes.last(kTrailer.size()), kTrailer))
@@ -45,10 +52,7 @@ void fill_inflated(NidsCompression kind, std::span<const std::byte> front, std::
     const NidsInflated result = kind == NidsCompression::zlib
                                     ? NIDS_inflate_zlib(rest, kNidsMaxProduct, view)
                                     : NIDS_inflate_bzip2(rest, kNidsMaxProduct, view);
-    state.inflated_damaged = result == NidsInflated::damaged || result == NidsInflated::too_large;
-    if (result == NidsInflated::damaged)
-        MESS_print(kWarn, "NIDS_read: Damaged compressed data, %zu bytes decompressed\n",
-                   view.size() - front.size());
+    state.inflated_result = result;
     if (result == NidsInflated::too_large)
         MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
     state.inflated = std::move(view);
@@ -69,6 +73,16 @@ void inflate_rest(NidsCompression kind) {
     state.reader = ByteReader(state.inflated);
     state.reader.seek(here - start);
     state.message_start = 0;
+}
+
+/// What a gzip file holds; other bytes as they are.
+std::vector<std::byte> unzipped(std::vector<std::byte> bytes) {
+    if (!NIDS_is_gzip(bytes)) return bytes;
+    std::vector<std::byte> content;
+    state.unzipped_result = NIDS_inflate_gzip(bytes, kNidsMaxProduct, content);
+    if (state.unzipped_result == NidsInflated::too_large)
+        MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
+    return content;
 }
 
 /// The next line with its line feed, at most `limit` bytes of it; empty at the end.
@@ -98,7 +112,7 @@ void NIDS_set_bytes(std::vector<std::byte> bytes) {
     std::string selection = std::move(state.ext_info);
     state = State{};
     state.ext_info = std::move(selection);
-    state.file = std::move(bytes);
+    state.file = unzipped(std::move(bytes));
     NIDS_rewind();
 }
 
@@ -181,8 +195,22 @@ bool NIDS_is_encrypted() {
 }
 
 void NIDS_set_message_start(std::size_t offset) {
-    state.message_start = offset;
+    state.message_start = state.message_in_file = offset;
     state.message_known = true;
+    state.message_inflated = !state.in_file;
+}
+
+NidsExtent NIDS_extent() {
+    NidsExtent extent;
+    const std::size_t whole =
+        state.message_inflated ? state.inflated.size() : without_trailer(state.file).size();
+    extent.bytes = whole - std::min(whole, state.message_in_file);
+    const std::size_t view = state.reader.offset() + state.reader.remaining();
+    extent.view = view - std::min(view, state.message_start);
+    extent.inflated = !state.in_file;
+    if (extent.inflated) extent.result = state.inflated_result;
+    if (state.unzipped_result != NidsInflated::done) extent.result = state.unzipped_result;
+    return extent;
 }
 
 bool NIDS_seek_message(std::size_t offset) {
@@ -197,7 +225,7 @@ std::span<const std::byte> NIDS_take(std::size_t count) {
 
 int NIDS_exhaust() {
     state.reader.take(state.reader.remaining());
-    return !state.in_file && state.inflated_damaged ? 0 : -1;
+    return !state.in_file && is_damage(state.inflated_result) ? 0 : -1;
 }
 
 int NIDS_read(std::span<std::byte> buffer) {

@@ -27,6 +27,8 @@ struct NidsPacketState {
     bool element_cut = false;           ///< the file ends before the element does
     std::array<float, 256> values{};    ///< of its levels
 
+    int layers = 0; ///< of the symbology block
+
     // The graphic block
     int pages = 0;                       ///< of the block, 0: no block is open
     int pages_read = 0;                  ///< pages begun

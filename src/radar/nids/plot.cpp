@@ -18,6 +18,7 @@
 #include "radar/common/driver.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/state.h"
+#include "radar/nids/survey.h"
 
 namespace {
 
@@ -50,6 +51,16 @@ PlotDomain view_domain() {
     const MapDomainScope scope(domain);
     domain.dx = domain.dy = MAP_factor(domain.clat) * kOrdinaryBinNm * kKmPerNauticalMile / 100.0F;
     return domain;
+}
+
+/// Tells once, however often a window draws a file anew, what of it is missing or not drawn. False for a cut
+/// file of which nothing is left to draw, or that the user wants whole.
+bool survey_file(const std::string &name) {
+    const NidsSurvey survey = NIDS_survey(state.info);
+    if (NIDS_get_header(state.info) != 1) return false;
+    if (name != state.surveyed) NIDS_tell_survey(survey, state.info, name);
+    state.surveyed = name;
+    return survey.complete() || (state.info.packet != 0 && !state.options.strict);
 }
 
 int plot_newest(PlotDomain & /*domain*/) {
@@ -103,6 +114,11 @@ int NIDS_open_file(std::string_view name) {
         return 0;
     }
     state.open = true;
+    if (!survey_file(copy)) {
+        NIDS_close_file();
+        MESS_print(kWarn, "NIDS_open_file: Unable to read file:%s\n", copy.c_str());
+        return 0;
+    }
     state.file_date = state.base_date;
     complete_date(state.file_date, state.info.date);
     if (CONT_get_bar() != kBarOff) CONT_set_bar(1);

@@ -9,6 +9,7 @@ struct NidsPlotState {
     NidsInfo info;        ///< header of the open product
     DateRecord base_date; ///< requested date
     DateRecord file_date; ///< date used for file names: requested fields, the rest from the product
+    std::string surveyed; ///< the file that was last told what it lacks
     RadarOptions options;
     bool graph = false; ///< draw the graphic pages
     bool strong_only = false;

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "lib/byte_reader.h"
+#include "radar/common/inflate.h"
 
 /// The reader of the current view. A failed read leaves it where it is; end it with NIDS_exhaust.
 ByteReader &NIDS_bytes();
@@ -28,6 +29,16 @@ bool NIDS_is_encrypted();
 void NIDS_set_message_start(std::size_t offset);
 /// Goes to a place counted in bytes from the message header; false (and no move) beyond the end.
 bool NIDS_seek_message(std::size_t offset);
+
+/// How much of the message the file holds.
+struct NidsExtent {
+    std::size_t bytes = 0; ///< from the message header on, as transmitted (a compressed body counts as it is)
+    std::size_t view = 0;  ///< the same with what is compressed decompressed
+    bool inflated = false; ///< some of it is compressed
+    NidsInflated result = NidsInflated::done; ///< how its decompression, or that of a gzip file, ended
+};
+/// Of the message whose header has been read.
+NidsExtent NIDS_extent();
 
 /// Takes at most `count` bytes: what is left when there are fewer.
 std::span<const std::byte> NIDS_take(std::size_t count);

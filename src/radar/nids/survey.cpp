@@ -1,0 +1,164 @@
+#include "radar/nids/survey.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "lib/message.h"
+#include "lib/text.h"
+#include "radar/nids/packet.h"
+#include "radar/nids/reader.h"
+#include "radar/nids/stream.h"
+
+namespace {
+
+bool is_radial(int packet) {
+    return packet == kPacketRadial || packet == kPacketDigitalRadial;
+}
+bool has_cells(int packet) {
+    return is_radial(packet) || packet == kPacketRaster || packet == kPacketDigitalPrecip;
+}
+bool is_drawn(int packet) {
+    return has_cells(packet) || packet == kPacketText || packet == kPacketTextValue ||
+           packet == kPacketVector || packet == kPacketVectorValue || packet == kPacketWind;
+}
+
+/// Packets that no reader knows, as far as their length is told.
+enum UnreadPacket : int {
+    kPacketLastCounted = 26, ///< codes up to here begin with the bytes that follow
+    kPacketGeneric = 28,
+    kPacketExternal = 29,
+    kPacketContourColor = 0x0802,
+    kPacketContour = 0x0E03,
+    kPacketContourVectors = 0x3501
+};
+
+/// Skips the packet whose code has just been read. False when its length is not known.
+bool skip_unread(int code) {
+    ByteReader &bytes = NIDS_bytes();
+    std::optional<std::size_t> length;
+    if (code <= kPacketLastCounted || code == kPacketContourVectors) {
+        length = bytes.u16();
+    } else if (code == kPacketGeneric || code == kPacketExternal) {
+        bytes.u16(); // reserved
+        length = bytes.u32();
+    } else if (code == kPacketContourColor) {
+        length = 4;
+    } else if (code == kPacketContour) {
+        bytes.take(6); // colour indicator and first point
+        length = bytes.u16();
+    }
+    if (!length || bytes.failed() || *length > bytes.remaining()) return false;
+    bytes.take(*length);
+    return true;
+}
+
+void note(std::vector<int> &codes, int code) {
+    if (std::ranges::find(codes, code) == codes.end()) codes.push_back(code);
+}
+
+void count_elements(int packet, NidsSurvey &survey) {
+    const NidsPacketState &state = NIDS_packet_state();
+    survey.radials = is_radial(packet);
+    survey.elements_announced += state.elements_left;
+    float start = 0, delta = 0;
+    while ((survey.radials ? NIDS_get_radial(start, delta) : NIDS_get_rastor()) == 1)
+        if (!state.element_cut) ++survey.elements;
+}
+
+/// Walks the layer whose first packet has been read with result `status`.
+void survey_layer(int status, NidsSurvey &survey) {
+    int packet = NIDS_packet_state().code;
+    bool ended = false; // an unknown packet ends the image: what follows is not drawn either
+    while (status >= 0 && packet != 0 && packet != kPacketDivider) {
+        if (ended || status == 0 || !is_drawn(packet)) note(survey.undrawn, packet);
+        if (status == 0) {
+            ended = true;
+            if (!skip_unread(packet)) return;
+        } else if (has_cells(packet)) {
+            count_elements(packet, survey);
+        }
+        packet = kPacketDivider;
+        status = NIDS_packet(packet);
+    }
+}
+
+/// The divider that ended the first layer begins the second.
+void survey_further_layers(NidsSurvey &survey) {
+    for (int layer = 1; layer < NIDS_packet_state().layers; ++layer) {
+        if (NIDS_packet_state().code != kPacketDivider) return;
+        NIDS_bytes().u32(); // its length
+        int packet = 0;
+        for (int status = NIDS_packet(packet); status >= 0; status = NIDS_packet(packet)) {
+            if (packet == kPacketDivider) break;
+            note(survey.further, packet);
+            if (status == 0 && !skip_unread(packet)) return;
+        }
+    }
+}
+
+std::string damage_of(NidsInflated result) {
+    switch (result) {
+    case NidsInflated::done: break;
+    case NidsInflated::truncated: return "its compressed data end early";
+    case NidsInflated::damaged: return "its compressed data are damaged";
+    case NidsInflated::too_large: return "it is too large";
+    }
+    return {};
+}
+
+/// A count that says how long the message is, unless it is nonsense.
+std::size_t announced_bytes() {
+    constexpr int kHeaders = 120;
+    const int length = NIDS_get_mess().length;
+    return length >= kHeaders ? static_cast<std::size_t>(length) : 0;
+}
+
+std::string joined(const std::vector<int> &codes) {
+    constexpr int kFirstHexadecimal = 0x100; // as the format's documents write them
+    std::string text;
+    for (const int code : codes) {
+        if (!text.empty()) text += ", ";
+        text += code < kFirstHexadecimal ? format_text("%d", code)
+                                         : format_text("%04X", static_cast<unsigned>(code));
+    }
+    return text;
+}
+
+} // namespace
+
+NidsSurvey NIDS_survey(const NidsInfo &info) {
+    NidsSurvey survey;
+    const NidsExtent extent = NIDS_extent();
+    survey.bytes = extent.bytes;
+    survey.damage = damage_of(extent.result);
+    // What came whole out of its compression is whole, whatever length was written before compressing.
+    if (!extent.inflated) survey.bytes_announced = announced_bytes();
+
+    survey_layer(info.packet != 0 ? 1 : 0, survey);
+    survey_further_layers(survey);
+    return survey;
+}
+
+void NIDS_tell_survey(const NidsSurvey &survey, const NidsInfo &info, const std::string &name) {
+    if (!survey.complete()) {
+        std::string what = survey.damage;
+        const auto add = [&what](const std::string &part) { what += (what.empty() ? "" : ", ") + part; };
+        if (survey.bytes < survey.bytes_announced)
+            add(format_text("%zu of %zu bytes", survey.bytes, survey.bytes_announced));
+        if (survey.elements < survey.elements_announced)
+            add(format_text("%d of %d %s", survey.elements, survey.elements_announced,
+                            survey.radials ? "radials" : "rows"));
+        MESS_print(kWarn, "NIDS_open_file: Incomplete product, %s: %s\n", what.c_str(), name.c_str());
+    }
+    if (!survey.further.empty())
+        MESS_print(kMess, "NIDS_open_file: Packets of further layers, which are not drawn: %s\n",
+                   joined(survey.further).c_str());
+    if (!survey.undrawn.empty())
+        MESS_print(kWarn, "NIDS_open_file: Packets of product %d that are not drawn: %s: %s\n", info.code,
+                   joined(survey.undrawn).c_str(), name.c_str());
+    else if (info.packet == 0 && survey.complete())
+        MESS_print(kWarn, "NIDS_open_file: Product %d has no image to draw: %s\n", info.code, name.c_str());
+    else if (has_cells(info.packet) && !(info.domain.dx > 0))
+        MESS_print(kWarn, "NIDS_open_file: Product %d is not drawn, the size of its bins is not known: %s\n",
+                   info.code, name.c_str());
+}
