@@ -1,0 +1,44 @@
+/// The commands of the user guide that hold a window: it opens, shows its picture and ends with Return.
+
+#include <filesystem>
+
+#include "app/guide_commands.h"
+#include "window/window_program.h"
+
+namespace {
+
+class GuideWindow : public WindowProgram {};
+
+TEST_F(GuideWindow, CommandsWorkAsPrinted) {
+    std::filesystem::current_path(files_.path());
+    const std::string path =
+        std::filesystem::path(VYX_PROGRAM).parent_path().string() + ":" + std::getenv("PATH");
+    setenv("PATH", path.c_str(), 1);
+    ASSERT_EQ(std::system("make_samples samples"), 0);
+    int ran = 0;
+    for (const GuideBlock &block : guide_blocks()) {
+        if (!block.opens_window()) continue;
+        for (const std::string &command : guide_commands(block)) {
+            SCOPED_TRACE(command);
+            stop();
+            program_ = std::make_unique<Child>(std::vector<std::string>{"bash", "-c", "exec " + command},
+                                               files_.at("log"));
+            eye_ = std::make_unique<Onlooker>(server_->display());
+            ASSERT_TRUE(comes_true([this] { return eye_->window() != 0; }, kDeadline)) << log();
+            ASSERT_TRUE(comes_true([this] { return !is_plain(eye_->picture()); }, kDeadline)) << log();
+            point_at(200, 200); // windows are opened some way from the corner
+            // A key pressed while a picture is drawn is lost, so it is pressed again.
+            bool ended = false;
+            for (int attempt = 0; attempt < 10 && !ended; ++attempt) {
+                press("Return");
+                ended = comes_true([this] { return eye_->window() == 0; }, std::chrono::seconds(1));
+            }
+            ASSERT_TRUE(ended);
+            EXPECT_EQ(program_->wait_for_end(kDeadline), 0) << log();
+            ++ran;
+        }
+    }
+    EXPECT_GT(ran, 0);
+}
+
+} // namespace
