@@ -105,7 +105,7 @@ std::vector<MapPoint> meridian(float lon, float lat_spacing) {
     const int proj = MAP_get_proj();
     const bool stops = proj == kProjPolar || proj == kProjLambert || proj == kProjSatellite;
     const float end = stops ? std::floor(kPoleStop / lat_spacing) * lat_spacing : 90;
-    const int chords = static_cast<int>(std::ceil(2 * end / std::min(lat_spacing, kChordDegrees) - 0.001F));
+    const int chords = static_cast<int>(std::ceil(2 * end / kChordDegrees - 0.001F));
     std::vector<MapPoint> places;
     if (chords < 1) return places;
     const float step = 2 * end / static_cast<float>(chords);
