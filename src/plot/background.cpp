@@ -75,6 +75,9 @@ bool set_grid_attributes(std::string_view own) {
         ATTRIB_get("color_line", is_map ? "magenta:s4" : "red", record);
     else
         ATTRIB_parse(own, record);
+    // Nothing of the lines and texts before.
+    GPH_line_attr(nullptr);
+    GPH_text_attr(nullptr, 0);
     GPH_line_attr(&record);
     GPH_text_attr(&record, (is_map ? kLabelHeight : kDiagramLabelHeight) * MAP_get_vert());
     return record.color != kColorBackground;
@@ -82,7 +85,6 @@ bool set_grid_attributes(std::string_view own) {
 
 int draw_grid_item(std::string_view text) {
     const LatLonItem item = parse_latlon_item(text);
-    GPH_line_attr(nullptr);
     if (set_grid_attributes(item.attributes)) MAP_lines(item.lat_spacing, item.lon_spacing);
     return 0;
 }

@@ -49,6 +49,8 @@ constexpr std::array kPatterns{
     Pattern{"Pk", "proj,clat,clon"},
     Pattern{"c", "clat,clon"},
 };
+/// Six items may fit both of these.
+constexpr std::string_view kSpacingForm = "Pocd", kPointForm = "Pcnx";
 constexpr const char *kIdMessage = "id:###", *kRegionMessage = "reg:REG";
 
 bool is_id(std::string_view token) {
@@ -190,6 +192,20 @@ bool read_pattern(const Pattern &pattern, Tokens &tokens, PlotDomain &domain) {
     return true;
 }
 
+/// Six items with a longitude that could be a latitude: whole numbers are counts of points where spacings so
+/// unlike each other would only smear the plot.
+bool are_points(Tokens &tokens) {
+    constexpr float fewest = 2, most_unlike = 3;
+    float nx = 0, ny = 0, last = 0;
+    if (tokens.size() != 6 || !read_float(tokens[3], nx) || !read_float(tokens[4], ny) ||
+        !read_float(tokens[5], last))
+        return false;
+    const bool whole = nx == std::floor(nx) && ny == std::floor(ny) && nx >= fewest && ny >= fewest;
+    const bool unlike = ny > most_unlike * last || last > most_unlike * ny;
+    PlotDomain as_points;
+    return whole && unlike && read_pattern({kPointForm, nullptr}, tokens, as_points);
+}
+
 void print_pattern(const Tokens &tokens, const char *message) {
     MESS_print(kParsing, "%2d %s\n", static_cast<int>(tokens.size()), message);
 }
@@ -203,6 +219,7 @@ int decode_domain(std::string_view text, PlotDomain &domain, int depth) {
     MESS_print(kParsing, "******** PARSING DOMAIN: %d %s\n", static_cast<int>(tokens.size()),
                std::string(text).c_str());
     for (const Pattern &pattern : kPatterns) {
+        if (pattern.items == kSpacingForm && are_points(tokens)) continue;
         if (!read_pattern(pattern, tokens, domain)) continue;
         print_pattern(tokens, tokens.size() == 1 ? kIdMessage : pattern.message);
         return is_possible_domain(domain) ? kDomainExplicit : kDomainInvalid;

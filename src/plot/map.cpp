@@ -4,11 +4,12 @@
 #include <cmath>
 
 #include "graphics/kernel/kernel.h"
+#include "plot/projection/direction.h"
 #include "plot/projection/projection.h"
+#include "plot/projection/sphere.h"
 
 namespace {
 
-constexpr double kKmPerDegree = 111.195;
 constexpr float kGridMargin = 3; // grid lengths around the domain that still count as inside
 
 struct KnownProjection {
@@ -63,29 +64,6 @@ bool is_diagram(int code) {
 const MapProjection &derived(KnownProjection &known, const PlotDomain &domain) {
     if (!DOM_comp(known.domain, domain)) known = {domain, derive_projection(domain)};
     return known.projection;
-}
-
-double plane_angle(double x, double y) {
-    return x == 0 && y == 0 ? 0 : degrees(std::atan2(x, y));
-}
-
-/// Angle of true north on the plane of a polar stereographic projection, clockwise, taken off a direction.
-double polar_convergence(const ProjectionState &p, double x, double y) {
-    return p.hemisphere > 0 ? plane_angle(x, -y) : -plane_angle(x, y);
-}
-
-/// The geographic point `km` away by the flat-earth step; a missing latitude when there is no start.
-GeoPoint step_away(const GeoPoint &start, double azimuth, double km) {
-    if (start.lat == kMissingF) return {};
-    // At a pole any longitude will do, so long as it is a number.
-    const double shrink = std::max(std::abs(std::cos(radians(start.lat))), 1e-6);
-    return {start.lat + km * std::cos(radians(azimuth)) / kKmPerDegree,
-            start.lon + km * std::sin(radians(azimuth)) / (kKmPerDegree * shrink), true};
-}
-
-PlanePoint plane_step(float x, float y, double azimuth, double km) {
-    const GeoPoint place = step_away(unproject(state.projection, x, y), azimuth, km);
-    return place.visible ? project(state.projection, place.lat, place.lon) : PlanePoint{};
 }
 
 } // namespace
@@ -189,28 +167,23 @@ int MAP_in_grid_domain(float x, float y) {
 
 void MAP_offset(float &xo, float &yo, float x, float y, float azimuth, float km) {
     if (!has_transform(state.domain.proj)) return;
-    store(plane_step(x, y, azimuth, km), xo, yo);
+    PlanePoint reached;
+    if (const GeoPoint start = unproject(state.projection, x, y); start.lat != kMissingF) {
+        const SpherePoint end = SphereOrigin(start.lat, start.lon).towards(azimuth, km);
+        reached = project(state.projection, end.lat, end.lon);
+    }
+    store(reached, xo, yo);
 }
 
 float MAP_dir_adj(float direction, float x, float y) {
-    const ProjectionState &p = state.projection.state;
-    switch (state.domain.proj) {
-    case kProjPolar:
-        if (x == 0 && y == 0) return static_cast<float>(direction - p.hemisphere * p.lon0);
-        return static_cast<float>(direction - polar_convergence(p, x, y));
-    case kProjLambert: return static_cast<float>(direction - plane_angle(x, -p.hemisphere * y));
-    case kProjSatellite: {
-        const PlanePoint probe = plane_step(x, y, direction, 1);
-        return probe.visible ? static_cast<float>(plane_angle(probe.x - x, probe.y - y)) : kMissingF;
-    }
-    default: return direction;
-    }
+    if (!is_map_projection(state.domain.proj)) return direction;
+    return static_cast<float>(direction_on_plane(state.projection, direction, x, y).value_or(kMissingF));
 }
 
 float MAP_dir(float x1, float y1, float x2, float y2) {
-    double direction = plane_angle(static_cast<double>(x2) - x1, static_cast<double>(y2) - y1);
-    if (state.domain.proj == kProjPolar) direction += polar_convergence(state.projection.state, x1, y1);
-    return static_cast<float>(direction);
+    const double right = static_cast<double>(x2) - x1, up = static_cast<double>(y2) - y1;
+    if (!is_map_projection(state.domain.proj)) return static_cast<float>(degrees(std::atan2(right, up)));
+    return static_cast<float>(direction_from_north(state.projection, right, up, x1, y1).value_or(kMissingF));
 }
 
 float MAP_factor(float lat) {

@@ -31,11 +31,13 @@ int MAP_grid_tran(float &x, float &y, float i, float j);
 int MAP_grid_untran(float &i, float &j, float x, float y);
 /// 1 inside the limits widened by three grid lengths.
 int MAP_in_grid_domain(float x, float y);
-/// Plane point reached from (x, y) by `km` towards `azimuth` (degrees clockwise from north), flat-earth step.
+/// Plane point reached from (x, y) by `km` along the great circle that sets out towards `azimuth` (degrees
+/// clockwise from north); missing when either end is not shown.
 void MAP_offset(float &xo, float &yo, float x, float y, float azimuth, float km);
-/// Direction from true north at (x, y), turned to the plane's y axis. Not brought into [0, 360).
+/// Direction from true north at (x, y), turned to the plane's y axis. Not brought into [0, 360). Missing
+/// where a map projection shows no place.
 float MAP_dir_adj(float direction, float x, float y);
-/// Direction from true north of the plane segment from point 1 to point 2.
+/// Direction from true north, at point 1, of the plane segment from point 1 to point 2.
 float MAP_dir(float x1, float y1, float x2, float y2);
 /// Map scale factor at a latitude.
 float MAP_factor(float lat);

@@ -12,6 +12,7 @@
 #include "lib/byte_reader.h"
 #include "lib/scan.h"
 #include "plot/map.h"
+#include "plot/map_pen.h"
 #include "plot/map_reach.h"
 #include "plot/map_seam.h"
 
@@ -22,15 +23,14 @@ constexpr int kHeaderNumbers = 5; ///< bounding values and identifier, after the
 constexpr std::size_t kLongestNumber = 64, kTextHeader = (kHeaderNumbers + 1) * kLongestNumber;
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 
-/// A larger step in x between two neighbouring points crosses the seam of the projection, plane units.
+/// A larger step between two neighbouring points crosses the seam of the projection, plane units.
 constexpr float kSeamJump = 20;
 
 /// What no map means, and what would make the transforms turn for long.
 constexpr float kMaxLatitude = 91, kMaxLongitude = 1080;
 
-bool place(const MapPoint &point, Point &plane) {
-    if (!(std::abs(point.lat) <= kMaxLatitude && std::abs(point.lon) <= kMaxLongitude)) return false;
-    return MAP_tran(plane.x, plane.y, point.lat, point.lon) == 1;
+bool is_on_earth(const MapPoint &point) {
+    return std::abs(point.lat) <= kMaxLatitude && std::abs(point.lon) <= kMaxLongitude;
 }
 
 /// The visible pieces of one record.
@@ -43,30 +43,42 @@ public:
         piece_.clear();
     }
 
+    void to(const MapPoint &point) {
+        Point plane;
+        if (MAP_tran(plane.x, plane.y, point.lat, point.lon) == 1)
+            move_to(plane);
+        else
+            lift();
+    }
+
+private:
     void move_to(const Point &point) {
-        const float jump = piece_.empty() ? 0 : point.x - piece_.back().x;
-        if (std::abs(jump) > kSeamJump) {
-            if (const auto period = MAP_seam_period(point.y))
-                piece_.push_back({point.x - std::copysign(*period, jump), point.y});
+        const auto seam = piece_.empty() ? std::nullopt : MAP_seam_jump(piece_.back(), point, kSeamJump);
+        if (seam) {
+            if (*seam != 0) piece_.push_back({point.x - *seam, point.y});
             lift();
         }
         piece_.push_back(point);
     }
 
-private:
     MapStyle style_;
     std::vector<Point> piece_;
 };
 
-void draw_record(std::span<const MapPoint> points, OutlinePen &pen) {
-    for (const MapPoint &point : points) {
-        Point plane;
-        if (place(point, plane))
-            pen.move_to(plane);
-        else
-            pen.lift();
-    }
+template <typename Pen> void draw_record(std::span<const MapPoint> points, Pen &pen) {
+    for (const MapPoint &point : points) is_on_earth(point) ? pen.to(point) : pen.lift();
     pen.lift();
+}
+
+template <typename Pen> int draw_records(std::FILE *file, Pen &pen) {
+    MapReader reader(file);
+    const MapReach reach;
+    std::vector<MapPoint> points;
+    for (;;) {
+        const MapReader::Result result = reader.next(points);
+        if (result != MapReader::Result::record) return result == MapReader::Result::last ? 0 : -1;
+        if (!reach.misses(points)) draw_record(points, pen);
+    }
 }
 
 } // namespace
@@ -151,13 +163,11 @@ MapReader::Result MapReader::next_text(std::vector<MapPoint> &points) {
 
 int draw_map_file(std::FILE *file, MapStyle style) {
     if (!is_map_projection(MAP_get_proj())) return 1;
-    MapReader reader(file);
-    OutlinePen pen(style);
-    const MapReach reach;
-    std::vector<MapPoint> points;
-    for (;;) {
-        const MapReader::Result result = reader.next(points);
-        if (result != MapReader::Result::record) return result == MapReader::Result::last ? 0 : -1;
-        if (!reach.misses(points)) draw_record(points, pen);
+    if (MAP_get_proj() == kProjLambertAzim) {
+        // Lines sweep round the rim as they pass the antipode.
+        CurvePen pen(style == MapStyle::areas ? gfill_area : gpolyline, kSeamJump);
+        return draw_records(file, pen);
     }
+    OutlinePen pen(style);
+    return draw_records(file, pen);
 }

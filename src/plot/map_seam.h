@@ -3,7 +3,9 @@
 
 #include <optional>
 
-/// How far apart in x, in plane units, the two places of a point on the seam of the current projection are,
-/// at height y. 0 for projections without a seam; nothing where a line must end at the seam, since no shift
-/// joins its sides.
-std::optional<float> MAP_seam_period(float y);
+#include "graphics/core/types.h"
+
+/// Whether a line between two plane points of the current projection leaves it at one side and enters it at
+/// the other: neighbours farther apart than `longest`, plane units. Then how far apart in x the two places of
+/// a point on the seam are, signed as the jump is; 0 where no shift joins the sides and the line must end.
+std::optional<float> MAP_seam_jump(const Point &from, const Point &to, float longest);

@@ -209,6 +209,12 @@ int DOM_prompt_region(PlotDomain &domain, int mode) {
     return prompt_with_menu(domain);
 }
 
+void DOM_need_map(const PlotDomain &domain) {
+    if (is_map_projection(domain.proj)) return;
+    MESS_print(kWarn, "DOM_need_map: A size or a diagram is no map\n");
+    end_with_invalid_domain();
+}
+
 int DOM_get_grid_domain(PlotDomain &domain) {
     return decode_resource({"grid_domain", "region", "plot_domain"}, domain);
 }

@@ -15,6 +15,8 @@ int DOM_get_region(PlotDomain &domain, int mode);
 /// Interactive choice; 0 for "back" or when already chosen, -1 after five unusable answers.
 int DOM_prompt_region(PlotDomain &domain, int mode);
 int DOM_get_grid_domain(PlotDomain &domain);
+/// Ends the program as an invalid domain does, after a warning, unless the domain is a part of the earth.
+void DOM_need_map(const PlotDomain &domain);
 /// One line "name:plat:plon:p3:p4:p5,clat,clon,nx,ny,dx,dy" at a message level.
 void DOM_print(unsigned level, const PlotDomain &domain);
 /// Built-in region by abbreviation; 1, or 0 when there is none.

@@ -30,6 +30,7 @@ TEST(Program, HelpNamesEveryOption) {
 TEST(Program, StatusesAndMessages) {
     const ProgramRun run;
     run.product("n0r", samples::reflectivity(0));
+    run.product("vwp", samples::wind_profile(0));
     run.dir.write("text", "NOUS63 KLSX 041404\r\r\nFTMLSX\r\r\nMESSAGE DATE:  JAN 04 2022 14:04:57\n");
     run.dir.write("empty", "");
     const RunCase cases[]{
@@ -44,6 +45,9 @@ TEST(Program, StatusesAndMessages) {
         {"-ba -inp nids -de d n0r", 4, "", "GPH_begin: Error opening workstation\n"},
         {"-ba -inp nids -de m n0r", 4, "", "GPH_begin: Error opening workstation\n"},
         {"-ba -inp nids -pd 99,99,99 n0r", 43, "", "DOM_decode: Invalid plot domain\nInvalid domain\n"},
+        {"-ba -inp nids -de p,a.ps -pd size,640,480 n0r", 43, "", "is no map\nInvalid domain\n"},
+        {"-ba -inp nids -de p,a.ps -pd zoom,40,-90 n0r", 43, "", "is no map\nInvalid domain\n"},
+        {"-ba -inp nids -de p,a.ps -pd us vwp", 0, "", "the plot domain is not used\n"},
         {"-ba -inp nids -re nowhere n0r", 43, "", "Invalid domain\n"},
         {"-ba -inp nids -de p,/dev/full n0r", 1, "", "gps_close: Error writing postscript file: /dev/full\n"},
         {"-ba -inp nids -de p,/dev/null/x.ps n0r", 4, "", "gopen_ws: unable to open postscript file\n"},

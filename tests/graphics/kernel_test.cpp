@@ -102,6 +102,23 @@ TEST_F(KernelTest, MarkersAreDrawnInDeviceUnits) {
     EXPECT_EQ(occurrences(page, "stroke\n"), 4U);
 }
 
+/// The triangle stands on its base, its inverse on its tip: on a page as in a window.
+TEST_F(KernelTest, MarkersStandUprightOnAPage) {
+    open();
+    use_points();
+    gset_marker_size(2.5F);
+    mark();
+    gset_marker_type(7);
+    GPH_mark(100, 100);
+    gset_marker_type(9);
+    GPH_mark(200, 200);
+    const std::string page = written();
+    EXPECT_NE(page.find("np\n91.00 91.00 mv\n109.00 91.00 ln\n100.00 109.00 ln\n91.00 91.00 ln\n"),
+              std::string::npos);
+    EXPECT_NE(page.find("np\n191.00 209.00 mv\n209.00 209.00 ln\n200.00 191.00 ln\n191.00 209.00 ln\n"),
+              std::string::npos);
+}
+
 TEST_F(KernelTest, UnusableNumbersNeverReachThePage) {
     open();
     mark();

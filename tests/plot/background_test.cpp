@@ -4,6 +4,8 @@
 #include <cmath>
 #include <set>
 
+#include "graphics/core/state.h"
+#include "graphics/text/font.h"
 #include "lib/stream.h"
 #include "plot/drawing_fixture.h"
 #include "plot/map_file.h"
@@ -25,6 +27,15 @@ protected:
     /// A map whose one line lies at this latitude, so that it is known again when drawn.
     void write_marked_map(const std::string &name, float lat) const {
         write_map(name, {{{lat, -101}, {lat, -99}}});
+    }
+    /// The longest step, across or up, from point to point of what was drawn.
+    static float longest_step() {
+        float longest = 0;
+        for (const Line &line : lines())
+            for (std::size_t i = 1; i < line.size(); ++i)
+                longest = std::max(
+                    {longest, std::abs(line[i].x - line[i - 1].x), std::abs(line[i].y - line[i - 1].y)});
+        return longest;
     }
     /// The latitudes of what a pass draws on a latitude-longitude map.
     std::vector<float> drawn_latitudes(int mask) const {
@@ -224,7 +235,47 @@ TEST_F(BackgroundTest, LinesEndAtTheGapOfACone) {
     EXPECT_EQ(lines()[1].size(), 2U);
     forget();
     MAP_lines(10, 10);
-    for (const Line &chord : lines()) EXPECT_LE(std::abs(chord[1].x - chord[0].x), 50.0F);
+    EXPECT_LE(longest_step(), 10.0F);
+}
+
+/// Everything that the antipode of an equal-area map tears: parallels that sweep round the rim, a coast that
+/// passes north of the antipode and one that passes east of it, rings around a radar there.
+TEST_F(BackgroundTest, NothingIsDrawnAcrossAnAzimuthalMap) {
+    const auto passing = [](float lat, float lon, float lat_step, float lon_step) {
+        MapLine line;
+        for (int i = -20; i <= 20; ++i)
+            line.emplace_back(lat + static_cast<float>(i) * lat_step, lon + static_cast<float>(i) * lon_step);
+        return line;
+    };
+    write_map("a.map", {passing(-39.6F, 83, 0, 0.3F), passing(-40, 83.4F, 0.3F, 0)});
+    for (const int proj : {kProjLambertAzim, kProjOrtho, kProjPolar, kProjSatellite}) {
+        PlotDomain globe = degrees(40, -97, 270, 270);
+        globe.proj = proj;
+        MAP_setup(globe);
+        forget();
+        MAP_process("a.map");
+        EXPECT_LE(longest_step(), 20.0F) << proj;
+        EXPECT_EQ(lines().size(), proj == kProjLambertAzim ? 2U : 0U) << proj;
+        forget();
+        MAP_lines(10, 10);
+        EXPECT_LE(longest_step(), 10.0F) << proj;
+        EXPECT_GT(lines().size(), 30U) << proj;
+    }
+    MAP_setup(degrees(0, 0, 360, 180));
+    forget();
+    MAP_draw_circle(179, 60, 300);
+    ASSERT_EQ(lines().size(), 3U);
+    EXPECT_LE(longest_step(), 2.0F);
+    EXPECT_GT(lines()[0].back().x, 180) << "over the seam";
+    EXPECT_LT(lines()[1].front().x, -180);
+    PlotDomain far = degrees(40, -97, 270, 270);
+    far.proj = kProjLambertAzim;
+    MAP_setup(far);
+    forget();
+    Point radar;
+    MAP_tran(radar.x, radar.y, -41, 84);
+    MAP_draw_circle(radar.x, radar.y, 300);
+    EXPECT_LE(longest_step(), 50.0F);
 }
 
 TEST_F(BackgroundTest, HiddenPointsBreakLines) {
@@ -253,11 +304,12 @@ TEST_F(BackgroundTest, LatitudeLinesAreLabelledWhereTheyCrossTheLeftEdge) {
     EXPECT_TRUE(at_left.contains("20N"));
     EXPECT_TRUE(at_left.contains("EQ"));
     EXPECT_FALSE(at_left.contains("80N"));
-    for (const Line &chord : lines()) EXPECT_EQ(chord.size(), 2U);
 
     EXPECT_EQ(MAP_lines(kMissingF, 10), -1);
     EXPECT_EQ(MAP_lines(10, kMissingF), -1);
     EXPECT_EQ(MAP_lines(0, 10), -1);
+    EXPECT_EQ(errors_of([] { EXPECT_EQ(MAP_lines(1, 0.01F), -1); }),
+              "MAP_lines: Lines less than 0.05 degrees apart are not drawn\n");
 }
 
 TEST_F(BackgroundTest, MeridiansAreLabelledAtTheBottomAndRepeated) {
@@ -271,7 +323,61 @@ TEST_F(BackgroundTest, MeridiansAreLabelledAtTheBottomAndRepeated) {
     }
     EXPECT_EQ(at_bottom, (std::multiset<std::string>{"90E", "90W", "PM"})); // the date line is the edge
     EXPECT_EQ(all.count("PM"), 6U); // bottom edge, and 0, 30 and 60 north and south
-    for (const Line &chord : lines()) EXPECT_LE(std::abs(chord[1].x - chord[0].x), 2.6F);
+    EXPECT_LE(longest_step(), 2.6F);
+    // Each line in one piece, so that its dashes run on: five parallels, four meridians, all in small steps.
+    EXPECT_EQ(lines().size(), 9U);
+}
+
+/// With a font, so that labels have widths: none covers another, and what is left is regular.
+TEST_F(BackgroundTest, LabelsTellFractionsAndDoNotCollide) {
+    RES_put("file_path", VYX_SOURCE_DIR "/data");
+    gsetup_fonts();
+    const struct {
+        PlotDomain domain;
+        float lat_spacing, lon_spacing;
+        int extra;
+        std::vector<std::string> shown, left_out;
+    } cases[]{
+        {degrees(40, -97, 60, 36), 1, 1, 0, {"96W", "100W", "28N"}, {"99W", "101W"}},
+        {degrees(38, -90, 3, 2), 0.5F, 0.125F, 0, {"37.5N", "38N", "90W", "89.5W"}, {"89.875W", "89.625W"}},
+        {polar(90, 0, 25, 25, 4), 10, 5, 20, {"PM", "60N"}, {}},
+        {degrees(0, 0, 360, 180), 15, 30, 30, {"PM", "EQ", "30E", "30N"}, {"DL"}}};
+    for (const auto &c : cases) {
+        MAP_setup(c.domain);
+        MAP_latlon(0, c.extra, 0, 0);
+        forget();
+        gset_char_ht(0.018F * MAP_get_vert());
+        MAP_lines(c.lat_spacing, c.lon_spacing);
+        const std::vector<DrawnText> labels = texts();
+        const auto has = [&](const std::string &text) {
+            return std::ranges::count(labels, text, &DrawnText::text) > 0;
+        };
+        for (const std::string &text : c.shown) EXPECT_TRUE(has(text)) << text;
+        for (const std::string &text : c.left_out) EXPECT_FALSE(has(text)) << text;
+        const float height = 0.018F * MAP_get_vert();
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            for (std::size_t k = 0; k < i; ++k) {
+                const auto &[a, b] = std::pair(labels[i], labels[k]);
+                const bool apart =
+                    std::abs(a.place.y - b.place.y) >= height / 2 ||
+                    std::abs(a.place.x - b.place.x) > (gtext_width(a.text) + gtext_width(b.text)) / 2;
+                EXPECT_TRUE(apart) << a.text << " and " << b.text;
+            }
+        }
+    }
+}
+
+TEST_F(BackgroundTest, LatLonLinesHaveAWidthOfTheirOwn) {
+    write_marked_map("a.map", 41);
+    MAP_setup(degrees(40, -100, 40, 20));
+    MAP_latlon(0, 0, 10, 10);
+    RES_put("map_file", "a.map:red:w4");
+    MAP_draw(kMapOverlay);
+    EXPECT_LE(gstate().line.width, 1.0F);
+    RES_put("map_file", "a.map:red:w4,lalo:10:blue:w2");
+    MAP_latlon(0, 0, 0, 0);
+    MAP_draw(kMapOverlay);
+    EXPECT_EQ(gstate().line.width, 2.0F);
 }
 
 TEST_F(BackgroundTest, LatLonItemTakesSpacingsAndAttributes) {

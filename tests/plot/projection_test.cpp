@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -79,8 +80,9 @@ TEST(Projection, ForwardAndInverseUndoEachOther) {
     northern_cone.p3 = -30; // opens to the south although the domain lies in the north
     northern_cone.p4 = -10;
     PlotDomain scan = domain_of(kProjSatellite, 0, -75), tangent = domain_of(kProjSatellite, 0, 140);
+    PlotDomain sphere_scan = domain_of(kProjSatellite, 0, -75), sphere = domain_of(kProjSatellite, 0, 140);
     scan.ellipsoid = tangent.ellipsoid = 1;
-    scan.p4 = 1;
+    scan.p4 = sphere_scan.p4 = 1;
     const PlotDomain domains[] = {domain_of(kProjPolar, 40, -97),
                                   domain_of(kProjPolar, -60, 170),
                                   domain_of(kProjLatLon, 0, 170),
@@ -98,7 +100,9 @@ TEST(Projection, ForwardAndInverseUndoEachOther) {
                                   domain_of(kProjLambertAzim, -90, 10),
                                   domain_of(kProjLambertAzim, 0, 0),
                                   scan,
-                                  tangent};
+                                  tangent,
+                                  sphere_scan,
+                                  sphere};
     for (const PlotDomain &d : domains) {
         install(d);
         int visible = 0;
@@ -115,8 +119,9 @@ TEST(Projection, ForwardAndInverseUndoEachOther) {
                     continue;
                 float lat2 = 0, lon2 = 0;
                 ASSERT_EQ(MAP_untran(lat2, lon2, p.x, p.y), 1) << d.proj << " " << lat << " " << lon;
-                EXPECT_LT(arc(lat, lon, lat2, lon2), 0.004) << d.proj << " " << d.plat << ": " << lat << " "
-                                                            << lon << " came back as " << lat2 << " " << lon2;
+                EXPECT_LT(arc(lat, lon, lat2, lon2), d.proj == kProjSatellite ? 0.001 : 0.004)
+                    << d.proj << " " << d.plat << ": " << lat << " " << lon << " came back as " << lat2 << " "
+                    << lon2;
                 ++visible;
             }
         }
@@ -258,41 +263,133 @@ TEST(Map, LimitsSurroundTheTransformedCentre) {
     EXPECT_EQ(MAP_in_grid_domain(limits.xmax + 7.0F, yc), 0);
 }
 
-TEST(Map, DirectionsFollowTheMeridians) {
+TEST(Map, DirectionsAtPolesAndOffTheEarth) {
     install(domain_of(kProjPolar, 90, -97));
     const Plane south = tran(40, -97);
     EXPECT_NEAR(MAP_dir_adj(0, south.x, south.y), 0, 1e-4);
-    // North of the pole's east side points to the left on the plot.
-    for (const int proj : {kProjPolar, kProjLambert}) {
-        install(domain_of(proj, 40, -97));
-        const Plane from = tran(40, -70), to = tran(40.5F, -70);
-        const double drawn = std::atan2(to.x - from.x, to.y - from.y) / kDegree;
-        EXPECT_LT(drawn, -15);
-        EXPECT_NEAR(MAP_dir_adj(0, from.x, from.y), drawn, 0.01) << proj;
-    }
     install(domain_of(kProjPolar, -90, 30));
-    const Plane from = tran(-40, 70), to = tran(-39.5F, 70);
-    const double drawn = std::atan2(to.x - from.x, to.y - from.y) / kDegree;
-    EXPECT_NEAR(MAP_dir_adj(0, from.x, from.y), drawn, 0.01);
-    EXPECT_NEAR(MAP_dir(from.x, from.y, to.x, to.y), 0, 0.01);
     EXPECT_NEAR(MAP_dir_adj(10, 0, 0), 40, 1e-4); // at the pole itself
-
-    PlotDomain satellite = domain_of(kProjSatellite, 0, -75);
-    satellite.ellipsoid = 1;
-    install(satellite);
+    install(domain_of(kProjSatellite, 0, -75));
     const Plane below = tran(0, -75);
-    EXPECT_NEAR(MAP_dir_adj(90, below.x, below.y), 90, 0.5);
-    EXPECT_EQ(MAP_dir_adj(0, 300, 300), kMissingF);
+    EXPECT_NEAR(MAP_dir_adj(90, below.x, below.y), 90, 0.01);
+    for (const int proj : {kProjSatellite, kProjOrtho, kProjLambertAzim}) {
+        install(domain_of(proj, 0, -75));
+        EXPECT_EQ(MAP_dir_adj(0, 300, 300), kMissingF) << proj;
+    }
     install(domain_of(kProjMercator, 0, 0));
     EXPECT_EQ(MAP_dir_adj(33, 5, 5), 33);
 }
 
-TEST(Map, OffsetsAndFactors) {
+namespace {
+
+/// All nine map projections on both hemispheres, with what turns their formulas round.
+std::vector<PlotDomain> domains_of_the_earth() {
+    std::vector<PlotDomain> domains;
+    for (const float lat : {41.0F, -33.0F})
+        for (int proj = kProjPolar; proj <= kProjSatellite; ++proj)
+            domains.push_back(domain_of(proj, proj == kProjSatellite ? 0 : lat, lat > 0 ? -97.5F : 150.0F));
+    PlotDomain cone = domain_of(kProjLambert, -27, 134); // southern latitudes, given as such
+    cone.p3 = -18;
+    cone.p4 = -36;
+    domains.push_back(cone);
+    cone = domain_of(kProjLambert, 10, -100); // opens to the south although the domain lies in the north
+    cone.p3 = -30;
+    cone.p4 = -10;
+    domains.push_back(cone);
+    PlotDomain satellite = domain_of(kProjSatellite, 0, 140);
+    satellite.ellipsoid = 1;
+    satellite.p4 = 1;
+    domains.push_back(satellite);
+    domains.push_back(domain_of(kProjGnomonic, -90, 0));
+    domains.push_back(domain_of(kProjLambertAzim, 90, 0));
+    domains.push_back(domain_of(kProjOrtho, 90, 10));
+    return domains;
+}
+
+struct Place {
+    double lat, lon;
+};
+
+/// By spherical trigonometry with an angle at the pole, another way than the program goes.
+Place reached(const Place &from, double azimuth, double km) {
+    const double arc_angle = km / 6371.22, a = azimuth * kDegree, lat = from.lat * kDegree;
+    const double sine =
+        std::sin(lat) * std::cos(arc_angle) + std::cos(lat) * std::sin(arc_angle) * std::cos(a);
+    const double turn = std::atan2(std::sin(a) * std::sin(arc_angle) * std::cos(lat),
+                                   std::cos(arc_angle) - std::sin(lat) * sine);
+    return {std::asin(sine) / kDegree, from.lon + turn / kDegree};
+}
+
+Plane tran(const Place &place) {
+    return tran(static_cast<float>(place.lat), static_cast<float>(place.lon));
+}
+
+double turn_between(double a, double b) {
+    return std::abs(std::remainder(a - b, 360));
+}
+
+} // namespace
+
+TEST(Map, DirectionsAreThoseOfStepsOnTheEarth) {
+    constexpr double step_km = 10;
+    for (const PlotDomain &d : domains_of_the_earth()) {
+        install(d);
+        const double reach =
+            d.proj == kProjSatellite || d.proj == kProjOrtho || d.proj == kProjGnomonic ? 70 : 150;
+        int places = 0;
+        for (double lat = -72; lat <= 72; lat += 9) {
+            for (double lon = -170; lon < 190; lon += 23) {
+                if (arc(lat, lon, d.plat, d.plon) > reach) continue;
+                const Place place{lat, lon};
+                const Plane here = tran(place);
+                ASSERT_EQ(here.status, 1);
+                for (const double azimuth : {0.0, 40.0, 90.0, 170.0, 225.0, 300.0}) {
+                    const Plane ahead = tran(reached(place, azimuth, step_km)),
+                                behind = tran(reached(place, azimuth + 180, step_km));
+                    const double x = ahead.x - behind.x, y = ahead.y - behind.y;
+                    if (std::abs(x) > 20) continue; // at the seam
+                    const double drawn = std::atan2(x, y) / kDegree;
+                    const float found = MAP_dir_adj(static_cast<float>(azimuth), here.x, here.y);
+                    ASSERT_LT(turn_between(found, drawn), 0.1)
+                        << d.proj << " " << d.plat << ": " << lat << " " << lon << " towards " << azimuth;
+                    const float back =
+                        MAP_dir(here.x, here.y, here.x + static_cast<float>(std::sin(found * kDegree)),
+                                here.y + static_cast<float>(std::cos(found * kDegree)));
+                    ASSERT_LT(turn_between(back, azimuth), 0.1) << d.proj << " " << lat << " " << lon;
+                    ++places;
+                }
+            }
+        }
+        EXPECT_GT(places, 300) << d.proj << " " << d.plat;
+    }
+}
+
+/// As far as the earth is shown, and to the far end of a radar's reach.
+TEST(Map, OffsetsKeepTheirDistanceInEveryProjection) {
+    for (const PlotDomain &d : domains_of_the_earth()) {
+        install(d);
+        for (const Place &radar :
+             {Place{d.plat * 0.9 + 3, d.plon + 4.0}, Place{d.plat * 0.5 + 9, d.plon - 21.0}}) {
+            const Plane here = tran(radar);
+            for (const double km : {55.56, 333.36, 460.0}) {
+                for (double azimuth = 0; azimuth < 360; azimuth += 7.5) {
+                    float x = 0, y = 0, lat = 0, lon = 0;
+                    MAP_offset(x, y, here.x, here.y, static_cast<float>(azimuth), static_cast<float>(km));
+                    MAP_untran(lat, lon, x, y);
+                    ASSERT_NEAR(arc(radar.lat, radar.lon, lat, lon) * kDegree * 6371.22, km, 0.1)
+                        << d.proj << " " << d.plat << " towards " << azimuth;
+                    const Place end = reached(radar, azimuth, km);
+                    ASSERT_LT(arc(end.lat, end.lon, lat, lon) * kDegree * 6371.22, 0.1)
+                        << d.proj << " " << d.plat << " towards " << azimuth;
+                }
+            }
+        }
+    }
+}
+
+TEST(Map, OffsetsAndFactorsAtThePoles) {
     install(domain_of(kProjLatLon, 0, 0));
     float x = 0, y = 0;
-    MAP_offset(x, y, 10, 60, 90, 111.195F);
-    EXPECT_NEAR(x, 12, 1e-4);
-    EXPECT_NEAR(y, 60, 1e-4);
     MAP_offset(x, y, 10, 90, 90, 100);
     EXPECT_TRUE(std::isfinite(x) && std::isfinite(y));
     EXPECT_EQ(MAP_factor(40), 1);

@@ -77,6 +77,15 @@ TEST_F(Region, DomainStringPatterns) {
         {"id:KXYZ", kProjPolar, none, 38.5F, -90.5F, 25, 17, 1.2F, 1.2F},
         {"id:sao.cty:kxyz,0.5", kProjPolar, none, 38.5F, -90.5F, 25, 17, 0.5F, 0.5F},
         {"lc,id:KXYZ,50,40,0.6", kProjLambert, none, 38.5F, -90.5F, 50, 40, 0.6F, 0.6F},
+        // Six items that fit two forms: Chicago and Berlin by points, the others by spacings.
+        {"lc,41.6,-88.08,31,21,0.25", kProjLambert, none, 41.6F, -88.08F, 31, 21, 0.25F, 0.25F},
+        {"me,52.5,13.4,50,40,0.1", kProjMercator, none, 52.5F, 13.4F, 50, 40, 0.1F, 0.1F},
+        {"ll,10,20,30,2,9", kProjLatLon, none, 10, 20, 30, 2, 9, 9},
+        {"ll,10,50,20,6,2", kProjLatLon, 10, 50, 20, 25, 17, 6, 2},
+        {"lc,10,50,20.5,21,0.25", kProjLambert, 10, 50, 20.5F, 25, 17, 21, 0.25F},
+        {"lc,10,50,20,1,0.25", kProjLambert, 10, 50, 20, 25, 17, 1, 0.25F},
+        {"lc,10,50,-20,21,0.25", kProjLambert, 10, 50, -20, 25, 17, 21, 0.25F},
+        {"lc,100,50,30,21,0.25", kProjLambert, 100, 50, 30, 25, 17, 21, 0.25F},
         {"lc,-90,id:KXYZ,0.6,0.7", kProjLambert, -90, 38.5F, -90.5F, 25, 17, 0.6F, 0.7F},
     };
     for (const auto &c : cases) {

@@ -199,6 +199,53 @@ TEST_F(NidsPlot, WatchesAreReadBesideOtherVariables) {
     EXPECT_EQ(WATCH_boxes().size(), 1U);
 }
 
+/// A storm, its ring and its track at 180 nautical miles, on maps that are true to the radar's circles
+/// nowhere.
+TEST_F(NidsPlot, StormsAndRingsLieOnTheirEcho) {
+    constexpr std::size_t echo_bin = 166; // of 1.08 nautical miles: 179.3 to 180.4
+    samples::Level3Product p = product(20);
+    for (unsigned i = 0; i < p.thresholds.size(); ++i) p.thresholds[i] = 5 * i;
+    std::vector<std::uint8_t> bins(200, 0);
+    bins[echo_bin] = 9;
+    p.packets.push_back(samples::radial_packet({59.5, 1, {bins}}));
+    p.pages.push_back(
+        {samples::text_packet(1, 0, 1, " STM ID  AZ/RAN TVS  MDA  POSH/POH/MX SIZE VIL"),
+         samples::text_packet(1, 0, 11,
+                              "    M9   60/180 TVS     3   60/100/ 1.50    47  62  6.3  26.9  240/ 50  ")});
+    RES_put("variable", "comp,track");
+    RES_put("plot_param", "dist=180");
+    open(p);
+    NIDS_plot_param();
+    const auto between = [](const Point &a, const Point &b) { return std::hypot(a.x - b.x, a.y - b.y); };
+    for (const int proj : {kProjLatLon, kProjLambert, kProjOrtho, kProjMercator, kProjPolar}) {
+        PlotDomain domain = degrees(38.7F, -90.7F, 12, 12);
+        domain.proj = proj;
+        SCOPED_TRACE(proj);
+        const std::vector<CellCorners> beam = cells(domain);
+        ASSERT_EQ(beam.size(), bins.size());
+        const CellCorners &echo = beam[echo_bin];
+        const Point middle{(echo[0].x + echo[2].x) / 2, (echo[0].y + echo[2].y) / 2};
+        const float km = between(echo[0], echo[1]) / (1.08F * kKmPerNauticalMile); // plane units of one
+        forget();
+        ASSERT_EQ(NIDS_plot_data(), 0);
+        const std::vector<Line> storms = drawn(ObjectType::polymarker);
+        ASSERT_FALSE(storms.empty());
+        for (const Line &marker : storms) EXPECT_LT(between(marker[0], middle), 0.5F * km);
+        const std::vector<Line> all = lines();
+        const auto ring = std::ranges::find(all, 49U, &Line::size);
+        ASSERT_NE(ring, all.end());
+        EXPECT_LT(between((*ring)[8], middle), 0.5F * km) << "towards 60 degrees";
+        // Two hours at 50 knots, away from where the storm comes from.
+        Point end;
+        MAP_offset(end.x, end.y, middle.x, middle.y, 60, 100 * kKmPerNauticalMile);
+        const auto tip = std::ranges::find_if(all, [&](const Line &line) {
+            return line.size() == 2 && between(line[0], middle) < 0.5F * km && between(line[1], end) < km;
+        });
+        EXPECT_NE(tip, all.end());
+        NIDS_rewind_file();
+    }
+}
+
 /// A file cut anywhere, and one with any byte changed, is refused or drawn as far as it goes.
 TEST_F(NidsPlot, PagesOfDamagedProductsAreDrawnAsFarAsTheyGo) {
     samples::Level3Product p = radials(12);

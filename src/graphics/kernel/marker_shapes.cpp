@@ -27,9 +27,9 @@ constexpr std::array kShapes{MarkerShape{},
                              MarkerShape{{kCircle}},
                              MarkerShape{{kRising, kFalling}},
                              MarkerShape{{kSquare}},
-                             MarkerShape{{kTriangle}},
+                             MarkerShape{{kTriangle}, true, true},
                              MarkerShape{{kPoint}},
-                             MarkerShape{{kInverted}}};
+                             MarkerShape{{kInverted}, true, true}};
 
 } // namespace
 

@@ -53,11 +53,12 @@ bool markers_outside(std::span<const Point> points, float half) {
 
 void stroke_marker(const MarkerShape &shape, const Point &center, float half) {
     const float unit = shape.scaled ? half : 1;
+    const float upwards = shape.upright ? -unit : unit;
     for (const std::span<const Point> path : shape.paths) {
         if (path.empty()) continue;
         std::array<Point, 13> device;
         std::transform(path.begin(), path.end(), device.begin(), [&](const Point &p) {
-            return Point{center.x + p.x * unit, center.y + p.y * unit};
+            return Point{center.x + p.x * unit, center.y + p.y * upwards};
         });
         gps_stroke(std::span<const Point>(device.data(), path.size()));
     }

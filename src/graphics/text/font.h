@@ -24,3 +24,5 @@ const std::string &gget_def_font();
 
 /// Width in world units that `text` takes with the current text attributes.
 float gtext_width(std::string_view text);
+/// Height in world units of its capitals.
+float gtext_height();

@@ -147,6 +147,10 @@ void draw_stroke_text(const StrokeFont &font, std::string_view string, const Poi
     }
 }
 
+float gtext_height() {
+    return gstate().text.height;
+}
+
 float gtext_width(std::string_view string) {
     const TextState &attributes = gstate().text;
     if (has_window_font()) {

@@ -23,9 +23,9 @@ struct ProjectionState {
     double cone = 1;          ///< cone constant of the conic, negative when it opens to the south
     bool ellipsoid = false;   ///< satellite view
     bool scan_angles = false; ///< plane coordinates are scan angles, else their tangents
-    double distance = 0, distance2 = 0, distance4 = 0; ///< satellite from the earth's centre, and powers
-    double tangent2 = 0;    ///< square of the tangent from the satellite to the equator
-    double limb_cosine = 0; ///< cosine of the central angle at which the limb lies
+    double distance = 0;      ///< satellite from the earth's centre
+    double tangent2 = 0;      ///< square of the tangent from the satellite to the equator
+    double limb_cosine = 0;   ///< cosine of the central angle at which the limb lies
     double xmin = 0, ymin = 0, xfactor = 1, yfactor = 1; ///< linear diagrams
 };
 

@@ -62,9 +62,7 @@ void CellFiller::set_ink(std::uint8_t level) {
 
 CellFrame::CellFrame(const PlotDomain &product, float lat, float lon) : CellFrame(product) {
     around_radar_ = true;
-    sin_lat_ = std::sin(lat * kDegree);
-    cos_lat_ = std::cos(lat * kDegree);
-    lon_ = lon;
+    radar_ = SphereOrigin(lat, lon);
 }
 
 CellFrame::CellFrame(const PlotDomain &product)
@@ -72,16 +70,9 @@ CellFrame::CellFrame(const PlotDomain &product)
       direct_(DOM_comp_proj(product, plot_) == 1) {}
 
 Point CellFrame::plot_of_radar_point(const Point &grid) const {
-    const double x = grid.x;
-    const double y = grid.y;
-    const double range = std::hypot(x, y);
-    const double arc = range / kEarthRadius;
-    const double shrink = range > 0 ? std::sin(arc) / range : 1.0 / kEarthRadius;
-    const double cos_arc = std::cos(arc);
-    const double lat = std::asin(std::clamp(cos_arc * sin_lat_ + y * shrink * cos_lat_, -1.0, 1.0));
-    const double east = std::atan2(x * shrink, cos_lat_ * cos_arc - y * shrink * sin_lat_);
+    const SpherePoint place = radar_.at(grid.x, grid.y);
     Point plane{kMissingF, kMissingF};
-    MAP_tran(plane.x, plane.y, static_cast<float>(lat / kDegree), static_cast<float>(lon_ + east / kDegree));
+    MAP_tran(plane.x, plane.y, static_cast<float>(place.lat), static_cast<float>(place.lon));
     return plane;
 }
 
@@ -110,7 +101,8 @@ void CellFrame::line(const Point &start, const Point &step, std::span<Point> out
         out[next] = to_plot(grid_point(next));
         const Point a = out[knot];
         const Point b = out[next];
-        const bool torn = is_missing(a.x) || is_missing(b.x) || std::abs(b.x - a.x) > kWidestCell;
+        const bool torn = is_missing(a.x) || is_missing(b.x) || std::abs(b.x - a.x) > kWidestCell ||
+                          std::abs(b.y - a.y) > kWidestCell;
         for (std::size_t i = knot + 1; i < next; ++i) {
             const float part = static_cast<float>(i - knot) / static_cast<float>(next - knot);
             out[i] =
@@ -125,11 +117,12 @@ bool CellFrame::shows(const CellCorners &c) const {
     const auto [x_low, x_high] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
     if (x_high < window_.xmin || x_low > window_.xmax || x_high - x_low > kWidestCell) return false;
     const auto [y_low, y_high] = std::minmax({c[0].y, c[1].y, c[2].y, c[3].y});
-    return y_high >= window_.ymin && y_low <= window_.ymax;
+    return y_high >= window_.ymin && y_low <= window_.ymax && y_high - y_low <= kWidestCell;
 }
 
 bool CellFrame::shows_all(std::span<const Point> points) const {
-    if (window_.width() > kWidestCell) return false; // then a seam may tear cells inside the window
+    if (window_.width() > kWidestCell || window_.height() > kWidestCell)
+        return false; // then a seam may tear cells inside the window
     Point low = points.front(), high = low;
     for (const Point &p : points) {
         low = {std::min(low.x, p.x), std::min(low.y, p.y)};

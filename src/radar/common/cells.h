@@ -11,6 +11,7 @@
 #include "graphics/core/types.h"
 #include "graphics/devices/raster_types.h"
 #include "plot/domain.h"
+#include "plot/projection/sphere.h"
 
 inline constexpr std::size_t kCellLevels = 256;
 /// A cell outline: four corners, closed by repeating the first.
@@ -81,7 +82,7 @@ private:
     Rect window_; ///< of the plot, plot plane
     bool around_radar_ = false;
     bool direct_ = true;
-    double sin_lat_ = 0, cos_lat_ = 0, lon_ = 0; ///< of the radar; longitude in degrees
+    SphereOrigin radar_;
 };
 
 /// The bins of one radial.

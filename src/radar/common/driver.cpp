@@ -17,6 +17,7 @@
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/map_settings.h"
+#include "plot/region.h"
 
 namespace {
 
@@ -169,7 +170,13 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     if (first.empty()) VYX_exit(kExitNoFile);
     const PlotDomain product = steps.product_domain();
     // A product without a place on the earth (a wind profile) has only its own screen to stand on.
-    if (is_missing(domain.proj) || !is_map_projection(product.proj)) domain = product;
+    const bool own_screen = !is_map_projection(product.proj);
+    if (own_screen && !is_missing(domain.proj))
+        MESS_print(kWarn, "RADAR_plot: The product has a screen of its own, the plot domain is not used\n");
+    if (is_missing(domain.proj) || own_screen)
+        domain = product;
+    else
+        DOM_need_map(domain);
 
     PLT_open(DOM_aspect(domain));
     listen(steps);

@@ -10,6 +10,7 @@
 #include "plot/attribute.h"
 #include "plot/levels.h"
 #include "plot/map.h"
+#include "plot/projection/sphere.h"
 #include "plot/session.h"
 #include "plot/watch.h"
 #include "plot/wind.h"
@@ -107,12 +108,14 @@ void read_pages(const ExtrasInk &ink, bool draw, NidsStormReader &storms) {
     MAP_setup(plot);
 }
 
-std::vector<PlacedStorm> place_storms(const std::vector<NidsStorm> &storms, const Point &radar) {
+/// Storms lie on their echo: on the same great circles as the cells.
+std::vector<PlacedStorm> place_storms(const std::vector<NidsStorm> &storms, const SphereOrigin &radar) {
     std::vector<PlacedStorm> placed;
     for (const NidsStorm &storm : storms) {
-        Point place{kMissingF, kMissingF};
-        MAP_offset(place.x, place.y, radar.x, radar.y, storm.azimuth, storm.range_nm * kKmPerNauticalMile);
-        if (!is_missing(place.x)) placed.push_back({storm, place});
+        const SpherePoint at = radar.towards(storm.azimuth, storm.range_nm * kKmPerNauticalMile);
+        Point place;
+        if (MAP_tran(place.x, place.y, static_cast<float>(at.lat), static_cast<float>(at.lon)) == 1)
+            placed.push_back({storm, place});
     }
     return placed;
 }
@@ -130,9 +133,9 @@ int NIDS_plot_data() {
     const NidsDescription &description = NIDS_get_prod_desc();
     StormScale scale;
     scale.radar_lat = static_cast<float>(description.latitude) / 1000.0F;
+    const float radar_lon = static_cast<float>(description.longitude) / 1000.0F;
     Point radar{kMissingF, kMissingF};
-    if (is_map_projection(MAP_get_proj()))
-        MAP_tran(radar.x, radar.y, scale.radar_lat, static_cast<float>(description.longitude) / 1000.0F);
+    if (is_map_projection(MAP_get_proj())) MAP_tran(radar.x, radar.y, scale.radar_lat, radar_lon);
     // Nothing of the lines that the map left behind.
     GPH_line_attr(nullptr);
     GPH_line_attr(&ink.data);
@@ -145,9 +148,10 @@ int NIDS_plot_data() {
     if (RES_get("variable") != nullptr) VAR_setup("nids.var");
     NidsStormReader reader(state.most_storms, state.strong_only);
     read_pages(ink, state.graph || VAR_has("table") == 1, reader);
-    if (!is_missing(radar.x)) {
+    if (is_map_projection(MAP_get_proj())) {
         scale.height = GPH_get_win(2).height();
-        const std::vector<PlacedStorm> storms = place_storms(reader.storms(), radar);
+        const std::vector<PlacedStorm> storms =
+            place_storms(reader.storms(), SphereOrigin(scale.radar_lat, radar_lon));
         for (int i = 0; i < VAR_get_num(); ++i) {
             for (const PlacedStorm &storm : storms) {
                 GPH_line_attr(&ink.data);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
@@ -71,14 +72,31 @@ void draw_composite(const PlacedStorm &placed, float height) {
     if (storm.max_dbz > 0) GPH_printf(x + 0.01F * height, y + 0.01F * height, "%.0f", storm.max_dbz);
 }
 
+/// A way on the plot: degrees clockwise from up, and plane units.
+struct TrackLine {
+    float direction, length;
+};
+
+/// The way from the storm along a great circle. Where the plot does not show its end, or shows it on the
+/// other side of a seam, the way sets out as it should and is as long as it is at the radar.
+TrackLine track_line(const Point &from, float azimuth, float km, const StormScale &scale) {
+    constexpr float longest = 20; // plane units
+    Point end{kMissingF, kMissingF};
+    MAP_offset(end.x, end.y, from.x, from.y, azimuth, km);
+    const double right = static_cast<double>(end.x) - from.x, up = static_cast<double>(end.y) - from.y;
+    const double length = std::hypot(right, up);
+    if (length < longest)
+        return {static_cast<float>(std::atan2(right, up) / kDegree), static_cast<float>(length)};
+    return {MAP_dir_adj(azimuth, from.x, from.y), MAP_factor(scale.radar_lat) * km / 100.0F};
+}
+
 /// Where the storm will be in the next two hours: the motion is where it comes from, the track leads away.
 void draw_track(const PlacedStorm &placed, const StormScale &scale) {
     const NidsStorm &storm = placed.storm;
     if (!moves(storm)) return;
-    const auto [x, y] = placed.place;
-    const float length =
-        kHoursPerTrack * MAP_factor(scale.radar_lat) * (storm.speed_kt * kKmPerNauticalMile) / 100.0F;
-    WIND_track(kTrackSteps, x, y, MAP_dir_adj(storm.direction, x, y) + 180.0F, length,
+    const float km = kHoursPerTrack * storm.speed_kt * kKmPerNauticalMile;
+    const TrackLine track = track_line(placed.place, storm.direction + 180.0F, km, scale);
+    WIND_track(kTrackSteps, placed.place.x, placed.place.y, track.direction, track.length,
                0.1F * scale.plot_scale * scale.height);
 }
 
