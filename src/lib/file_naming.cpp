@@ -42,6 +42,7 @@ struct Convention {
 struct State {
     Convention now;
     Convention saved;
+    std::array<std::string, kKeyCount> saved_keys;
     std::string ext_info; ///< at most kLongestExtInfo characters
     std::array<std::string, kKeyCount> keys;
     std::int64_t required_size = 0; ///< bytes, 0 when not set
@@ -362,10 +363,12 @@ std::int64_t FILE_get_min_size() {
 
 void FILE_save_name_conv() {
     state.saved = state.now;
+    state.saved_keys = state.keys;
 }
 
 void FILE_restore_name_conv() {
     state.now = state.saved;
+    state.keys = state.saved_keys;
 }
 
 std::string FILE_get_name_conv() {

@@ -51,6 +51,7 @@ void FILE_set_min_size(std::int64_t bytes);
 /// The required size when set, else the convention's.
 std::int64_t FILE_get_min_size();
 
+/// Keeps the convention, the current file and the keys, and brings them back.
 void FILE_save_name_conv();
 void FILE_restore_name_conv();
 /// "period template header-template"

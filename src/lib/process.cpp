@@ -53,13 +53,13 @@ float VYX_elapse_time() {
     return std::chrono::duration<float>(now - state.start).count();
 }
 
-int VYX_back_proc() {
+int VYX_back_proc(int status) {
     // What is buffered now would be written by both processes.
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child < 0) return 0;
     // Without exit handlers: the display connection and open files belong to the child from here on.
-    if (child > 0) std::_Exit(kExitOk);
+    if (child > 0) std::_Exit(status);
     std::signal(SIGINT, SIG_DFL);
     setpgid(0, 0);
     const int null_device = open("/dev/null", O_RDWR);

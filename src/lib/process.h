@@ -25,6 +25,6 @@ void VYX_init_time();
 /// Seconds since VYX_init_time.
 float VYX_elapse_time();
 
-/// Detaches the process: the parent ends with status 0; the child gets default interrupt handling, the null
+/// Detaches the process: the parent ends with `status`; the child gets default interrupt handling, the null
 /// device on its standard streams and a process group of its own, and 1 (0 when the null device fails).
-int VYX_back_proc();
+int VYX_back_proc(int status = kExitOk);

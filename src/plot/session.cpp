@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <utility>
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
@@ -29,11 +30,16 @@ struct State {
     float offset = 0;                           ///< last given to PLT_set_view_offset
     Rect view;                                  ///< plot area, NDC
     int full_labels = 0;
+    bool missed = false; ///< a picture is not there
 } state;
 
 /// A window of an X server that the user looks at when all is drawn.
 bool window_stays() {
     return gtype_is_WIN() && !gtype_is_memory() && !PLT_wants_image();
+}
+
+ExitStatus status_so_far() {
+    return state.missed ? kExitSession : kExitOk;
 }
 
 } // namespace
@@ -71,15 +77,24 @@ int PLT_close() {
     if (PLT_nothing_to_draw()) return -1;
     const bool held = window_stays();
     // Files and pictures are finished in the foreground, so that the exit status tells of them.
-    if (held && FLAG_batch() == 1 && VYX_back_proc() == 0) VYX_exit(kExitSession);
+    if (held && FLAG_batch() == 1 && VYX_back_proc(status_so_far()) == 0) VYX_exit(kExitSession);
     GPH_trans(2);
     if (held) GPH_hold(1);
     const bool images = PLT_finish_images();
     gclear_ws(state.ws_id, 1);
     const bool pages = GPH_end(state.ws_id) >= 0;
-    if (!pages || !images) VYX_exit(kExitSession);
+    if (!pages || !images || std::exchange(state.missed, false)) VYX_exit(kExitSession);
     PLT_init_labels();
     return 0;
+}
+
+void PLT_miss_picture() {
+    state.missed = true;
+}
+
+bool PLT_keeps_frames() {
+    const bool nobody_looks = gtype_is_memory() && FLAG_batch() == 1;
+    return gtype_is_WIN_PIX() && !PLT_wants_image() && !nobody_looks;
 }
 
 void PLT_exit(int status) {

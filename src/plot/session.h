@@ -17,9 +17,11 @@ int PLT_reset(float aspect);
 int PLT_panel(float aspect);
 /// Ends the session: writes the animation when one was asked for, else, without image files, holds a window
 /// until the user ends it; in batch mode a window that stays detaches the program into the background first.
-/// A page that could not be written whole, or in batch mode an image, ends the program with kExitSession. -1
-/// when nothing was drawn.
+/// A page or an image that could not be written whole, or a picture that is missing, ends the program with
+/// kExitSession. -1 when nothing was drawn.
 int PLT_close();
+/// A picture that was asked for will not be there; why has been told.
+void PLT_miss_picture();
 /// Closes the workstation and ends the program.
 [[noreturn]] void PLT_exit(int status);
 
@@ -31,9 +33,13 @@ inline constexpr int kDumpAllFrames = -4;
 /// Image file of every picture: type and name, a naming convention or a template in which %i is the frame
 /// ("win" without frames) and %p the window title. An empty name: "vyx.gif", "vyx.png" or "vyx.xwd".
 void PLT_set_dump(int type, std::string_view name);
-/// Writes frame `frame` (the window when there are no frames). 0, also when the file could not be written,
-/// which is told; -1 when no image is asked for.
+/// Writes frame `frame` (the window when there are no frames) and adds it to the animation. 0, also when the
+/// file could not be written, which is told; -1 when no image file is asked for.
 int PLT_dump(int frame);
+/// The same of the window's picture, which is picture `number` of a series that keeps no frames.
+int PLT_dump_numbered(int number);
+/// The pictures of a series are kept as frames: there is a window that stays to show them.
+bool PLT_keeps_frames();
 /// True when a plot parameter or the resource "out_file" asks for an image or an animation.
 bool PLT_wants_image();
 

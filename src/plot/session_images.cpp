@@ -1,8 +1,11 @@
 #include "plot/session_images.h"
 
 #include <algorithm>
+#include <new>
+#include <optional>
 #include <string>
-#include <vector>
+#include <unordered_set>
+#include <utility>
 
 #include "graphics/images/capture.h"
 #include "graphics/images/image.h"
@@ -20,23 +23,20 @@
 
 namespace {
 
-constexpr std::size_t kDumpNameLength = 59;
 constexpr std::string_view kAnimationName = "vyx_anim.gif";
 /// Plots whose label bands take more than this have no picture of a map.
 constexpr float kLargestMapOffset = 0.7F;
 
 struct State {
     int type = kDumpNone;
-    std::string name; ///< at most kDumpNameLength characters
-    bool animate = false;
-    std::string animation;
-    std::vector<std::string> written; ///< files of this session's frames
-    bool failed = false;              ///< a file could not be written
+    std::string name;
+    bool animate = false, rock = false;
+    std::string animation_name;
+    AnimatedGif animation;
+    std::unordered_set<std::string> written; ///< files of this session's pictures
+    bool failed = false;                     ///< a file could not be written
+    bool asked = false;                      ///< this session has been told of an image file
 } state;
-
-std::string cut(std::string_view name) {
-    return std::string(name.substr(0, kDumpNameLength));
-}
 
 std::string_view default_name(int type) {
     switch (type) {
@@ -72,7 +72,7 @@ std::string path_of(const std::string &dump_name, std::string_view frame) {
 /// A name without %i or time would let each frame write over the one before; then the number joins the name.
 std::string path_of_own(const std::string &dump_name, int frame) {
     std::string path = path_of(dump_name, two_digits(frame));
-    if (std::find(state.written.begin(), state.written.end(), path) == state.written.end()) return path;
+    if (!state.written.contains(path)) return path;
     const std::size_t dot = path.rfind('.');
     const std::size_t slash = path.rfind('/');
     const bool has_suffix = dot != path.npos && (slash == path.npos || dot > slash);
@@ -116,52 +116,73 @@ void tell(const char *kind, const std::string &path, bool written) {
     state.failed = true;
 }
 
+/// What needs as much memory as a picture. False, told of, when there is none.
+template <typename Work> bool with_memory(Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc &) {
+        MESS_print(kWarn, "PLT_dump: Out of memory\n");
+        return false;
+    }
+}
+
 void write_dump(const std::string &path) {
     const DumpWriter writer = writer_of(state.type);
-    const bool written = writer.write(path) == 1;
+    const bool written = with_memory([&] { return writer.write(path) == 1; });
     tell(writer.name, path, written);
-    if (written) state.written.push_back(path);
+    if (written) state.written.insert(path);
 }
 
-void dump_frame(int frame, int named) {
-    gselect_frame(frame);
-    write_dump(path_of_own(state.name, named));
-}
-
-bool add_picture(AnimatedGif &animation, float delay) {
-    ImageRecord record;
-    if (gget_image(record) != 1) return false;
-    animation.add(record, delay);
-    return true;
-}
-
-/// Every frame, or the one picture when there are no frames.
-bool gather(AnimatedGif &animation) {
-    const int count = gget_num_images();
-    if (count == 0) return add_picture(animation, gget_loop_delay());
-    for (int frame = 0; frame < count; ++frame) {
-        gselect_frame(frame);
-        if (!add_picture(animation, gget_frame_delay(frame))) return false;
+/// The picture of the drawable, as picture `number` of a series, or the only one.
+void take_picture(std::optional<int> number) {
+    if (state.animate) {
+        ImageRecord record;
+        const auto add = [&record] {
+            if (gget_image(record) == 1) state.animation.add(record, gget_loop_delay());
+            return true;
+        };
+        if (!with_memory(add)) state.failed = true;
     }
-    return true;
+    if (state.type == kDumpNone) return;
+    write_dump(number ? path_of_own(state.name, *number) : path_of(state.name, {}));
+}
+
+void take_frame(int frame, int named) {
+    gselect_frame(frame);
+    take_picture(named);
 }
 
 void write_animation() {
-    const std::string path = path_of(state.animation, {});
-    AnimatedGif animation;
-    tell("GIF", path, gather(animation) && animation.write(path) == 1);
+    const std::string path = path_of(state.animation_name, {});
+    if (state.animation.frames() > 1) state.animation.set_last_delay(kLastDelay);
+    tell("GIF", path, state.animation.write(path) == 1);
+}
+
+void clear_animation() {
+    state.animation = AnimatedGif{};
+    if (state.rock) state.animation.rock();
 }
 
 } // namespace
 
 void PLT_set_dump(int type, std::string_view name) {
+    const std::string wanted(name.empty() ? default_name(type) : name);
+    if (std::exchange(state.asked, true) && (type != state.type || wanted != state.name))
+        MESS_print(kWarn, "PLT_set_dump: One image file of a picture only; not written: %s\n",
+                   state.name.c_str());
     state.type = type;
-    state.name = cut(name.empty() ? default_name(type) : name);
+    state.name = wanted;
 }
 
 void PLT_set_animation(std::string_view name) {
     state.animate = true;
-    state.animation = cut(name.empty() ? kAnimationName : name);
+    state.animation_name = name.empty() ? kAnimationName : name;
+    clear_animation();
+}
+
+void PLT_rock_animation() {
+    state.rock = true;
+    clear_animation();
 }
 
 bool PLT_wants_image() {
@@ -169,23 +190,32 @@ bool PLT_wants_image() {
 }
 
 int PLT_dump(int frame) {
-    if (state.type == kDumpNone) return -1;
     const int count = gget_num_images();
     if (frame == kDumpAllFrames && count >= 2) {
-        for (int i = 0; i < count; ++i) dump_frame(i, i);
+        clear_animation();
+        for (int i = 0; i < count; ++i) take_frame(i, i);
     } else if (count > 0) {
-        dump_frame(frame == kDumpAllFrames ? kFrameCurrent : frame, std::max(gget_cur_frame(), 0));
+        take_frame(frame == kDumpAllFrames ? kFrameCurrent : frame, std::max(gget_cur_frame(), 0));
     } else {
-        write_dump(path_of(state.name, {}));
+        take_picture({});
     }
-    return 0;
+    return state.type == kDumpNone ? -1 : 0;
+}
+
+int PLT_dump_numbered(int number) {
+    take_picture(number);
+    return state.type == kDumpNone ? -1 : 0;
+}
+
+void PLT_begin_images() {
+    state.written.clear();
+    clear_animation();
 }
 
 bool PLT_finish_images() {
     if (state.animate) write_animation();
-    const bool product = FLAG_batch() == 1 && gtype_is_WIN_PIX();
-    const bool complete = !(product && state.failed);
-    state.written.clear();
-    state.failed = false;
+    const bool complete = !state.failed;
+    PLT_begin_images();
+    state.failed = state.asked = false;
     return complete;
 }

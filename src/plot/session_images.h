@@ -5,6 +5,9 @@
 
 /// All frames go into one looping GIF when the session closes; an empty name: "vyx_anim.gif".
 void PLT_set_animation(std::string_view name);
-/// Writes the animation. False when an image was the product asked for, in batch mode on a raster display,
-/// and it or an earlier one could not be written.
+/// Its loop goes back from the last picture the way it came.
+void PLT_rock_animation();
+/// The pictures are drawn anew, and so are their files.
+void PLT_begin_images();
+/// Writes the animation. False when it or an earlier image could not be written.
 bool PLT_finish_images();

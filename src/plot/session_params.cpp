@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "graphics/devices/panel.h"
 #include "graphics/devices/postscript.h"
 #include "graphics/images/image.h"
 #include "graphics/kernel/gph.h"
@@ -15,6 +16,7 @@
 #include "lib/date.h"
 #include "lib/file_naming.h"
 #include "lib/message.h"
+#include "lib/process.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/text.h"
@@ -32,8 +34,6 @@ struct State {
     int shadow = 0;     ///< copies of the texts' drop shadow
 } state;
 
-/// Rows and columns of panels that a page can be divided into.
-constexpr float kMostPanels = 8;
 constexpr int kDefaultShadow = 4;
 
 enum class Param {
@@ -70,6 +70,7 @@ enum class Param {
     shadow,
     min_size,
     animation,
+    rock,
     gif,
     png,
     img,
@@ -117,6 +118,7 @@ constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
                                  ParamWord{"shadow", true, Param::shadow},
                                  ParamWord{"min_size", true, Param::min_size},
                                  ParamWord{"anim", true, Param::animation},
+                                 ParamWord{"rock", false, Param::rock},
                                  ParamWord{"gif", true, Param::gif},
                                  ParamWord{"png", true, Param::png},
                                  ParamWord{"img", true, Param::img},
@@ -167,13 +169,12 @@ void set_panel(std::string_view value) {
     scan.literal('+');
     const auto row = scan.real();
     if (scan.failed()) return;
-    if (*columns <= 1) {
-        GPH_set_view_size(*columns, *rows, *column, *row);
-        return;
+    const PanelFractions panel = panel_fractions(*columns, *rows, *column, *row);
+    if (!panel.meets_page()) {
+        MESS_print(kError, "PLT_param_decode: No room in this panel: %s\n", std::string(value).c_str());
+        VYX_exit(kExitGraphics);
     }
-    const float across = std::min(*columns, kMostPanels);
-    const float down = std::clamp(*rows, 1.0F, kMostPanels);
-    GPH_set_view_size(1 / across, 1 / down, *column / across, 1 - (*row + 1) / down);
+    GPH_set_view_size(panel.width, panel.height, panel.x, panel.y);
 }
 
 void set_bar(std::string_view value) {
@@ -237,6 +238,10 @@ void apply(Param param, std::string_view value) {
     case Param::shadow: state.shadow = number.value_or(0) < 1 ? kDefaultShadow : *number; break;
     case Param::min_size: FILE_set_min_size(std::max(number.value_or(0), 0)); break;
     case Param::animation: PLT_set_animation(value); break;
+    case Param::rock:
+        gset_loop_direction(kRockForward);
+        PLT_rock_animation();
+        break;
     case Param::gif: PLT_set_dump(kDumpGif, value); break;
     case Param::png: PLT_set_dump(kDumpPng, value); break;
     case Param::img: PLT_set_dump(kDumpImg, value); break;

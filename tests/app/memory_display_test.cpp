@@ -48,6 +48,16 @@ TEST_F(MemoryDisplay, ASeriesWritesAFileForEachFrameAndOneLoop) {
     EXPECT_EQ(loop.delays, (std::vector<int>{50, 50, 100}));
 }
 
+TEST_F(MemoryDisplay, ASeriesInTimeWritesEveryPicture) {
+    EXPECT_EQ(run({"-if", "nids:s=KLSX:p=N0R", "-dp", files_.path(), "-nh", "0:10,0:05", "-ti", "title",
+                   "-pp", "png=%p_%i.png"},
+                  1),
+              0)
+        << log();
+    for (const auto *name : {"title_00.png", "title_01.png", "title_02.png"})
+        EXPECT_EQ(png_size(files_.at(name)), (PictureSize{640, 512})) << name << log();
+}
+
 TEST_F(MemoryDisplay, APictureThatCannotBeWrittenFailsTheRun) {
     EXPECT_EQ(run({"-pp", "png=/dev/full/x.png"}, 1), 1);
     EXPECT_NE(log().find("PLT_dump: Unable to write PNG file: /dev/full/x.png\n"), std::string::npos)

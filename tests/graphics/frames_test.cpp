@@ -12,6 +12,7 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/process.h"
+#include "no_more_memory.h"
 
 namespace {
 
@@ -174,6 +175,22 @@ TEST_F(Frames, NoMoreThanThereIsRoomFor) {
     EXPECT_EQ(gcreate_frame(-1), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "gcreate_frame: no room for frame 128\n");
     EXPECT_EQ(gget_num_images(), kMaxFrames);
+}
+
+TEST_F(Frames, WithoutMemoryThereIsNoFrame) {
+    create(2);
+    gselect_frame(1);
+    const PixmapId drawable = graster_drawable();
+    {
+        const NoMoreMemory none;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(gcreate_frame(2), 0);
+        EXPECT_EQ(gselect_frame(2), 0);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "gcreate_frame: no memory for frame 2\n");
+    EXPECT_EQ(gget_num_images(), 2);
+    EXPECT_EQ(graster_drawable(), drawable);
+    EXPECT_EQ(gcreate_frame(2), 2);
 }
 
 TEST_F(Frames, SteppingWrapsOrTurns) {

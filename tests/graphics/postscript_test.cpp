@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "graphics/core/color_table.h"
@@ -211,16 +213,71 @@ TEST_F(PostScript, EncapsulatedFilesKeepTheirPageWhole) {
     EXPECT_NE(written().find("%%BoundingBox: 0 0 756 576\n"), std::string::npos);
 }
 
-TEST_F(PostScript, AppendsWithoutPrologueAndTrailer) {
-    open();
+TEST_F(PostScript, AppendedPlotsShareAPage) {
+    const std::string ending = "saveobj restore\nshowpage\nend\n%%EOF\n";
+    ASSERT_EQ(gps_open("+" + file(), page_), 0); // no such file yet: a whole one
     const std::string first = written();
+    ASSERT_TRUE(first.starts_with("%!PS-Adobe-1.0\n"));
+    ASSERT_TRUE(first.ends_with("%%End of plot\n" + ending));
     ASSERT_EQ(gps_open("+" + file(), page_), 0);
     gps_message("two\nlines");
     const std::string both = written();
-    ASSERT_TRUE(both.starts_with(first));
-    EXPECT_EQ(both.substr(first.size()),
-              "0 setgray\n1 dot lw\n[] 0 setdash\n%%VYX Plot: \n%%Message: twolines\n"
-              "%%End of plot\n");
+    const std::string kept = first.substr(0, first.size() - ending.size());
+    EXPECT_EQ(both, kept +
+                        "0 setgray\n1 dot lw\n[] 0 setdash\n%%VYX Plot: \n%%Message: twolines\n"
+                        "%%End of plot\n" +
+                        ending);
+    ASSERT_EQ(gps_open("+" + file() + ",scale=.5", page_), 0); // set up in another way
+    EXPECT_EQ(gps_new_page(), 0) << "others may follow the shared page";
+    const std::string all = written();
+    EXPECT_EQ(count_of(all, "saveobj restore\n/saveobj save def\n"), 1U);
+    EXPECT_EQ(count_of(all, "showpage\n"), 2U);
+    EXPECT_EQ(count_of(all, "%!PS"), 1U);
+    ASSERT_EQ(gps_open("+" + file() + ",scale=.5", page_), 0);
+    EXPECT_EQ(count_of(written(), "saveobj restore\n/saveobj save def\n"), 1U) << "the last page is alike";
+}
+
+TEST_F(PostScript, WhatCannotBeAppendedIsRefusedOrTold) {
+    const auto refused = [this](const std::string &options, const char *why) {
+        const std::string before = read_whole(file());
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(gps_open("+" + file() + options, page_), -1) << options;
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(why), std::string::npos) << options;
+        EXPECT_EQ(read_whole(file()), before) << options;
+    };
+    open();
+    written();
+    refused(",eps", "An encapsulated picture cannot be appended");
+    refused(",port", "A page of 792 612 points cannot be appended to one of 612 792");
+    refused(",a4", "points cannot be appended to one of 612 792");
+    open(",eps");
+    written();
+    refused("", "Nothing can be appended to an encapsulated picture");
+    for (const char *foreign :
+         {"hello", "%!PS-Adobe-1.0\n%%End of plot\nsaveobj restore\nshowpage\nend\n%%EOF\n"}) {
+        std::ofstream(file()) << foreign;
+        testing::internal::CaptureStderr();
+        ASSERT_EQ(gps_open("+" + file(), page_), 0);
+        EXPECT_EQ(gps_new_page(), -1);
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("Not a finished file"), std::string::npos);
+        EXPECT_EQ(written(), std::string(foreign) + "0 setgray\n1 dot lw\n[] 0 setdash\n%%VYX Plot: \n"
+                                                    "%%End of plot\n");
+    }
+}
+
+TEST_F(PostScript, AFailedAppendingLeavesTheFileAsItWas) {
+    open();
+    const std::string first = written();
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(gps_open("+" + file(), page_), 0);
+    const rlimit small{first.size() + 1000, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    for (int i = 0; i < 5000; ++i) gps_fill_area(kSquare, i % 200);
+    EXPECT_EQ(gps_close(), -1);
+    setrlimit(RLIMIT_FSIZE, &old);
+    EXPECT_EQ(read_whole(file()), first);
 }
 
 TEST_F(PostScript, TakesNamesAndOptionsInOrder) {
@@ -262,8 +319,15 @@ TEST_F(PostScript, PlacesTheDrawingAreaByGeometry) {
     EXPECT_EQ(placed("P2x2+1+0"), (Area{378, 288, 378, 288})); // upper right quarter
     EXPECT_EQ(placed("P0.5x0.5+0.25+0"), (Area{378, 288, 189, 0}));
     EXPECT_EQ(placed("P99x1e9+0+7"), (Area{94, 72, 0, 0}));
-    for (const char *bad : {"", "x", "0x0", "-5x-5", "P0x0", "P-1x1", "99999999999999x1"})
-        EXPECT_GT(placed(bad)[0], 0) << bad;
+    for (const char *bad : {"", "x", "5x"}) EXPECT_EQ(placed(bad), (Area{756, 576, 0, 0})) << bad;
+    for (const char *empty : {"0x0", "-5x-5", "P0x0", "P-1x1", "99999999999999x1", "P1x2+0+1", "P2x2+5+5",
+                              "P2x2-1+0", "P.5x.5+0+1", "500x400+2000+0", "+0-900"}) {
+        setenv("vyxps_geometry", empty, 1);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(gps_open(file(), page_), -1) << empty;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  std::string("geometry: Nothing of the page lies in: ") + empty + "\n");
+    }
 }
 
 TEST_F(PostScript, TellsOfFailedOpeningAndWriting) {
@@ -316,6 +380,40 @@ Rendered render(const std::string &file, const std::string &options) {
         }
     }
     return page;
+}
+
+// A plot that joins a page stands where it would stand on a page of its own.
+TEST_F(PostScript, JoinedPlotsLieWhereTheyBelong) {
+    if (std::system("command -v gs > /dev/null 2>&1") != 0) GTEST_SKIP() << "ghostscript is not installed";
+    struct Case {
+        const char *first, *second;
+    };
+    for (const Case &c : {Case{"", ",scale=.5"}, Case{",scale=.5", ""}, Case{"", ",port,sz=8.5x11"},
+                          Case{",a4,port", ",a4,port,scale=.25"}}) {
+        const auto draw = [this](const std::string &name, const std::string &options, bool line) {
+            ASSERT_EQ(gps_open(name + options, page_), 0);
+            const auto right = static_cast<float>(page_.width - 1),
+                       top = static_cast<float>(page_.height - 1);
+            gps_clip({-0.1F, right + 0.1F, -0.1F, top + 0.1F});
+            const Point corner{right, top};
+            if (line) gps_polyline(std::array{Point{100, 50}, corner}, 1, 3, 1);
+            EXPECT_EQ(gps_close(), 0);
+        };
+        draw(file(), c.second, true);
+        const Rendered alone = render(file(), "");
+        fs::remove(file());
+        draw(file(), c.first, false);
+        draw("+" + file(), c.second, true);
+        const Rendered joined = render(file(), "");
+        EXPECT_EQ(joined.messages, "");
+        // Sheets may differ where nothing asked for one: they lie on each other with their lower left
+        // corners.
+        const auto ink = [](const Rendered &page) {
+            return std::array{page.left, page.right, page.height - page.top, page.height - page.bottom};
+        };
+        EXPECT_EQ(ink(joined), ink(alone)) << c.first << c.second;
+        EXPECT_GT(alone.right, alone.left);
+    }
 }
 
 // Whatever the paper, a frame round the drawing area must lie on the page, all of it.

@@ -41,6 +41,9 @@ protected:
     /// Closes the session and gives back what it wrote.
     std::string close_page() {
         EXPECT_EQ(PLT_close(), 0);
+        return page_text();
+    }
+    [[nodiscard]] std::string page_text() const {
         std::ifstream in(scratch_.at("page.ps"));
         return {std::istreambuf_iterator<char>(in), {}};
     }

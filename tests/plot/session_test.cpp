@@ -275,8 +275,12 @@ TEST_F(Session, AFileDeviceHasNoImage) {
     EXPECT_EQ(PLT_dump(0), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "PLT_dump: Unable to write PNG file: " + scratch_.at("my.png") + "\n");
-    FLAG_set_batch(1);
-    EXPECT_FALSE(close_page().empty()) << "the page is the product";
+    const auto close_and_end = [] {
+        PLT_close();
+        VYX_exit(0);
+    };
+    EXPECT_EXIT(close_and_end(), testing::ExitedWithCode(kExitSession), "") << "it was asked for";
+    EXPECT_TRUE(page_text().ends_with("%%EOF\n")) << "the page is whole all the same";
 }
 
 } // namespace

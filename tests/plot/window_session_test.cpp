@@ -103,22 +103,77 @@ TEST_F(WindowSession, TheAnimationHoldsEveryFrame) {
     EXPECT_EQ(gif.delays, (std::vector<int>{50, 50, 50, 100})) << "hundredths of a second";
 }
 
-TEST_F(WindowSession, AnUnwrittenImageIsToldAndEndsABatch) {
+TEST_F(WindowSession, ARockingAnimationGoesBack) {
+    RES_put("plot_param", "anim,rock");
+    PLT_open(1);
+    draw_frames(4);
+    gdisplay_frame(3);
+    EXPECT_EQ(ginc_frame(0), 2) << "and so does the loop of the window";
+    told_by_close();
+    const GifFacts gif = gif_facts(scratch_.at("vyx_anim.gif"));
+    EXPECT_EQ(gif.delays, (std::vector<int>{50, 50, 50, 100, 50, 50})) << "0 1 2 3 2 1";
+}
+
+TEST_F(WindowSession, NamesAreNotCut) {
+    const std::string folder(100, 'f'), name(120, 'n');
+    RES_put("plot_param", ("png=" + name).c_str());
+    RES_put("image_path", (scratch_.path() + "/" + folder).c_str());
+    PLT_open(1);
+    PLT_dump(0);
+    PLT_close();
+    EXPECT_TRUE(exists((folder + "/" + name).c_str()));
+    const auto longer_than_paths = [] {
+        RES_put("image_path", std::string(5000, 'f').c_str());
+        PLT_open(1);
+        PLT_dump(0);
+        PLT_close();
+        VYX_exit(0);
+    };
+    EXPECT_EXIT(longer_than_paths(), testing::ExitedWithCode(kExitSession), "Unable to write PNG file: fff");
+}
+
+TEST_F(WindowSession, WhatCannotBeDoneIsTold) {
+    const auto told = [](const char *param) {
+        RES_put("plot_param", param);
+        testing::internal::CaptureStderr();
+        PLT_open(1);
+        PLT_close();
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_EQ(told("png=a.png,gif=b.gif"),
+              "PLT_set_dump: One image file of a picture only; not written: a.png\n");
+    for (const char *geometry : {"P2x2+0+0", "640x", "x"}) {
+        RES_put("geometry", geometry);
+        EXPECT_EQ(told("gif=b.gif"), std::string("geometry: Not understood: ") + geometry + "\n");
+    }
+    const auto open_with = [](const char *param, const char *geometry) {
+        RES_put("plot_param", param);
+        RES_put("geometry", geometry);
+        PLT_open(1);
+        VYX_exit(0);
+    };
+    for (const char *panel : {"2x2+5+5", "1x2+0+1", "2x2+-1+0", "0x0+0+0", ".5x.5+0+1"})
+        EXPECT_EXIT(open_with(("vp_size=" + std::string(panel)).c_str(), ""),
+                    testing::ExitedWithCode(kExitGraphics), "PLT_param_decode: No room in this panel: ");
+    for (const char *geometry : {"0x0", "10x0+5+5", "40000x10"})
+        EXPECT_EXIT(open_with("", geometry), testing::ExitedWithCode(kExitGraphics),
+                    "geometry: No picture has this size: ");
+}
+
+TEST_F(WindowSession, AnUnwrittenImageIsToldAndEndsTheSession) {
     RES_put("plot_param", "png=/dev/full/x.png");
     PLT_open(1);
     testing::internal::CaptureStderr();
     EXPECT_EQ(PLT_dump(0), 0);
     const std::string told = testing::internal::GetCapturedStderr();
     EXPECT_NE(told.find("PLT_dump: Unable to write PNG file: /dev/full/x.png\n"), std::string::npos) << told;
-    EXPECT_EQ(PLT_close(), 0) << "somebody saw it";
-    const auto in_batch = [] {
-        FLAG_set_batch(1);
-        PLT_open(1);
-        PLT_dump(0);
+    const auto close_and_end = [](int batch) {
+        FLAG_set_batch(batch);
         PLT_close();
         VYX_exit(0);
     };
-    EXPECT_EXIT(in_batch(), testing::ExitedWithCode(kExitSession), "");
+    EXPECT_EXIT(close_and_end(0), testing::ExitedWithCode(kExitSession), "");
+    EXPECT_EXIT(close_and_end(1), testing::ExitedWithCode(kExitSession), "");
 }
 
 PlotDomain state_domain() {

@@ -3,6 +3,8 @@
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -12,11 +14,14 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
+#include "image_facts.h"
 #include "lib/file_naming.h"
 #include "lib/flag.h"
+#include "lib/process.h"
 #include "lib/resource.h"
 #include "lib/scratch_dir.h"
 #include "lib/stream.h"
+#include "no_more_memory.h"
 
 namespace {
 
@@ -89,7 +94,7 @@ protected:
         PLT_open(1);
     }
     void TearDown() override {
-        PLT_close();
+        if (RADAR_is_open()) PLT_close();
         DATE_fix_time(-1);
     }
 
@@ -118,6 +123,10 @@ protected:
         int value = 0;
         for (std::size_t i = 0; i < 3; ++i) value = value * 256 + std::to_integer<int>(image.data.at(at + i));
         return value;
+    }
+    std::string file_content(const std::string &name) const {
+        std::ifstream in(files_.at(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
     }
     using Names = std::vector<std::string>;
 
@@ -180,6 +189,63 @@ TEST_F(DriverFrames, AMissingFileIsSkippedAndFewerFilesLeaveFewerFrames) {
     plot_series();
     EXPECT_EQ(toy.drawn, (Names{"00", "20"}));
     EXPECT_EQ(gget_num_images(), 2);
+}
+
+/// The one number behind `name` in /proc/self/status, kB.
+long status_number(const std::string &name) {
+    std::ifstream in("/proc/self/status");
+    for (std::string word; in >> word;)
+        if (long number = 0; word == name + ":" && in >> number) return number;
+    return 0;
+}
+
+TEST_F(DriverFrames, ImageFilesNeedNoFramesAndHaveNoLimit) {
+    constexpr int kFiles = 300;
+    std::string list;
+    for (int i = 0; i < kFiles; ++i)
+        list += (i == 0 ? "" : ",") + files_.at("toy_20030704_22" + std::to_string(i % 3) + "0");
+    PLT_close();
+    RES_put("filename", list.c_str());
+    RES_put("num_hour", "0");
+    RES_put("geometry", "640x512");
+    RES_put("image_path", files_.path());
+    RES_put("plot_param", "xwd=x%i.xwd,anim=all.gif");
+    PLT_open(1);
+    const long before = status_number("VmHWM");
+    plot_series();
+    EXPECT_EQ(toy.drawn.size(), 300U);
+    PLT_close();
+    EXPECT_LT(status_number("VmHWM") - before, 16 * 1024) << "kB: a dozen pictures' worth, not 300";
+    for (const auto *last : {"x00.xwd", "x128.xwd", "x299.xwd"})
+        EXPECT_EQ(FILE_exist(files_.at(last)), 1) << last;
+    EXPECT_NE(file_content("x00.xwd"), file_content("x128.xwd"));
+    EXPECT_EQ(file_content("x00.xwd"), file_content("x297.xwd"));
+    EXPECT_EQ(gif_facts(files_.at("all.gif")).pictures, kFiles);
+}
+
+TEST_F(DriverFrames, PicturesThatCannotBeKeptAreMissed) {
+    std::string list;
+    for (int i = 0; i <= kMaxFrames; ++i)
+        list += (i == 0 ? "" : ",") + files_.at("toy_20030704_22" + std::to_string(i % 3) + "0");
+    const auto plot_too_many = [&] {
+        RES_put("filename", list.c_str());
+        RES_put("num_hour", "0");
+        plot_series();
+        PLT_close();
+        VYX_exit(kExitOk);
+    };
+    EXPECT_EXIT(plot_too_many(), testing::ExitedWithCode(kExitSession), "only the first 128 files are shown");
+    const auto plot_without_memory = [] {
+        PLT_close();
+        RES_put("geometry", "1000x1000");
+        PLT_open(1);
+        const NoMoreMemory none;
+        plot_series();
+        PLT_close();
+        VYX_exit(kExitOk);
+    };
+    EXPECT_EXIT(plot_without_memory(), testing::ExitedWithCode(kExitSession),
+                "out of memory; only the first 0 files");
 }
 
 TEST_F(DriverFrames, ANewSizeStartsTheSeriesAgain) {

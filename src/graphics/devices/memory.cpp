@@ -137,6 +137,7 @@ bool gmem_open(const RasterWish &wish, RasterWindow &window) {
     context_of(RasterContext::text).projecting = true;
     const PixmapId base = gmem_create_pixmap(width, height);
     if (base == kNoPixmap) {
+        gerr_printf("gopen_ws", "no memory for a picture of %d x %d pixels\n", width, height);
         gerr_printf("gopen_ws", "unable to open window\n");
         state = State{};
         return false;

@@ -3,14 +3,18 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "graphics/core/color_table.h"
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/postscript_options.h"
+#include "graphics/devices/postscript_page.h"
 #include "graphics/devices/print_writer.h"
 #include "lib/message.h"
+#include "lib/text.h"
 
 namespace {
 
@@ -32,9 +36,11 @@ struct Ink {
 struct State {
     PrintWriter out;
     std::string name; ///< of the output, for messages
-    bool append = false;
-    PostScriptOptions settings; ///< by the option setters, for every output to come
-    PostScriptOptions options;  ///< of the open output: the settings, environment and device specification
+    /// Joins a file that stays without the program's prologue and trailer.
+    bool bare = false;
+    std::optional<PsTarget> joined; ///< the finished file that the drawing shares a page with
+    PostScriptOptions settings;     ///< by the option setters, for every output to come
+    PostScriptOptions options; ///< of the open output: the settings, environment and device specification
     Ink ink;
     /// By colour index; the last slot is the background.
     std::array<float, kColorSlots + 1> gray{};
@@ -178,88 +184,55 @@ void put_title_comment(std::string_view keyword) {
 
 // Prologue and trailer
 
-void put_size(int width, int height) {
-    state.out.integer(width);
-    put(" ");
-    state.out.integer(height);
-}
-
-void put_translation(float x, float y) {
-    state.out.point({x, y}, " translate\n");
-}
-
 void put_header(const EpsLayout &eps) {
     if (state.options.eps) {
         put("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 ");
-        put_size(eps.width, eps.height);
+        state.out.integer(eps.width);
+        put(" ");
+        state.out.integer(eps.height);
         put("\n");
     } else {
         put("%!PS-Adobe-1.0\n");
     }
     put_title_comment("%%Title: VYX Graphics Display: ");
-    put("%%Creator: VYX Postscript Processor-2.0\n%%CreationDate: ");
+    put(kPsCreator);
+    put("%%CreationDate: ");
     put(local_time_text());
     put("%%EndComments\n%%Postscript initialization\n");
 }
 
-/// Asks for a sheet that holds the page, unless that is the upright letter sheet that printers start with. A
-/// printer without such a sheet goes on with the one it has.
-void put_sheet_request() {
-    const PageInches &page = state.options.page;
-    const bool upright_letter = !state.options.portrait && page.width == kPostScriptPage.width &&
-                                page.height == kPostScriptPage.height;
-    if (upright_letter) return;
-    constexpr float points_per_inch = 72;
-    const auto along = static_cast<int>(std::lround(page.width * points_per_inch));
-    const auto across = static_cast<int>(std::lround(page.height * points_per_inch));
-    put("mark {/setpagedevice where {pop 1 dict dup /PageSize [");
-    if (state.options.portrait)
-        put_size(along, across);
-    else
-        put_size(across, along);
-    put("] put setpagedevice} if} stopped cleartomark\n");
-}
-
-void put_ink_reset() {
-    state.ink = Ink{};
-    put(state.options.color ? "0 0 0 setrgbcolor\n" : "0 setgray\n");
-}
-
-void put_placing(const EpsLayout &eps) {
-    const PostScriptOptions &options = state.options;
-    constexpr float margin_inch = 0.25F;
-    if (!options.portrait) {
-        put(options.eps ? "90 rotate\n0. inch -" : "90 rotate\n.25 inch -");
-        state.out.fixed(options.eps ? options.page.height : options.page.height - margin_inch, 2);
-        put(" inch translate\n");
-    } else if (!options.eps) {
-        put(".25 inch .25 inch translate\n");
-    }
-    if (options.eps) put_translation(eps.shift_x, eps.shift_y);
-}
-
 /// What stands at the beginning of each page of a file.
 void put_page_setup(const EpsLayout &eps) {
-    const PostScriptOptions &options = state.options;
-    if (!options.eps) put("30 dict begin\n/saveobj save def\n");
-    put("/inch {72 mul} def\n/dot {.33 mul} def\n/mv {moveto} def\n/ln {lineto} def\n"
-        "/lw {setlinewidth} def\n/np {newpath} def\n/cp {closepath} def\n");
-    put_placing(eps);
-    put_ink_reset();
-    put("2 setlinejoin\n1 dot lw\n[] 0 setdash\n");
-    if (options.scale != 1) state.out.point({options.scale, options.scale}, " scale\n");
-    put("%%Begin plot\n");
+    if (!state.options.eps) {
+        put("30 dict begin\n");
+        put(kPsSave);
+    }
+    state.ink = Ink{};
+    put(ps_page_setup(state.options, eps));
+}
+
+/// Where the page that is joined is set up alike, only colour and line begin anew; else all does.
+void put_joint() {
+    state.ink = Ink{};
+    const std::string setup = ps_page_setup(state.options, {});
+    if (!state.joined || state.joined->setup == setup) {
+        put(ps_color_reset(state.options));
+        put("1 dot lw\n[] 0 setdash\n");
+    } else {
+        put(kPsRestore);
+        put(kPsSave);
+        put(setup);
+    }
 }
 
 void put_prologue(const PrintPage &area) {
     const PostScriptOptions &options = state.options;
-    if (state.append) {
-        put_ink_reset();
-        put("1 dot lw\n[] 0 setdash\n");
+    if (state.bare || state.joined) {
+        put_joint();
     } else {
         const EpsLayout eps = eps_layout(options, area);
         put_header(eps);
-        if (!options.eps) put_sheet_request();
+        if (!options.eps) put(ps_sheet_request(options));
         put_page_setup(eps);
     }
     put_title_comment("%%VYX Plot: ");
@@ -268,10 +241,52 @@ void put_prologue(const PrintPage &area) {
 }
 
 void put_trailer() {
-    put("%%End of plot\n");
+    put(kPsPlotEnd);
     if (state.options.eps) put("grestore\n");
-    if (state.append) return;
-    put(state.options.eps ? "showpage\n%%EOF\n" : "saveobj restore\nshowpage\nend\n%%EOF\n");
+    if (state.bare) return;
+    put(state.options.eps ? "showpage\n" : kPsPageEnd);
+    put(kPsFileEnd);
+}
+
+bool refuse_appending(const char *why) {
+    MESS_print(kError, "gps_open: %s: %s\n", why, state.name.c_str());
+    return false;
+}
+
+/// Finds out what a file is that the drawing is to be appended to, and opens it for that. False after a
+/// message when it cannot be.
+bool join_file(PrintOutput &output) {
+    if (state.options.eps) return refuse_appending("An encapsulated picture cannot be appended");
+    PsTarget target = ps_look_at_target(output.name);
+    switch (target.kind) {
+    case PsTarget::Kind::absent: output.kind = PrintOutputKind::create; return true;
+    case PsTarget::Kind::encapsulated:
+        return refuse_appending("Nothing can be appended to an encapsulated picture");
+    case PsTarget::Kind::foreign:
+        MESS_print(kWarn, "gps_open: Not a finished file of this program, appended as it is: %s\n",
+                   output.name.c_str());
+        state.bare = true;
+        return true;
+    case PsTarget::Kind::finished: break;
+    }
+    if (target.sheet != ps_sheet(state.options))
+        return refuse_appending(format_text("A page of %s points cannot be appended to one of %s",
+                                            ps_sheet(state.options).c_str(), target.sheet.c_str())
+                                    .c_str());
+    if (!ps_take_off_end(output.name, target)) return refuse_appending("Unable to change");
+    state.joined = std::move(target);
+    return true;
+}
+
+Stream open_output(PrintOutput output) {
+    state.bare = false;
+    state.joined.reset();
+    const PrintOutput asked = output;
+    if (output.kind == PrintOutputKind::append && !join_file(output)) return {};
+    Stream stream = open_print_output(output);
+    if (!stream && state.joined) ps_put_back_end(output.name, *state.joined);
+    if (stream) report_print_output(asked);
+    return stream;
 }
 
 void read_options(const std::vector<std::string> &spec) {
@@ -296,19 +311,18 @@ int gps_open(std::string_view device_spec, PrintPage &page) {
     const std::vector<std::string> spec = split_device_spec(device_spec);
     const PrintOutput output =
         parse_print_output(print_file_name(spec, {"vyxps_print", "PSPRINT"}, "vyx.ps"));
-    Stream stream = open_print_output(output);
+    read_options(spec);
+    page = postscript_area(state.options.page);
+    if (!place_by_geometry(print_geometry({"vyxps_geometry", "PSGEOMETRY"}),
+                           {points_per_hundredth_inch, 0, 0}, page))
+        return -1;
+    state.name = output.name;
+    Stream stream = open_output(output);
     if (!stream) {
         gerr_printf("gopen_ws", "unable to open postscript file\n");
         return -1;
     }
-    report_print_output(output);
     state.out.open(std::move(stream));
-    state.name = output.name;
-    state.append = output.kind == PrintOutputKind::append;
-    read_options(spec);
-    page = postscript_area(state.options.page);
-    place_by_geometry(print_geometry({"vyxps_geometry", "PSGEOMETRY"}), {points_per_hundredth_inch, 0, 0},
-                      page);
     put_prologue(page);
     return 0;
 }
@@ -318,6 +332,7 @@ int gps_close() {
     put_trailer();
     if (!state.out.close()) {
         MESS_print(kError, "gps_close: Error writing postscript file: %s\n", state.name.c_str());
+        if (state.joined) ps_put_back_end(state.name, *state.joined);
         return -1;
     }
     MESS_print(kMess, "Created Postscript file\n");
@@ -326,12 +341,13 @@ int gps_close() {
 
 int gps_new_page() {
     if (!state.out.is_open()) return 0;
-    if (state.options.eps || state.append) {
+    if (state.options.eps || state.bare) {
         MESS_print(kWarn, "gps_new_page: One page only in an encapsulated or appended file: %s\n",
                    state.name.c_str());
         return -1;
     }
-    put("%%End of plot\nsaveobj restore\nshowpage\nend\n");
+    put(kPsPlotEnd);
+    put(kPsPageEnd);
     put_page_setup({});
     put_title_comment("%%VYX Plot: ");
     return 0;

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <limits>
 
+#include "graphics/devices/panel.h"
 #include "graphics/devices/paper.h"
 #include "lib/calendar.h"
 #include "lib/message.h"
@@ -17,8 +18,6 @@ namespace {
 
 /// Far beyond any plotter, and safe in every integer sum.
 constexpr float kLargestUnits = 1e6F;
-/// Columns and rows of a panel grid.
-constexpr float kLargestGrid = 8.0F;
 
 int to_units(float value) {
     return static_cast<int>(std::clamp(value, -kLargestUnits, kLargestUnits));
@@ -32,34 +31,36 @@ const char *first_set(std::initializer_list<const char *> variables) {
     return nullptr;
 }
 
-/// Fractions of the page, y upwards.
-struct Panel {
-    float width = 1, height = 1, x = 0, y = 0;
-};
+bool meets(const PrintPage &area, const PrintPage &page) {
+    return area.x < page.x + page.width && area.x + area.width > page.x && area.y < page.y + page.height &&
+           area.y + area.height > page.y;
+}
 
-Panel parse_panel(std::string_view text) {
-    Panel panel;
-    Scanner scan(text);
+bool refuse(std::string_view geometry) {
+    MESS_print(kError, "geometry: Nothing of the page lies in: %s\n", std::string(geometry).c_str());
+    return false;
+}
+
+bool ignore(std::string_view geometry) {
+    MESS_print(kWarn, "geometry: Not understood: %s\n", std::string(geometry).c_str());
+    return true;
+}
+
+bool place_in_panel(std::string_view geometry, PrintPage &page) {
+    PanelFractions panel;
+    Scanner scan(geometry.substr(1));
     if (const auto width = scan.real()) panel.width = *width;
     scan.literal('x');
     if (const auto height = scan.real()) panel.height = *height;
     if (const auto x = scan.real()) panel.x = *x;
     if (const auto y = scan.real()) panel.y = *y;
-    if (panel.width > 1) {
-        const float columns = std::clamp(panel.width, 1.0F, kLargestGrid);
-        const float rows = std::clamp(panel.height, 1.0F, kLargestGrid);
-        // Rows count from the top, device units from the bottom.
-        panel = {1 / columns, 1 / rows, panel.x / columns, 1 - (panel.y + 1) / rows};
-    }
-    return panel;
-}
-
-void place_in_panel(std::string_view text, PrintPage &page) {
-    const Panel panel = parse_panel(text);
+    panel = panel_fractions(panel.width, panel.height, panel.x, panel.y);
     const auto width = static_cast<float>(page.width), height = static_cast<float>(page.height);
     const PrintPage placed{to_units(width * panel.width), to_units(height * panel.height),
                            page.x + to_units(width * panel.x), page.y + to_units(height * panel.y)};
-    if (placed.width > 0 && placed.height > 0) page = placed;
+    if (!panel.meets_page() || placed.width <= 0 || placed.height <= 0) return refuse(geometry);
+    page = placed;
+    return true;
 }
 
 } // namespace
@@ -117,18 +118,18 @@ std::optional<PageInches> parse_page_size(std::string_view word) {
     return PageInches{*width, *height};
 }
 
-void place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page) {
-    if (begins_with(geometry, "P")) {
-        place_in_panel(geometry.substr(1), page);
-        return;
-    }
+bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page) {
+    if (geometry.empty()) return true;
+    if (begins_with(geometry, "P")) return place_in_panel(geometry, page);
+    const PrintPage whole = page;
     const auto scaled = [&units](int value) { return to_units(static_cast<float>(value) * units.scale); };
     const auto place = [&](Scanner &scan) {
         const auto x = scan.integer();
         const auto y = scan.integer();
-        if (scan.failed()) return;
+        if (scan.failed()) return false;
         page.x = scaled(*x) + units.offset_x;
         page.y = scaled(*y) + units.offset_y;
+        return true;
     };
     Scanner scan(geometry);
     const auto width = scan.integer();
@@ -136,14 +137,14 @@ void place_by_geometry(std::string_view geometry, const GeometryUnits &units, Pr
     const auto height = scan.integer();
     if (scan.failed()) {
         Scanner position_only(geometry);
-        place(position_only);
-        return;
-    }
-    if (scaled(*width) > 0 && scaled(*height) > 0) {
+        if (!place(position_only)) return ignore(geometry);
+    } else {
         page.width = scaled(*width);
         page.height = scaled(*height);
+        if (page.width <= 0 || page.height <= 0) return refuse(geometry);
+        if (!trimmed(scan.rest()).empty() && !place(scan)) return ignore(geometry);
     }
-    place(scan);
+    return meets(page, whole) || refuse(geometry);
 }
 
 std::string print_geometry(std::initializer_list<const char *> variables) {

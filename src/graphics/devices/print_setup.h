@@ -61,9 +61,9 @@ struct GeometryUnits {
 };
 
 /// Places the drawing area: "P" and panel values "WxH+X+Y" (fractions, or a grid counted from the top left
-/// when W is above 1), "WxH+X+Y", only the size "WxH", or only the position "+X+Y". What does not fit changes
-/// nothing.
-void place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
+/// when W is above 1), "WxH+X+Y", only the size "WxH", or only the position "+X+Y". What cannot be read is
+/// told and changes nothing. False after a message when nothing of the page lies in the area.
+bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
 /// The "geometry" resource, else the first of the environment variables that is set; empty when none is.
 std::string print_geometry(std::initializer_list<const char *> variables);
 

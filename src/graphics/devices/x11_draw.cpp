@@ -84,8 +84,10 @@ PixmapId gx11_create_pixmap(int width, int height) {
     X11Session *const s = x11_session();
     constexpr int kMaxSide = std::numeric_limits<short>::max();
     if (s == nullptr || width <= 0 || height <= 0 || width > kMaxSide || height > kMaxSide) return kNoPixmap;
+    x11_begin_trial(s->display());
     const Pixmap id = XCreatePixmap(s->display(), s->window.get(), positive(width), positive(height),
                                     static_cast<unsigned>(s->depth));
+    if (!x11_end_trial(s->display())) return kNoPixmap;
     s->pixmaps.emplace(id, PixmapRecord{XPixmap(s->display(), id), width, height});
     return id;
 }

@@ -65,6 +65,18 @@ bool x11_no_error(Display *display) {
     return !state.seen;
 }
 
+void x11_begin_trial(Display *display) {
+    XSync(display, False); // errors of earlier requests are none of the trial's
+    state.seen = false;
+    state.print = false;
+}
+
+bool x11_end_trial(Display *display) {
+    XSync(display, False);
+    state.print = true;
+    return !state.seen;
+}
+
 int x11_error_count() {
     return state.count;
 }

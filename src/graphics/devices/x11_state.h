@@ -118,6 +118,9 @@ const PixmapRecord *x11_pixmap(const X11Session &session, PixmapId id);
 void x11_watch_errors(bool print);
 /// Waits for the server's answer to everything sent. True when none was an error since x11_watch_errors.
 bool x11_no_error(Display *display);
+/// Between these errors are neither printed nor counted; true when there was none.
+void x11_begin_trial(Display *display);
+bool x11_end_trial(Display *display);
 int x11_error_count();
 /// Installs the handlers of protocol errors and of a lost connection.
 void x11_install_handlers();

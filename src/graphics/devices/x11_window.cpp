@@ -236,6 +236,18 @@ const PixmapRecord *x11_pixmap(const X11Session &session, PixmapId id) {
     return found == session.pixmaps.end() ? nullptr : &found->second;
 }
 
+namespace {
+
+/// The server has no memory for the picture.
+bool give_up(int width, int height) {
+    gerr_printf(kOpen, "no memory for a picture of %d x %d pixels\n", width, height);
+    gerr_printf(kOpen, "unable to open window\n");
+    state.session.reset();
+    return false;
+}
+
+} // namespace
+
 bool gx11_open(const RasterWish &wish, RasterWindow &window) {
     if (state.session) return false;
     state.session = std::make_unique<X11Session>();
@@ -255,10 +267,12 @@ bool gx11_open(const RasterWish &wish, RasterWindow &window) {
     describe(s, wish, placement);
     create_root_context(s);
     s.base = s.drawable = gx11_create_pixmap(s.width, s.height);
+    if (s.base == kNoPixmap) return give_up(s.width, s.height);
     XMapWindow(s.display(), s.window.get());
     await_window(s);
     set_up_colors(s, wish);
     adopt_size(s);
+    if (s.base == kNoPixmap) return give_up(s.width, s.height);
     XClearWindow(s.display(), s.window.get());
     gx11_clear(s.base);
     create_cursors(s);

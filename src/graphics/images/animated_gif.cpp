@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <unordered_map>
+#include <utility>
 
 #include "graphics/images/gif_format.h"
 #include "graphics/images/image.h"
@@ -15,87 +15,10 @@ constexpr std::size_t kSlots = 256;
 constexpr float kLongestDelay = 655.35F; ///< seconds
 constexpr int kLeaveInPlace = 1;         ///< disposal: the next frame is drawn over this one
 
-using Bytes = std::array<std::uint8_t, 3>;
-
-Bytes bytes_of(const Rgb &color) {
-    return {color_byte(color.red), color_byte(color.green), color_byte(color.blue)};
+std::uint32_t key_of(const Rgb &color) {
+    return static_cast<std::uint32_t>(color_byte(color.red) << 16 | color_byte(color.green) << 8 |
+                                      color_byte(color.blue));
 }
-
-std::uint32_t key_of(const Bytes &bytes) {
-    return static_cast<std::uint32_t>(bytes[0] << 16 | bytes[1] << 8 | bytes[2]);
-}
-
-int distance(const Bytes &a, const Bytes &b) {
-    int sum = 0;
-    for (std::size_t i = 0; i < a.size(); ++i) sum += (a[i] - b[i]) * (a[i] - b[i]);
-    return sum;
-}
-
-/// The colours of all frames. Where they are more than the slots, the most frequent ones have one and every
-/// other is shown in the nearest of these.
-class SharedPalette {
-public:
-    void count(const PaletteImage &image) {
-        std::array<std::size_t, kSlots> pixels{};
-        for (const std::uint8_t pixel : image.pixels) ++pixels[pixel];
-        for (std::size_t i = 0; i < image.colors.size(); ++i) {
-            const Bytes bytes = bytes_of(image.colors[i]);
-            const auto [found, is_new] = places_.try_emplace(key_of(bytes), entries_.size());
-            if (is_new) entries_.push_back({bytes, 0, 0});
-            entries_[found->second].pixels += pixels[i];
-        }
-    }
-
-    void choose() {
-        std::vector<std::size_t> order(entries_.size());
-        for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-        if (order.size() > kSlots)
-            std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) {
-                return entries_[a].pixels > entries_[b].pixels;
-            });
-        for (const std::size_t i : order) {
-            const Bytes &bytes = entries_[i].bytes;
-            if (colors_.size() < kSlots) {
-                entries_[i].slot = static_cast<std::uint8_t>(colors_.size());
-                chosen_.push_back(bytes);
-                colors_.push_back(color_of_bytes(bytes[0], bytes[1], bytes[2]));
-            } else {
-                entries_[i].slot = nearest(bytes);
-            }
-        }
-    }
-
-    [[nodiscard]] const std::vector<Rgb> &colors() const { return colors_; }
-    /// The pixels of a counted frame as slots of this palette.
-    [[nodiscard]] std::vector<std::uint8_t> slots_of(const PaletteImage &image) const {
-        std::array<std::uint8_t, kSlots> slots{};
-        for (std::size_t i = 0; i < image.colors.size(); ++i)
-            slots[i] = entries_[places_.at(key_of(bytes_of(image.colors[i])))].slot;
-        std::vector<std::uint8_t> pixels(image.pixels.size());
-        std::transform(image.pixels.begin(), image.pixels.end(), pixels.begin(),
-                       [&](std::uint8_t pixel) { return slots[pixel]; });
-        return pixels;
-    }
-
-private:
-    struct Entry {
-        Bytes bytes;
-        std::size_t pixels; ///< in all frames
-        std::uint8_t slot;
-    };
-    [[nodiscard]] std::uint8_t nearest(const Bytes &bytes) const {
-        const auto found =
-            std::min_element(chosen_.begin(), chosen_.end(), [&](const Bytes &a, const Bytes &b) {
-                return distance(a, bytes) < distance(b, bytes);
-            });
-        return static_cast<std::uint8_t>(found - chosen_.begin());
-    }
-
-    std::unordered_map<std::uint32_t, std::size_t> places_;
-    std::vector<Entry> entries_;
-    std::vector<Bytes> chosen_;
-    std::vector<Rgb> colors_;
-};
 
 /// What differs between two pictures of one size; one pixel where they are alike, so that the frame stays.
 GifRect changed_rectangle(const std::vector<std::uint8_t> &before, const std::vector<std::uint8_t> &after,
@@ -143,16 +66,55 @@ void put_endless_loop(std::string &out) {
 
 } // namespace
 
+/// The picture in slots of the shared table while that has room for its colours, else with a table of its
+/// own.
+AnimatedGif::Picture AnimatedGif::take_colors(PaletteImage image) {
+    const auto is_new = [this](const Rgb &color) { return !slots_.contains(key_of(color)); };
+    const auto news = std::count_if(image.colors.begin(), image.colors.end(), is_new);
+    if (colors_.size() + static_cast<std::size_t>(news) > kSlots)
+        return {std::move(image.pixels), std::move(image.colors)};
+    std::array<std::uint8_t, kSlots> slots{};
+    for (std::size_t i = 0; i < image.colors.size(); ++i) {
+        const auto [place, added] = slots_.try_emplace(key_of(image.colors[i]), colors_.size());
+        if (added) colors_.push_back(image.colors[i]);
+        slots[i] = static_cast<std::uint8_t>(place->second);
+    }
+    for (std::uint8_t &pixel : image.pixels) pixel = slots[pixel];
+    return {std::move(image.pixels), {}};
+}
+
+void AnimatedGif::put(std::string &out, const Picture &picture, const GifRect &rect) const {
+    const std::size_t colors = picture.own_colors.empty() ? colors_.size() : picture.own_colors.size();
+    gif_put_image(out, rect, false, gif_index_bits(colors), cut(picture.pixels, width_, rect),
+                  picture.own_colors);
+}
+
 void AnimatedGif::add(const ImageRecord &record, float delay_seconds) {
-    frames_.push_back({IMG_palette(record), delay_seconds});
+    PaletteImage image = IMG_palette(record);
+    if (frames_.empty()) {
+        width_ = image.width;
+        height_ = image.height;
+    }
+    if (image.width == 0 || image.width != width_ || image.height != height_) {
+        sizes_differ_ = true;
+        return;
+    }
+    Picture picture = take_colors(std::move(image));
+    const bool alike = !frames_.empty() && last_.own_colors.empty() && picture.own_colors.empty();
+    const GifRect rect = alike ? changed_rectangle(last_.pixels, picture.pixels, width_, height_)
+                               : GifRect{0, 0, width_, height_};
+    if (rocks_ && frames_.size() > 1) put(frames_.back().backward, last_, rect);
+    frames_.push_back({delay_seconds, {}, {}});
+    put(frames_.back().forward, picture, rect);
+    last_ = std::move(picture);
+}
+
+void AnimatedGif::set_last_delay(float seconds) {
+    if (!frames_.empty()) frames_.back().delay = seconds;
 }
 
 int AnimatedGif::write(std::string_view path) const {
-    const auto is_other_size = [this](const Frame &frame) {
-        return frame.image.width != frames_[0].image.width || frame.image.height != frames_[0].image.height;
-    };
-    if (frames_.empty() || frames_[0].image.width == 0 ||
-        std::any_of(frames_.begin(), frames_.end(), is_other_size)) {
+    if (frames_.empty() || sizes_differ_) {
         MESS_print(kWarn, "AnimatedGif: No frames, or frames of different sizes\n");
         return 0;
     }
@@ -161,24 +123,22 @@ int AnimatedGif::write(std::string_view path) const {
         MESS_print(kWarn, "Unable to open GIF file\n");
         return 0;
     }
-    SharedPalette palette;
-    for (const Frame &frame : frames_) palette.count(frame.image);
-    palette.choose();
-
-    const int width = frames_[0].image.width, height = frames_[0].image.height;
-    const int bits = gif_index_bits(palette.colors().size());
-    std::string out;
-    gif_put_header(out, width, height, palette.colors());
-    put_endless_loop(out);
-    std::vector<std::uint8_t> shown;
-    for (const Frame &frame : frames_) {
-        std::vector<std::uint8_t> pixels = palette.slots_of(frame.image);
-        const GifRect rect =
-            shown.empty() ? GifRect{0, 0, width, height} : changed_rectangle(shown, pixels, width, height);
-        gif_put_control(out, kLeaveInPlace, hundredths(frame.delay), -1);
-        gif_put_image(out, rect, false, bits, cut(pixels, width, rect));
-        shown = std::move(pixels);
-    }
-    out += static_cast<char>(kGifTrailer);
-    return write_and_close("AnimatedGif", path, file, out) ? 1 : 0;
+    const auto put_to_file = [&file](const std::string &bytes) {
+        std::fwrite(bytes.data(), 1, bytes.size(), file.get());
+    };
+    const auto put_frame = [&](float delay, const std::string &image) {
+        std::string control;
+        gif_put_control(control, kLeaveInPlace, hundredths(delay), -1);
+        put_to_file(control);
+        put_to_file(image);
+    };
+    std::string head;
+    gif_put_header(head, width_, height_, colors_);
+    put_endless_loop(head);
+    put_to_file(head);
+    for (const Frame &frame : frames_) put_frame(frame.delay, frame.forward);
+    // The loop begins again with the first picture, so the way back ends at the second.
+    for (std::size_t i = frames_.size(); rocks_ && i-- > 0;)
+        if (!frames_[i].backward.empty()) put_frame(frames_[i].delay, frames_[i].backward);
+    return write_and_close("AnimatedGif", path, file, std::string(1, static_cast<char>(kGifTrailer))) ? 1 : 0;
 }

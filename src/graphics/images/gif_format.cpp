@@ -6,6 +6,18 @@
 
 #include "graphics/images/pixels.h"
 
+namespace {
+
+/// Filled up with black to a power of two.
+void put_table(std::string &out, std::span<const Rgb> colors) {
+    for (const Rgb &color : colors)
+        for (const float component : {color.red, color.green, color.blue})
+            out += static_cast<char>(color_byte(component));
+    out.append(3 * ((std::size_t{1} << gif_index_bits(colors.size())) - colors.size()), '\0');
+}
+
+} // namespace
+
 std::vector<int> gif_interlaced_rows(int height) {
     struct Pass {
         int first, step;
@@ -34,10 +46,7 @@ void gif_put_header(std::string &out, int width, int height, std::span<const Rgb
     gif_put_u16(out, height);
     out += static_cast<char>(kGifHasTable | (bits - 1) << 4 | (bits - 1));
     out.append(2, '\0'); // background index, aspect not given
-    for (const Rgb &color : colors)
-        for (const float component : {color.red, color.green, color.blue})
-            out += static_cast<char>(color_byte(component));
-    out.append(3 * ((std::size_t{1} << bits) - colors.size()), '\0');
+    put_table(out, colors);
 }
 
 void gif_put_control(std::string &out, int disposal, int delay, int transparent) {
@@ -51,10 +60,12 @@ void gif_put_control(std::string &out, int disposal, int delay, int transparent)
 }
 
 void gif_put_image(std::string &out, const GifRect &rect, bool interlaced, int index_bits,
-                   std::span<const std::uint8_t> pixels) {
+                   std::span<const std::uint8_t> pixels, std::span<const Rgb> own_colors) {
     out += static_cast<char>(kGifImage);
     for (const int value : {rect.left, rect.top, rect.width, rect.height}) gif_put_u16(out, value);
-    out += static_cast<char>(interlaced ? kGifInterlaced : 0);
+    const int table = own_colors.empty() ? 0 : kGifHasTable | (gif_index_bits(own_colors.size()) - 1);
+    out += static_cast<char>((interlaced ? kGifInterlaced : 0) | table);
+    if (!own_colors.empty()) put_table(out, own_colors);
     const int code_size = std::max(index_bits, 2);
     out += static_cast<char>(code_size);
     gif_compress(out, code_size, pixels);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "graphics/core/types.h"
+#include "graphics/images/image.h"
 
 enum GifByte : std::uint8_t {
     kGifExtension = 0x21,
@@ -24,11 +25,6 @@ enum GifFlag : std::uint8_t {
 inline constexpr int kGifMaxBits = 12; ///< longest code
 inline constexpr int kGifMaxCodes = 1 << kGifMaxBits;
 
-/// A rectangle of a picture, in pixels from the upper left corner.
-struct GifRect {
-    int left = 0, top = 0, width = 0, height = 0;
-};
-
 /// The rows in the order in which an interlaced image holds them.
 std::vector<int> gif_interlaced_rows(int height);
 
@@ -40,9 +36,10 @@ int gif_index_bits(std::size_t colors);
 void gif_put_header(std::string &out, int width, int height, std::span<const Rgb> colors);
 /// `disposal` 1 leaves the image, `transparent` -1 for none, `delay` in hundredths of a second.
 void gif_put_control(std::string &out, int disposal, int delay, int transparent);
-/// An image with its compressed pixels, which stand in the order of the file.
+/// An image with its compressed pixels, which stand in the order of the file, and where they are given its
+/// own colours.
 void gif_put_image(std::string &out, const GifRect &rect, bool interlaced, int index_bits,
-                   std::span<const std::uint8_t> pixels);
+                   std::span<const std::uint8_t> pixels, std::span<const Rgb> own_colors = {});
 void gif_put_u16(std::string &out, int value);
 
 /// Compresses pixels below 2^code_size into `out`, as data sub-blocks without the terminator.

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr bool kMsbFirst = true, kLsbFirst = false;
+constexpr std::uint64_t kFullByte = 255;
 
 /// Bits of a pixel, as far as there is a layout for them; 0: none.
 int stored_bits(const ImageRecord &record) {
@@ -25,21 +26,30 @@ int stored_bits(const ImageRecord &record) {
     }
 }
 
-/// Pixels of whole bytes; of four bytes the most significant one is no colour.
+/// Bits of a pixel that tell its colour. Of four bytes the most significant one tells nothing unless the
+/// picture says so, as those of displays with 10 bits a colour do.
+std::uint32_t color_bits(const ImageRecord &record) {
+    const std::uint32_t masks = record.red_mask | record.green_mask | record.blue_mask;
+    return record.mapped || masks == 0 ? 0xFFFFFF : masks;
+}
+
+/// Pixels of whole bytes.
 template <int Bytes, bool MsbFirst>
-void read_bytes(const std::uint8_t *row, std::span<std::uint32_t> values) {
+void read_bytes(const std::uint8_t *row, std::uint32_t bits, std::span<std::uint32_t> values) {
     for (std::uint32_t &value : values) {
         std::uint32_t pixel = 0;
         for (int i = 0; i < Bytes; ++i)
             pixel |= static_cast<std::uint32_t>(row[i]) << 8 * (MsbFirst ? Bytes - 1 - i : i);
-        value = pixel & 0xFFFFFF;
+        value = pixel & bits;
         row += Bytes;
     }
 }
 
 template <int Bytes>
-void read_bytes(bool msb_first, const std::uint8_t *row, std::span<std::uint32_t> values) {
-    msb_first ? read_bytes<Bytes, kMsbFirst>(row, values) : read_bytes<Bytes, kLsbFirst>(row, values);
+void read_bytes(bool msb_first, const std::uint8_t *row, std::uint32_t bits,
+                std::span<std::uint32_t> values) {
+    msb_first ? read_bytes<Bytes, kMsbFirst>(row, bits, values)
+              : read_bytes<Bytes, kLsbFirst>(row, bits, values);
 }
 
 void read_nibbles(const std::uint8_t *row, std::span<std::uint32_t> values) {
@@ -90,11 +100,12 @@ void read_row(const ImageRecord &record, int row, std::span<std::uint32_t> value
     const bool msb_first = record.byte_order != 0;
     const std::uint8_t *start = record.bytes().data() + static_cast<std::size_t>(row) *
                                                             static_cast<std::size_t>(record.bytes_per_line);
+    const std::uint32_t bits = color_bits(record);
     switch (stored_bits(record)) {
-    case 32: read_bytes<4>(msb_first, start, values); break;
-    case 24: read_bytes<3>(msb_first, start, values); break;
-    case 16: read_bytes<2>(msb_first, start, values); break;
-    case 8: read_bytes<1>(msb_first, start, values); break;
+    case 32: read_bytes<4>(msb_first, start, bits, values); break;
+    case 24: read_bytes<3>(msb_first, start, bits, values); break;
+    case 16: read_bytes<2>(msb_first, start, bits, values); break;
+    case 8: read_bytes<1>(msb_first, start, bits, values); break;
     case 4: read_nibbles(start, values); break;
     case 1: read_bits(msb_first, start, values); break;
     default: std::fill(values.begin(), values.end(), 0U); break;
@@ -105,14 +116,15 @@ MaskField::MaskField(std::uint32_t mask)
     : position(mask == 0 ? 0 : std::countr_zero(mask)), width(std::countr_one(mask >> position)) {}
 
 std::uint8_t MaskField::byte(std::uint32_t value) const {
-    const std::uint64_t field = (std::uint64_t{value} >> position) & ((std::uint64_t{1} << width) - 1);
-    return static_cast<std::uint8_t>(width < 8 ? field << (8 - width) : field >> (width - 8));
+    const std::uint64_t full = (std::uint64_t{1} << width) - 1;
+    if (full == 0) return 0;
+    return static_cast<std::uint8_t>(((std::uint64_t{value} >> position & full) * kFullByte + full / 2) /
+                                     full);
 }
 
 std::uint32_t MaskField::field(std::uint8_t byte) const {
-    const std::uint64_t wide =
-        width < 8 ? std::uint64_t{byte} >> (8 - width) : std::uint64_t{byte} << (width - 8);
-    return static_cast<std::uint32_t>(wide << position);
+    const std::uint64_t full = (std::uint64_t{1} << width) - 1;
+    return static_cast<std::uint32_t>((byte * full + kFullByte / 2) / kFullByte << position);
 }
 
 PixelColors::PixelColors(const ImageRecord &record)

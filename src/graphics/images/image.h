@@ -2,9 +2,11 @@
 /// The image record that every image file is written from and read into.
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "graphics/core/types.h"
@@ -17,6 +19,11 @@ struct ImageDomain {
     float plat = kMissingF, plon = kMissingF, p3 = kMissingF, p4 = kMissingF, p5 = kMissingF;
     float clat = kMissingF, clon = kMissingF, dx = kMissingF, dy = kMissingF;
     int nx = kMissing, ny = kMissing;
+};
+
+/// A rectangle of a picture, in pixels from the upper left corner.
+struct GifRect {
+    int left = 0, top = 0, width = 0, height = 0;
 };
 
 struct ImageRecord {
@@ -72,23 +79,42 @@ struct PaletteImage {
     int transparent = 0;              ///< slot of the background colour, 0 when it does not occur
     std::vector<std::uint8_t> pixels; ///< width * height
 };
-/// Slots in the order in which the colours first occur, rows from the top; what does not fit into 256 slots
-/// gets slot 0. Empty (width 0) when the record holds no whole picture.
+/// Slots in the order in which the colours first occur, rows from the top. Of more than 256 the most frequent
+/// ones (and the background) have a slot, and every other is shown in the nearest of these. Empty (width 0)
+/// when the record holds no whole picture.
 PaletteImage IMG_palette(const ImageRecord &record);
+/// The same, but nothing where the colours are more than the slots.
+std::optional<PaletteImage> IMG_exact_palette(const ImageRecord &record);
 
-/// Writes pictures of one size as a looping GIF: shared palette, only changed rectangles stored, delays in
-/// seconds (0 to 655). 1 on success, 0 after a message: no frame, sizes that differ, a file that cannot be
-/// written.
+/// Pictures of one size as a looping GIF: only changed rectangles are stored, and each picture is compressed
+/// as it comes, so that their number has no limit. Delays in seconds (0 to 655).
 class AnimatedGif {
 public:
+    /// Said before the first picture: from the last one the loop goes back the way it came.
+    void rock() { rocks_ = true; }
     void add(const ImageRecord &record, float delay_seconds);
+    void set_last_delay(float seconds);
     [[nodiscard]] std::size_t frames() const { return frames_.size(); }
+    /// 1 on success, 0 after a message: no frame, sizes that differ, a file that cannot be written.
     int write(std::string_view path) const;
 
 private:
-    struct Frame {
-        PaletteImage image;
-        float delay;
+    struct Picture {
+        std::vector<std::uint8_t> pixels;
+        std::vector<Rgb> own_colors; ///< empty: slots of the shared table
     };
+    struct Frame {
+        float delay;
+        std::string forward;  ///< what changes the picture before it into this one
+        std::string backward; ///< what changes the picture behind it into this one; only when rocking
+    };
+    Picture take_colors(PaletteImage image);
+    void put(std::string &out, const Picture &picture, const GifRect &rect) const;
+
+    int width_ = 0, height_ = 0;
+    bool rocks_ = false, sizes_differ_ = false;
+    std::vector<Rgb> colors_;                              ///< the shared table
+    std::unordered_map<std::uint32_t, std::size_t> slots_; ///< of colours as 0xRRGGBB
     std::vector<Frame> frames_;
+    Picture last_;
 };

@@ -11,9 +11,9 @@ struct MaskField {
     int position = 0, width = 0; ///< bits
 
     explicit MaskField(std::uint32_t mask);
-    /// The field of `value` in 8 bits: shifted, not scaled.
+    /// The field of `value` in 8 bits: all bits set is 255, whatever the width.
     [[nodiscard]] std::uint8_t byte(std::uint32_t value) const;
-    /// The bits of a byte in the field, others 0.
+    /// The bits of a byte in the field, others 0; 255 is all bits set.
     [[nodiscard]] std::uint32_t field(std::uint8_t byte) const;
 };
 

@@ -15,11 +15,12 @@ constexpr const char *kSoftware = "VYX - Korvane v5.0";
 
 /// All that the encoder needs, made before it starts.
 struct Picture {
-    std::FILE *file;
-    png_uint_32 width, height;
-    const std::uint8_t *pixels;
-    std::array<png_color, kPaletteEntries> palette;
-    std::array<png_text, 3> texts;
+    std::FILE *file = nullptr;
+    png_uint_32 width = 0, height = 0;
+    std::size_t pixel_bytes = 1; ///< 1: slots of the palette; 3: red, green, blue
+    const std::uint8_t *pixels = nullptr;
+    std::array<png_color, kPaletteEntries> palette{};
+    std::array<png_text, 3> texts{};
 };
 
 void write_data(png_structp png, png_bytep data, png_size_t length) {
@@ -38,13 +39,15 @@ bool encode(const Picture &picture, PngFault &fault) {
         return false;
     }
     png_set_write_fn(png, picture.file, write_data, flush_data);
-    png_set_IHDR(png, info, picture.width, picture.height, 8, PNG_COLOR_TYPE_PALETTE, PNG_INTERLACE_NONE,
+    const bool mapped = picture.pixel_bytes == 1;
+    png_set_IHDR(png, info, picture.width, picture.height, 8,
+                 mapped ? PNG_COLOR_TYPE_PALETTE : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_set_PLTE(png, info, picture.palette.data(), static_cast<int>(picture.palette.size()));
+    if (mapped) png_set_PLTE(png, info, picture.palette.data(), static_cast<int>(picture.palette.size()));
     png_set_text(png, info, picture.texts.data(), static_cast<int>(picture.texts.size()));
     png_write_info(png, info);
     for (png_uint_32 row = 0; row < picture.height; ++row)
-        png_write_row(png, picture.pixels + std::size_t{row} * picture.width);
+        png_write_row(png, picture.pixels + std::size_t{row} * picture.width * picture.pixel_bytes);
     png_write_end(png, info);
     png_destroy_write_struct(&png, &info);
     return true;
@@ -70,21 +73,53 @@ png_text text_of(std::string &key, std::string &value) {
     return text;
 }
 
-bool write_picture(const PaletteImage &image, const std::string &title, std::FILE *file, PngFault &fault) {
-    Picture picture{file,
-                    static_cast<png_uint_32>(image.width),
-                    static_cast<png_uint_32>(image.height),
-                    image.pixels.data(),
-                    {},
-                    {}};
-    for (std::size_t i = 0; i < image.colors.size(); ++i) {
-        const Rgb &color = image.colors[i];
-        picture.palette[i] = {color_byte(color.red), color_byte(color.green), color_byte(color.blue)};
-    }
+bool write_with_texts(Picture &picture, const std::string &title, PngFault &fault) {
     std::array<std::string, 3> keys{"Title", "Software", "Creation Time"};
     std::array<std::string, 3> values{title, kSoftware, creation_time()};
     for (std::size_t i = 0; i < keys.size(); ++i) picture.texts[i] = text_of(keys[i], values[i]);
     return encode(picture, fault);
+}
+
+void put_palette(Picture &picture, const PaletteImage &image) {
+    picture.pixels = image.pixels.data();
+    for (std::size_t i = 0; i < image.colors.size(); ++i) {
+        const Rgb &color = image.colors[i];
+        picture.palette[i] = {color_byte(color.red), color_byte(color.green), color_byte(color.blue)};
+    }
+}
+
+/// Red, green and blue of every pixel.
+std::vector<std::uint8_t> color_bytes(const ImageRecord &record) {
+    const PixelColors colors(record);
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(3 * static_cast<std::size_t>(record.width) * static_cast<std::size_t>(record.height));
+    std::vector<std::uint32_t> values(static_cast<std::size_t>(record.width));
+    for (int row = 0; row < record.height; ++row) {
+        read_row(record, row, values);
+        for (const std::uint32_t value : values) {
+            const Rgb color = colors.color(value);
+            for (const float component : {color.red, color.green, color.blue})
+                bytes.push_back(color_byte(component));
+        }
+    }
+    return bytes;
+}
+
+/// With a palette as long as its 256 entries hold every colour, else in true colour.
+bool write_picture(const ImageRecord &record, std::FILE *file, PngFault &fault) {
+    Picture picture;
+    picture.file = file;
+    picture.width = static_cast<png_uint_32>(record.width);
+    picture.height = static_cast<png_uint_32>(record.height);
+    const std::optional<PaletteImage> image = IMG_exact_palette(record);
+    if (image) {
+        put_palette(picture, *image);
+        return write_with_texts(picture, record.title, fault);
+    }
+    const std::vector<std::uint8_t> bytes = color_bytes(record);
+    picture.pixels = bytes.data();
+    picture.pixel_bytes = 3;
+    return write_with_texts(picture, record.title, fault);
 }
 
 } // namespace
@@ -97,7 +132,7 @@ int PNG_write(std::string_view path, const ImageRecord &record) {
         return 0;
     }
     PngFault fault;
-    if (!write_picture(IMG_palette(record), record.title, file.get(), fault)) {
+    if (!write_picture(record, file.get(), fault)) {
         MESS_print(kWarn, "PNG_write: Unable to write: %s: %s\n", std::string(path).c_str(),
                    fault.text.data());
         return 0;

@@ -20,10 +20,20 @@ constexpr std::size_t kLongestLine = 1000;
 /// The compression makes no more than 1032 bytes of one.
 constexpr std::size_t kMostBytesPerByte = 1040;
 
+std::uint8_t mean(int a, int b, int c) {
+    return static_cast<std::uint8_t>((a + b + c) / 3);
+}
+
 /// The byte that stands for a pixel of a row: its brightness as far as one byte has it.
 std::uint8_t byte_of(const ImageRecord &record, std::uint32_t value) {
+    const std::uint32_t masks = record.red_mask | record.green_mask | record.blue_mask;
     switch (record.bits_per_pixel) {
-    case 32: return static_cast<std::uint8_t>(((value >> 16) + (value >> 8 & 0xFF) + (value & 0xFF)) / 3);
+    case 32:
+        if (!record.mapped && masks > 0xFFFFFF)
+            return mean(MaskField(record.red_mask).byte(value), MaskField(record.green_mask).byte(value),
+                        MaskField(record.blue_mask).byte(value));
+        return mean(static_cast<int>(value >> 16), static_cast<int>(value >> 8 & 0xFF),
+                    static_cast<int>(value & 0xFF));
     case 24: return static_cast<std::uint8_t>(value >> 16);
     case 16: return static_cast<std::uint8_t>(value >> 8);
     default: return static_cast<std::uint8_t>(value);

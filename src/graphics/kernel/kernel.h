@@ -28,8 +28,8 @@ int gclose_ws(int ws_id);
 int gactivate_ws(int ws_id);
 int gdeactivate_ws(int ws_id);
 int gclear_ws(int ws_id, int flag);
-/// Begins a new page on a device that has pages; attributes and transforms stay. -1 where there can be no
-/// other page.
+/// Begins a new page on a device that has pages, an empty picture in a window; attributes and transforms
+/// stay. -1 where there can be no other page.
 int gnew_page();
 /// 1 when a workstation is open.
 int gchk_graphics();

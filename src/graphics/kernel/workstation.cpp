@@ -11,7 +11,9 @@
 #include "graphics/kernel/raster_ink.h"
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/text/font.h"
+#include "lib/message.h"
 #include "lib/resource.h"
+#include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
 
@@ -55,6 +57,33 @@ int open_postscript(std::string_view device_spec) {
 /// The first field of the device string names the display; this name is the memory display's.
 constexpr std::string_view kMemoryDisplay = "memory";
 
+/// Skips "+N" or "-N", where N may have a sign of its own. False when neither stands there.
+bool skip_offset(Scanner &scan) {
+    return (scan.rest().starts_with('+') || scan.rest().starts_with('-')) &&
+           scan.literal(scan.rest().front()) && scan.integer().has_value();
+}
+
+/// "WxH+X+Y", "WxH" or "+X+Y". False after a message when such a window has no room for a picture; what
+/// cannot be read is told and changes nothing.
+bool check_window_geometry(const std::string &geometry) {
+    constexpr int kLargestSide = 32767;
+    Scanner scan(geometry);
+    if (geometry.starts_with('=')) scan.literal('=');
+    const bool sized = !scan.rest().empty() && is_digit(scan.rest().front());
+    const int width = sized ? scan.integer().value_or(0) : 1;
+    if (sized && !scan.rest().empty()) scan.literal(scan.rest().front() == 'X' ? 'X' : 'x');
+    const int height = sized ? scan.integer().value_or(0) : 1;
+    const bool read =
+        !scan.failed() && (scan.at_end() || (skip_offset(scan) && skip_offset(scan) && scan.at_end()));
+    if (!read) {
+        MESS_print(kWarn, "geometry: Not understood: %s\n", geometry.c_str());
+        return true;
+    }
+    if (width > 0 && height > 0 && width <= kLargestSide && height <= kLargestSide) return true;
+    MESS_print(kError, "geometry: No picture has this size: %s\n", geometry.c_str());
+    return false;
+}
+
 int open_window(std::string_view device_spec) {
     GraphicsState &s = gstate();
     if (std::getenv("vyxinverse") != nullptr) s.inverse = true;
@@ -63,6 +92,7 @@ int open_window(std::string_view device_spec) {
     RasterWish wish;
     wish.display = display;
     if (const char *const geometry = RES_get("geometry")) wish.geometry = geometry;
+    if (!wish.geometry.empty() && !check_window_geometry(wish.geometry)) return -1;
     wish.title = s.title;
     wish.program = s.program;
     wish.width = state.window_width;
@@ -202,7 +232,7 @@ int gnew_page() {
         if (gps_new_page() != 0) return -1;
         install_clip();
         return 0;
-    case DeviceKind::win:
+    case DeviceKind::win: return gclear_ws(1, 1);
     case DeviceKind::meta:
     case DeviceKind::hpgl:
     case DeviceKind::pix:

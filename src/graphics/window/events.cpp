@@ -229,7 +229,10 @@ int gresize_window(int width, int height) {
     else if (!gx11_window_size(width, height) || (width == s.win_width && height == s.win_height))
         return 0;
     const PixmapId old = graster_base(), base = graster_create_pixmap(width, height);
-    if (base == kNoPixmap) return 0;
+    if (base == kNoPixmap) {
+        gerr_printf("gresize_window", "no memory for a picture of %d x %d pixels\n", width, height);
+        return 0;
+    }
     greset_zoom();
     gdelete_all_frames();
     graster_clear(base);

@@ -6,15 +6,11 @@
 #include "graphics/window/frames.h"
 
 inline constexpr float kFirstDelay = 0.5F; ///< seconds
-inline constexpr float kLastDelay = 1.0F;  ///< the newest picture of a loop stays longer
 
 struct Frame {
     PixmapId pixmap = kNoPixmap;
     float delay = kFirstDelay; ///< seconds
 };
-
-/// Bit 0 set: forwards; from rock_back on the loop turns at its ends.
-enum LoopDirection : int { kLoopBack = 0, kLoopForward = 1, kRockBack = 2, kRockForward = 3 };
 
 struct FrameTable {
     std::array<Frame, kMaxFrames> frames;

@@ -113,6 +113,10 @@ int gcreate_frame(int frame) {
         const PixelRect area = drawing_area();
         slot(n).pixmap = graster_create_pixmap(area.x + area.width, area.y + area.height);
     }
+    if (slot(n).pixmap == kNoPixmap) {
+        gerr_printf("gcreate_frame", "no memory for frame %d\n", n);
+        return 0;
+    }
     graster_clear(slot(n).pixmap);
     if (n > 0) slot(n - 1).delay = t.delay;
     if (is_slot(t.count)) slot(t.count).delay = kLastDelay;

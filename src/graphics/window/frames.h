@@ -4,6 +4,9 @@
 #include "graphics/devices/raster_types.h"
 
 inline constexpr int kMaxFrames = 128;
+inline constexpr float kLastDelay = 1.0F; ///< seconds; the newest picture of a loop stays longer
+/// Bit 0 set: forwards; from kRockBack on the loop turns at its ends.
+enum LoopDirection : int { kLoopBack = 0, kLoopForward = 1, kRockBack = 2, kRockForward = 3 };
 /// Frame selectors beside the numbers 0 to 127.
 enum FrameSelector : int { kFrameLast = -1, kFrameCurrent = -2, kFrameBase = -3 };
 
@@ -11,8 +14,10 @@ enum FrameSelector : int { kFrameLast = -1, kFrameCurrent = -2, kFrameBase = -3 
 /// is opened.
 void gsetup_window();
 void ginit_loop();
-/// A frame number, or a negative one to append. The frame's number; 0 when there is no display.
+/// A frame number, or a negative one to append. The frame's number; 0 when there is no display, and after a
+/// message when there is no room or memory for it.
 int gcreate_frame(int frame);
+/// 1, or 0 when there is no such frame: drawing then goes where it went before.
 int gselect_frame(int frame);
 int gdisplay_frame(int frame);
 int gdelete_frame(int frame);
@@ -34,6 +39,7 @@ int ginc_loop_delay(float delta);
 int ginc_frame(int step);
 int gloop_sleep();
 void gset_loop_title(int flag);
+/// A LoopDirection; out of range: the nearest.
 void gset_loop_direction(int direction);
 /// Called every so many seconds while the window is held; 0 seconds: never.
 void gset_refresh_callback(int seconds, void (*function)());

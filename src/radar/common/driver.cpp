@@ -18,6 +18,7 @@
 #include "plot/map.h"
 #include "plot/map_settings.h"
 #include "plot/region.h"
+#include "plot/session_images.h"
 
 namespace {
 
@@ -84,22 +85,29 @@ void draw_open_file(const RadarSteps &steps, const std::string &name) {
     steps.close_file();
 }
 
-/// A frame of its own for picture `n` where there are frames, else a page. False when there is room for no
-/// more.
+/// A frame of its own for picture `n` where frames are kept, else a page, or the window's picture anew. False
+/// after a message when there can be no more.
 bool begin_picture(int n) {
-    if (!state.series || !gtype_is_WIN_PIX()) return n == 0 || gnew_page() == 0;
+    if (!state.series || !PLT_keeps_frames()) return n == 0 || gnew_page() == 0;
     if (n >= kMaxFrames) {
         MESS_print(kWarn, "RADAR_plot: only the first %d files are shown\n", kMaxFrames);
         return false;
     }
     gcreate_frame(n);
-    gselect_frame(n);
-    return true;
+    if (gselect_frame(n) == 1) return true;
+    MESS_print(kWarn, "RADAR_plot: out of memory; only the first %d files are shown\n", n);
+    return false;
 }
 
 void end_picture(int n) {
-    if (state.series) gdisplay_frame(n);
-    PLT_dump(n);
+    if (!state.series) {
+        PLT_dump(n);
+    } else if (PLT_keeps_frames()) {
+        gdisplay_frame(n);
+    } else {
+        gupdate_window();
+        PLT_dump_numbered(n);
+    }
 }
 
 /// Draws every file that can be read; `open` is open already.
@@ -112,14 +120,17 @@ void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::stri
         open.clear();
         if (!ready && !state.series) PLT_exit(kExitNoFile);
         if (!ready) continue;
-        if (!begin_picture(drawn)) break;
+        if (!begin_picture(drawn)) {
+            PLT_miss_picture();
+            break;
+        }
         draw_open_file(steps, name);
         if (state.again) break;
         end_picture(drawn);
         ++drawn;
     }
     steps.close_file();
-    if (!state.series || state.again) return;
+    if (!state.series || state.again || !PLT_keeps_frames()) return;
     while (gget_num_images() > drawn) gdelete_frame(kFrameLast);
     gset_looping(1);
 }
@@ -134,6 +145,7 @@ void draw(const RadarSteps &steps, const DateRecord &base_date, const PlotDomain
     state.drawing = true;
     draw_series(steps, base_date, std::move(open));
     while (std::exchange(state.again, false)) {
+        PLT_begin_images();
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
         draw_series(steps, base_date, {});
