@@ -135,12 +135,11 @@ TEST(NameTemplate, HostileTemplates) {
     EXPECT_EQ(expand("%999999999d"), "04");
     EXPECT_EQ(FILE_get_late_off(), 9999 * 86400);
     FILE_set_key('s', std::string(100, 'k'));
-    EXPECT_EQ(FILE_get_key('s').size(), 29U);
     std::string keys;
     for (int i = 0; i < 70; ++i) keys += "%s";
-    EXPECT_EQ(expand(keys).size(), 159U);
+    EXPECT_EQ(expand(keys), std::string(7000, 'k')) << "nothing of a name is cut";
     EXPECT_EQ(expand("%{never closed"), "");
-    EXPECT_EQ(expand(std::string(500, 'x')).size(), 159U);
+    EXPECT_EQ(expand(std::string(500, 'x')).size(), 500U);
     EXPECT_EQ(expand("%y%h", date(2147483647, 99, -5, 2147483647)), "472147483647");
 }
 
@@ -222,7 +221,7 @@ TEST(NameReading, ShortNamesGrowAndOthersStand) {
     EXPECT_EQ(given("none"), "none");
     EXPECT_EQ(given("std"), "-");
     EXPECT_EQ(given("|zcat 0307041830.gz"), "|zcat 0307041830.gz");
-    EXPECT_EQ(given(std::string(300, 'x')).size(), 159U);
+    EXPECT_EQ(given(std::string(300, 'x')).size(), 300U);
     FILE_set_name("@/a/%y.x");
     EXPECT_EQ(given("/b/03"), "/b/03") << "two full paths";
     FILE_set_name("@%D/%y%m%d%h%n.nids");

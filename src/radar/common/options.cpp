@@ -60,6 +60,14 @@ bool RADAR_option_word(std::string_view word, RadarOptions &options) {
     return true;
 }
 
+std::span<const ParamWord> RADAR_param_words() {
+    static constexpr std::array words{
+        ParamWord{"site"},      ParamWord{"dist", PARAM_up_to_four, "up to four distances"},
+        ParamWord{"nodist"},    ParamWord{"clutter", PARAM_number, "a number"},
+        ParamWord{"noclutter"}, ParamWord{"refresh"}};
+    return words;
+}
+
 void RADAR_draw_site(const RadarOptions &options, float x, float y) {
     if (!is_map_projection(MAP_get_proj()) || is_missing(x)) return;
     if (options.site) {

@@ -1,6 +1,7 @@
 #include "radar/lev2/plot.h"
 
 #include <algorithm>
+#include <array>
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
@@ -62,7 +63,8 @@ void list_cuts() {
 
 bool wants_list() {
     const std::vector<std::string> variables = RES_getvals("variable");
-    return std::ranges::any_of(variables, [](const std::string &word) { return stricmp(word, "list") == 0; });
+    return std::ranges::any_of(variables,
+                               [](const std::string &word) { return stricmp(word, kLev2ListWord) == 0; });
 }
 
 } // namespace
@@ -86,6 +88,12 @@ int LEV2_open_volume(std::string_view name) {
     return 1;
 }
 
+std::span<const ParamWord> LEV2_param_words() {
+    static constexpr std::array words{ParamWord{"superres"},
+                                      ParamWord{"range", PARAM_number, "a number of km"}};
+    return words;
+}
+
 void LEV2_plot_param() {
     constexpr std::string_view kRange = "range";
     for (const std::string &word : RES_getvals("plot_param")) {
@@ -97,6 +105,12 @@ void LEV2_plot_param() {
             if (range >= 1) state.range_km = std::min(range, kMostRangeKm);
         }
     }
+}
+
+void LEV2_check_variables() {
+    for (const std::string &entry : RES_getvals("variable"))
+        if (const std::string_view word = trimmed(entry); !word.empty() && stricmp(word, kLev2ListWord) != 0)
+            LEV2_check_choice(word);
 }
 
 void LEV2_set_date(const DateRecord *date) {
