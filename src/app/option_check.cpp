@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view kNoEffect = "has no effect in this version";
 
-constexpr ParamWord without_effect(std::string_view word) {
+constexpr WordRule without_effect(std::string_view word) {
     return {word, PARAM_text, {}, kNoEffect};
 }
 
@@ -32,14 +32,14 @@ constexpr std::array kLaterParams{
     without_effect("maxl"),   without_effect("grid"),     without_effect("conmap"), without_effect("mapcon"),
     without_effect("noclar"), without_effect("slabel"),   without_effect("run")};
 
-constexpr std::array kOutputKinds{ParamWord{"gif", PARAM_text}, ParamWord{"png", PARAM_text},
-                                  ParamWord{"vyx", PARAM_text}};
+constexpr std::array kOutputKinds{WordRule{"gif", PARAM_text}, WordRule{"png", PARAM_text},
+                                  WordRule{"vyx", PARAM_text}};
 
 void check_lists() {
     const std::array params{PLT_param_words(),  CONT_param_words(), RADAR_param_words(),
-                            NIDS_param_words(), LEV2_param_words(), std::span<const ParamWord>(kLaterParams)};
+                            NIDS_param_words(), LEV2_param_words(), std::span<const WordRule>(kLaterParams)};
     PARAM_check("plot_param", params);
-    const std::array kinds{std::span<const ParamWord>(kOutputKinds)};
+    const std::array kinds{std::span<const WordRule>(kOutputKinds)};
     PARAM_check("out_file", kinds);
 }
 

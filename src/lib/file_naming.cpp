@@ -44,6 +44,7 @@ struct State {
     Convention now;
     Convention saved;
     std::string ext_info;
+    DateRecord data_date; ///< of what the current file holds
     std::array<std::string, kKeyCount> keys;
     std::int64_t required_size = 0; ///< bytes, 0 when not set
     bool splits_ext_info = false;   ///< file type 1
@@ -331,6 +332,18 @@ std::string FILE_get_key(char letter) {
 
 DateRecord FILE_get_date() {
     return state.now.date;
+}
+
+void FILE_set_data_date(const DateRecord &date) {
+    state.data_date = date;
+}
+
+DateRecord FILE_get_full_date() {
+    DateRecord date = state.now.date;
+    for (int DateRecord::*const field :
+         {&DateRecord::year, &DateRecord::month, &DateRecord::day, &DateRecord::hour, &DateRecord::minute})
+        if (is_missing(date.*field)) date.*field = state.data_date.*field;
+    return date;
 }
 
 std::string FILE_get_filename() {

@@ -37,6 +37,10 @@ std::string FILE_get_key(char letter);
 
 /// Date of the current file, as its name represents it.
 DateRecord FILE_get_date();
+/// The time in the data of the current file, which its driver tells; and the date of the file with what its
+/// name does not tell taken from there.
+void FILE_set_data_date(const DateRecord &date);
+DateRecord FILE_get_full_date();
 std::string FILE_get_filename();
 /// Sets the current name as given by the user.
 void FILE_set_filename(std::string_view name);

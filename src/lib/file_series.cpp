@@ -195,6 +195,11 @@ void FILE_first(const DateRecord &date) {
     if (hours != nullptr) check_hours(hours);
     state.step = read_step(hours != nullptr ? hours : "");
     state.span = limited_span(hours != nullptr ? read_span(hours) : state.default_span, state.step);
+    if (state.span != 0 && state.list.size() <= 1 && is_missing(date.year)) {
+        WORD_tell("num_hour", "The name of the file tells no time from which a series could go on: " +
+                                  FILE_get_filename());
+        state.span = 0;
+    }
     state.offset = state.span < 0 ? (state.span + 1 - state.step) / state.step * state.step : 0;
 }
 

@@ -10,22 +10,22 @@
 
 namespace {
 
-using ParamLists = std::span<const std::span<const ParamWord>>;
+using ParamLists = std::span<const std::span<const WordRule>>;
 
 /// A letter or digit behind a word belongs to it; it is no separator, though it would be taken for one.
 bool ends_word(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) == 0 && c != '_';
 }
 
-bool is_begun_by(std::string_view item, const ParamWord &row) {
+bool is_begun_by(std::string_view item, const WordRule &row) {
     if (!begins_with(item, row.word)) return false;
     if (item.size() == row.word.size()) return true;
     return row.fits != nullptr && ends_word(item[row.word.size()]);
 }
 
-const ParamWord *find(std::string_view item, ParamLists lists) {
+const WordRule *find(std::string_view item, ParamLists lists) {
     for (const auto &list : lists)
-        for (const ParamWord &row : list)
+        for (const WordRule &row : list)
             if (is_begun_by(item, row)) return &row;
     return nullptr;
 }
@@ -33,7 +33,7 @@ const ParamWord *find(std::string_view item, ParamLists lists) {
 std::vector<std::string_view> words_of(ParamLists lists) {
     std::vector<std::string_view> words;
     for (const auto &list : lists)
-        for (const ParamWord &row : list) words.push_back(row.word);
+        for (const WordRule &row : list) words.push_back(row.word);
     return words;
 }
 
@@ -53,7 +53,7 @@ void tell_unknown(std::string_view resource, std::string_view item, ParamLists l
 }
 
 void check_item(std::string_view resource, std::string_view item, ParamLists lists) {
-    const ParamWord *row = find(item, lists);
+    const WordRule *row = find(item, lists);
     if (row == nullptr) {
         tell_unknown(resource, item, lists);
         return;

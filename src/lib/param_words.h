@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// One word that a list may hold.
-struct ParamWord {
+struct WordRule {
     std::string_view word;
     /// Whether the value fits; null for a word that takes none. An empty value always fits.
     bool (*fits)(std::string_view value) = nullptr;
@@ -22,4 +22,4 @@ bool PARAM_up_to_four(std::string_view value);
 bool PARAM_two(std::string_view value);
 
 /// Tells of every word of a list resource that no list knows and of every value that does not fit.
-void PARAM_check(std::string_view resource, std::span<const std::span<const ParamWord>> lists);
+void PARAM_check(std::string_view resource, std::span<const std::span<const WordRule>> lists);

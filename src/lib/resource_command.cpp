@@ -129,6 +129,7 @@ void RES_scan_command(Arguments arguments, ResourceProgram &program) {
             program.title = option.value != nullptr ? option.value : "";
         } else if (is_path_key(option.key)) {
             RES_new(kMissing, "default", option.value, ResourceKind::text);
+            program.path_is_option = true;
         }
     }
 }

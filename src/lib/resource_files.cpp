@@ -99,7 +99,7 @@ fs::path program_directory() {
     return error ? fs::path(RES_get_prog()).parent_path() : program.parent_path();
 }
 
-/// Reads what a path element names; `named` by the user, who is told when it cannot be read. Returns the
+/// Reads what a path element names; `named` by an option, which is told when it cannot be read. Returns the
 /// directory when the element is one and its file was read.
 std::string read_element(const std::string &element, ResourceSections &sections,
                          const ResourceProgram &program, bool named) {
@@ -207,7 +207,7 @@ std::string RES_read_search_path(const ResourceProgram &program) {
     if (elements.empty()) elements.emplace_back();
     std::vector<std::string> directories;
     for (const std::string &element : elements) {
-        const std::string directory = read_element(element, sections, program, given != nullptr);
+        const std::string directory = read_element(element, sections, program, program.path_is_option);
         if (!directory.empty()) directories.push_back(directory);
     }
     if (given == nullptr && directories.empty())

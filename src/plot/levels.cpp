@@ -318,10 +318,10 @@ void CONT_get_fill_attrib_ind(int index, Attribute &record) {
         record.color = kColorBackground;
 }
 
-std::span<const ParamWord> CONT_param_words() {
-    static constexpr std::array words{ParamWord{"fill", ATTR_is_fill_pat, "a fill pattern"},
-                                      ParamWord{"conmin", PARAM_number, "a number"},
-                                      ParamWord{"conmax", PARAM_number, "a number"}};
+std::span<const WordRule> CONT_param_words() {
+    static constexpr std::array words{WordRule{"fill", ATTR_is_fill_pat, "a fill pattern"},
+                                      WordRule{"conmin", PARAM_number, "a number"},
+                                      WordRule{"conmax", PARAM_number, "a number"}};
     return words;
 }
 

@@ -63,7 +63,7 @@ std::optional<std::size_t> CONT_level_index(float value, float base, float inter
 /// Applies the resource "plot_param".
 void CONT_param_decode();
 /// The words that it takes.
-std::span<const ParamWord> CONT_param_words();
+std::span<const WordRule> CONT_param_words();
 /// A rounded interval for about `count` levels.
 float CONT_calc_intrvl(int count, float max, float min);
 

@@ -79,51 +79,51 @@ enum class Param {
     xwd
 };
 
-struct SessionWord {
+struct ParamWord {
     std::string_view word;
     bool prefix; ///< a value may follow the word and one separator character
     Param param;
 };
 /// The first word that fits wins.
-constexpr std::array kSessionWords{SessionWord{"full", false, Param::full},
-                                   SessionWord{"fullab", false, Param::full_labels},
-                                   SessionWord{"nopage", false, Param::no_page},
-                                   SessionWord{"page", false, Param::page},
-                                   SessionWord{"noredraw", false, Param::no_redraw},
-                                   SessionWord{"id", false, Param::id_name},
-                                   SessionWord{"wmo", false, Param::id_wmo},
-                                   SessionWord{"cod_wmo", false, Param::id_coded_wmo},
-                                   SessionWord{"tz", true, Param::time_zone},
-                                   SessionWord{"over", true, Param::overlays},
-                                   SessionWord{"lalo", true, Param::lat_lon_lines},
-                                   SessionWord{"plt_skip", true, Param::plot_skip},
-                                   SessionWord{"plt_off", true, Param::plot_offset},
-                                   SessionWord{"loc_pr", true, Param::local_priority},
-                                   SessionWord{"vp_size", true, Param::panel},
-                                   SessionWord{"font", true, Param::font},
-                                   SessionWord{"gif_inter", false, Param::gif_interlaced},
-                                   SessionWord{"gif_norm", false, Param::gif_plain},
-                                   SessionWord{"gif_trans", false, Param::gif_transparent},
-                                   SessionWord{"inv", false, Param::inverse},
-                                   SessionWord{"nolooptitle", false, Param::loop_untitled},
-                                   SessionWord{"clear", false, Param::pixmap_mode},
-                                   SessionWord{"new", false, Param::pixmap_mode},
-                                   SessionWord{"kill", false, Param::pixmap_mode},
-                                   SessionWord{"lcmap", false, Param::local_colors},
-                                   SessionWord{"nolcmap", false, Param::shared_colors},
-                                   SessionWord{"rwclr", false, Param::rw_colors},
-                                   SessionWord{"norwclr", false, Param::ro_colors},
-                                   SessionWord{"pscolor", false, Param::ps_color},
-                                   SessionWord{"psrev", false, Param::ps_reverse},
-                                   SessionWord{"bar", true, Param::bar},
-                                   SessionWord{"nobar", false, Param::no_bar},
-                                   SessionWord{"shadow", true, Param::shadow},
-                                   SessionWord{"min_size", true, Param::min_size},
-                                   SessionWord{"anim", true, Param::animation},
-                                   SessionWord{"gif", true, Param::gif},
-                                   SessionWord{"png", true, Param::png},
-                                   SessionWord{"img", true, Param::img},
-                                   SessionWord{"xwd", true, Param::xwd}};
+constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
+                                 ParamWord{"fullab", false, Param::full_labels},
+                                 ParamWord{"nopage", false, Param::no_page},
+                                 ParamWord{"page", false, Param::page},
+                                 ParamWord{"noredraw", false, Param::no_redraw},
+                                 ParamWord{"id", false, Param::id_name},
+                                 ParamWord{"wmo", false, Param::id_wmo},
+                                 ParamWord{"cod_wmo", false, Param::id_coded_wmo},
+                                 ParamWord{"tz", true, Param::time_zone},
+                                 ParamWord{"over", true, Param::overlays},
+                                 ParamWord{"lalo", true, Param::lat_lon_lines},
+                                 ParamWord{"plt_skip", true, Param::plot_skip},
+                                 ParamWord{"plt_off", true, Param::plot_offset},
+                                 ParamWord{"loc_pr", true, Param::local_priority},
+                                 ParamWord{"vp_size", true, Param::panel},
+                                 ParamWord{"font", true, Param::font},
+                                 ParamWord{"gif_inter", false, Param::gif_interlaced},
+                                 ParamWord{"gif_norm", false, Param::gif_plain},
+                                 ParamWord{"gif_trans", false, Param::gif_transparent},
+                                 ParamWord{"inv", false, Param::inverse},
+                                 ParamWord{"nolooptitle", false, Param::loop_untitled},
+                                 ParamWord{"clear", false, Param::pixmap_mode},
+                                 ParamWord{"new", false, Param::pixmap_mode},
+                                 ParamWord{"kill", false, Param::pixmap_mode},
+                                 ParamWord{"lcmap", false, Param::local_colors},
+                                 ParamWord{"nolcmap", false, Param::shared_colors},
+                                 ParamWord{"rwclr", false, Param::rw_colors},
+                                 ParamWord{"norwclr", false, Param::ro_colors},
+                                 ParamWord{"pscolor", false, Param::ps_color},
+                                 ParamWord{"psrev", false, Param::ps_reverse},
+                                 ParamWord{"bar", true, Param::bar},
+                                 ParamWord{"nobar", false, Param::no_bar},
+                                 ParamWord{"shadow", true, Param::shadow},
+                                 ParamWord{"min_size", true, Param::min_size},
+                                 ParamWord{"anim", true, Param::animation},
+                                 ParamWord{"gif", true, Param::gif},
+                                 ParamWord{"png", true, Param::png},
+                                 ParamWord{"img", true, Param::img},
+                                 ParamWord{"xwd", true, Param::xwd}};
 
 /// What the value behind a word must be; words that are not named here take any text, or none.
 struct ValueRule {
@@ -154,7 +154,7 @@ constexpr std::array kValueRules{ValueRule{Param::overlays, PARAM_one_or_two, "o
                                  ValueRule{Param::shadow, PARAM_integer, "a whole number"},
                                  ValueRule{Param::min_size, PARAM_integer, "a number of bytes"}};
 
-ParamWord described(const SessionWord &row) {
+WordRule described(const ParamWord &row) {
     const auto rule = std::ranges::find(kValueRules, row.param, &ValueRule::param);
     if (!row.prefix) return {row.word};
     if (rule == kValueRules.end()) return {row.word, PARAM_text};
@@ -285,10 +285,10 @@ void apply(Param param, std::string_view value) {
 
 } // namespace
 
-std::span<const ParamWord> PLT_param_words() {
-    static const std::vector<ParamWord> words = [] {
-        std::vector<ParamWord> rows;
-        for (const SessionWord &row : kSessionWords) rows.push_back(described(row));
+std::span<const WordRule> PLT_param_words() {
+    static const std::vector<WordRule> words = [] {
+        std::vector<WordRule> rows;
+        for (const ParamWord &row : kParamWords) rows.push_back(described(row));
         return rows;
     }();
     return words;
@@ -304,7 +304,7 @@ void PLT_param_min_size() {
 void PLT_param_decode() {
     for (const std::string &given : RES_getvals("plot_param")) {
         const std::string item(trimmed(given));
-        for (const SessionWord &word : kSessionWords) {
+        for (const ParamWord &word : kParamWords) {
             if (word.prefix ? !begins_with(item, word.word) : stricmp(item, word.word) != 0) continue;
             apply(word.param, value_behind(item, word.word.size()));
             break;

@@ -6,7 +6,7 @@
 #include "lib/param_words.h"
 
 /// The words that these functions take.
-std::span<const ParamWord> PLT_param_words();
+std::span<const WordRule> PLT_param_words();
 /// Applies "min_size" alone, which the file selection needs before there is a plot.
 void PLT_param_min_size();
 /// Applies the plot parameters, before the workstation is opened. Words of other modules change nothing here.

@@ -60,11 +60,12 @@ bool RADAR_option_word(std::string_view word, RadarOptions &options) {
     return true;
 }
 
-std::span<const ParamWord> RADAR_param_words() {
+std::span<const WordRule> RADAR_param_words() {
     static constexpr std::array words{
-        ParamWord{"site"},      ParamWord{"dist", PARAM_up_to_four, "up to four distances"},
-        ParamWord{"nodist"},    ParamWord{"clutter", PARAM_number, "a number"},
-        ParamWord{"noclutter"}, ParamWord{"refresh"}};
+        WordRule{"site"},      WordRule{"dist", PARAM_up_to_four, "up to four distances"},
+        WordRule{"nodist"},    WordRule{"clutter", PARAM_number, "a number"},
+        WordRule{"noclutter"}, WordRule{"refresh"},
+        WordRule{"strict"}};
     return words;
 }
 

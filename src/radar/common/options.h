@@ -23,7 +23,7 @@ struct RadarOptions {
 /// "refresh"). False when the word is none of these.
 bool RADAR_option_word(std::string_view word, RadarOptions &options);
 /// The words that it takes.
-std::span<const ParamWord> RADAR_param_words();
+std::span<const WordRule> RADAR_param_words();
 
 /// Draws the site marker and the range rings around plot point (x, y) with the attributes in force. Only on
 /// maps.

@@ -83,14 +83,15 @@ int LEV2_open_volume(std::string_view name) {
         return 0;
     }
     state.open = true;
+    FILE_set_data_date(state.info.date);
     // The files of a series need not come from one radar.
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
     return 1;
 }
 
-std::span<const ParamWord> LEV2_param_words() {
-    static constexpr std::array words{ParamWord{"superres"},
-                                      ParamWord{"range", PARAM_number, "a number of km"}};
+std::span<const WordRule> LEV2_param_words() {
+    static constexpr std::array words{WordRule{"superres"},
+                                      WordRule{"range", PARAM_number, "a number of km"}};
     return words;
 }
 

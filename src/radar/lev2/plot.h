@@ -15,7 +15,7 @@ int LEV2_plot(PlotDomain &domain);
 /// "superres".
 void LEV2_plot_param();
 /// The words that it takes besides those of every radar driver.
-std::span<const ParamWord> LEV2_param_words();
+std::span<const WordRule> LEV2_param_words();
 /// Tells every word of the resource "variable" that is neither a moment nor "list".
 void LEV2_check_variables();
 /// Takes the requested date; null: from the file selection.

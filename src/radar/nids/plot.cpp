@@ -79,9 +79,9 @@ const NidsInfo &NIDS_get_info() {
     return state.info;
 }
 
-std::span<const ParamWord> NIDS_param_words() {
-    static constexpr std::array words{ParamWord{"graph"}, ParamWord{"nograph"}, ParamWord{"strong"},
-                                      ParamWord{"numplt", PARAM_integer, "a number of storms"}};
+std::span<const WordRule> NIDS_param_words() {
+    static constexpr std::array words{WordRule{"graph"}, WordRule{"nograph"}, WordRule{"strong"},
+                                      WordRule{"numplt", PARAM_integer, "a number of storms"}};
     return words;
 }
 
@@ -130,6 +130,7 @@ int NIDS_open_file(std::string_view name) {
     state.open = true;
     state.file_date = state.base_date;
     complete_date(state.file_date, state.info.date);
+    FILE_set_data_date(state.info.date);
     if (CONT_get_bar() != kBarOff) CONT_set_bar(1);
     return 1;
 }

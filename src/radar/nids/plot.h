@@ -27,7 +27,7 @@ struct NidsStorm {
 int NIDS_plot(PlotDomain &domain);
 void NIDS_plot_param();
 /// The words that it takes besides those of every radar driver.
-std::span<const ParamWord> NIDS_param_words();
+std::span<const WordRule> NIDS_param_words();
 /// Tells every word of the resource "variable" that is no storm variable.
 void NIDS_check_variables();
 /// Takes the requested date; null: from the file selection.
