@@ -52,10 +52,12 @@ const Format *format_of(const std::string &name, Complaints &complaints) {
 /// The format of the first file of the selection that has one.
 const Format *format_of_selection(const std::string &first, Complaints &complaints) {
     if (const Format *format = format_of(first, complaints)) return format;
-    FILE_first(FILE_get_date());
+    const DateRecord date = FILE_get_date();
+    std::string name;
+    FILE_set_date(&date, name); // which tells the step of a series in time
+    FILE_first(date);
     if (FILE_get_num_file() == 0) return nullptr;
     Complaints of_series;
-    std::string name;
     while (FILE_get_next(name) == 1)
         if (const Format *format = format_of(name, of_series)) return format;
     // Of a series in time the first name tells enough.

@@ -195,7 +195,7 @@ void FILE_first(const DateRecord &date) {
     if (hours != nullptr) check_hours(hours);
     state.step = read_step(hours != nullptr ? hours : "");
     state.span = limited_span(hours != nullptr ? read_span(hours) : state.default_span, state.step);
-    if (state.span != 0 && state.list.size() <= 1 && is_missing(date.year)) {
+    if (hours != nullptr && state.span != 0 && state.list.size() <= 1 && is_missing(date.year)) {
         WORD_tell("num_hour", "The name of the file tells no time from which a series could go on: " +
                                   FILE_get_filename());
         state.span = 0;

@@ -94,6 +94,28 @@ TEST(NamingConvention, ExactAndPartialKeys) {
     EXPECT_EQ(FILE_get_name_conv(), "120 a%y b");
 }
 
+TEST(NamingConvention, LongLinesAreTold) {
+    const ScratchDir dir;
+    const std::string file = dir.write("name_conv", "nids %y%m%d" + std::string(200, 'x') + " - 0\n");
+    RES_put("file_path", dir.path());
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(FILE_set_name("nids"), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              file + ", line 1: Of 215 characters only the first 160 are read\n");
+}
+
+TEST(NamingConvention, NamesWithoutATimeTakeThatOfTheData) {
+    FILE_set_name("none");
+    std::string out;
+    FILE_set_file("plain.nids", out);
+    FILE_set_data_date(kEvening);
+    EXPECT_EQ(FILE_get_full_date(), kEvening);
+    EXPECT_EQ(FILE_get_date(), DateRecord{});
+    FILE_set_name("@%Y%m%d.nids");
+    FILE_set_file("20010203.nids", out);
+    EXPECT_EQ(FILE_get_full_date(), date(2001, 2, 3, 18, 30)) << "what the name tells counts";
+}
+
 TEST(NamingConvention, MissingFileMakesTheKeyTheTemplate) {
     RES_put("file_path", "/nonexistent");
     testing::internal::CaptureStderr();
@@ -264,6 +286,11 @@ TEST(NameReading, TimesAndExtraInformationSplitOff) {
     EXPECT_EQ(FILE_get_ext_info(), "");
     EXPECT_EQ(given(file + "+12"), file);
     EXPECT_EQ(FILE_get_ext_info(), "+12");
+    // Of a file that is missing only a number behind the last directory is no part of the name.
+    EXPECT_EQ(given(dir.at("my-dir/KLSX-N0R.nids")), dir.at("my-dir/KLSX-N0R.nids"));
+    EXPECT_EQ(FILE_get_ext_info(), "");
+    EXPECT_EQ(given(dir.at("my-dir/KLSX-N0R.nids-2")), dir.at("my-dir/KLSX-N0R.nids"));
+    EXPECT_EQ(FILE_get_ext_info(), "-2");
     EXPECT_EXIT(given("exit"), testing::ExitedWithCode(0), "");
 }
 
@@ -319,6 +346,17 @@ TEST(CurrentFile, SearchesTheLatest) {
     FILE_set_min_size(6);
     EXPECT_EQ(current("la#10"), dir.at("2003070408")) << "the file must be larger";
     EXPECT_EQ(given("la#10"), dir.at("2003070408"));
+    // The signs of a time are none of a product selector, unless there is a file of that beginning.
+    FILE_set_type(1);
+    FILE_set_min_size(0);
+    EXPECT_EQ(given("la#5"), dir.at("2003070413"));
+    EXPECT_EQ(given("cu-2"), dir.at("2003070416"));
+    EXPECT_EQ(given("#200307041200-1:00"), dir.at("2003070411"));
+    EXPECT_EQ(FILE_get_ext_info(), "");
+    std::filesystem::current_path(dir.path());
+    dir.write("last", "x");
+    EXPECT_EQ(given("last#2"), "last");
+    EXPECT_EQ(FILE_get_ext_info(), "#2");
 }
 
 TEST(CurrentFile, FilesWhoseNamesBeginLikeASpecification) {
