@@ -1,18 +1,16 @@
 #include "app/input_type.h"
 
 #include <array>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "lib/file_naming.h"
 #include "lib/flag.h"
-#include "lib/message.h"
 #include "lib/resource.h"
-#include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/station.h"
-#include "radar/common/file_kind.h"
 
 namespace {
 
@@ -25,6 +23,7 @@ constexpr int kConverted = 1;
 constexpr int kFormatPackage = 3;
 constexpr int kFormatNetcdf = 12;
 constexpr std::string_view kValueItself = "=";
+constexpr std::string_view kAuto = "auto";
 
 struct Row {
     Test test;
@@ -95,21 +94,20 @@ void set_file_format(std::string_view value) {
         FLAG_set(kFlagFileFormat, kFormatNetcdf);
 }
 
-/// The word of "input" for the kind of the first input file; empty when it cannot be told.
-std::string_view recognised() {
-    const std::vector<std::string> names = RES_getvals("filename");
-    const std::string name = names.empty() ? std::string() : names.front();
-    if (name.empty() || name.front() == '|' || FILE_is_stdio(name) != 0) {
-        MESS_print(kError, "RAD_cvt_in_file: input \"auto\" wants the name of a file\n");
-        return {};
-    }
-    switch (RADAR_file_kind(FILE_open(name, "rb").read_all(kKindBytes))) {
-    case RadarFileKind::level2: return "lev2";
-    case RadarFileKind::level3: return "nids";
-    case RadarFileKind::unknown: break;
-    }
-    MESS_print(kError, "RAD_cvt_in_file: Kind of file not recognised: %s\n", name.c_str());
-    return {};
+void tell_unknown_input(const std::string &value) {
+    std::vector<std::string_view> known{kAuto};
+    for (const Row &row : kInputRows) known.push_back(row.word);
+    WORD_unknown("input", value, known);
+}
+
+/// A key without convention is taken as the files' name itself, which is hardly meant without a code in it.
+void check_convention(const std::string &key) {
+    const std::string name = key.substr(0, key.find(':'));
+    if (name == "none" || name.find('%') != std::string::npos) return;
+    const std::vector<std::string> keys = FILE_convention_keys();
+    if (!keys.empty())
+        WORD_unknown("in_file", name, std::vector<std::string_view>(keys.begin(), keys.end()),
+                     "it counts as the name of the files");
 }
 
 } // namespace
@@ -121,8 +119,17 @@ int RAD_cvt_in_file() {
 
     bool given = false;
     for (const std::string &value : RES_getvals("input")) {
-        const Row *row = find_row(kInputRows, stricmp(value, "auto") == 0 ? recognised() : value);
-        if (row == nullptr) continue;
+        if (stricmp(value, kAuto) == 0) {
+            given = true;
+            FLAG_set(kFlagInputType, kInputAuto);
+            key = "nids";
+            continue;
+        }
+        const Row *row = find_row(kInputRows, value);
+        if (row == nullptr) {
+            tell_unknown_input(value);
+            continue;
+        }
         given = true;
         set_type(*row);
         if (!row->key.empty()) key = row->key;
@@ -133,6 +140,6 @@ int RAD_cvt_in_file() {
         key = row->key == kValueItself ? value : std::string(row->key);
         set_file_format(value);
     }
-    FILE_set_name(key);
+    if (FILE_set_name(key) == 0 && !RES_getvals("in_file").empty()) check_convention(key);
     return 0;
 }

@@ -10,8 +10,9 @@ enum InputType : int {
     kInputNowrad = 34,
     kInputRcm = 35, ///< Radar Coded Message site data
     kInputKavrad = 36,
-    kInputLev2 = 37, ///< NEXRAD Level II
-    kInputLev2z = 38 ///< NEXRAD Level II with compressed records
+    kInputLev2 = 37,  ///< NEXRAD Level II
+    kInputLev2z = 38, ///< NEXRAD Level II with compressed records
+    kInputAuto = 60   ///< what the file that the file selection finds is
 };
 
 /// Sets the flags of input type, radar form and file format, the naming convention and the model string.

@@ -3,7 +3,9 @@
 #include <array>
 #include <string>
 
+#include "app/input_choice.h"
 #include "app/input_type.h"
+#include "app/option_check.h"
 #include "lib/file_naming.h"
 #include "lib/file_series.h"
 #include "lib/flag.h"
@@ -12,6 +14,7 @@
 #include "lib/resource.h"
 #include "lib/resource_start.h"
 #include "plot/region.h"
+#include "plot/session_params.h"
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
@@ -21,10 +24,11 @@ namespace {
 constexpr int kNamesCarryExtras = 1; ///< file type of formats whose names may carry a product selector
 constexpr int kRegionOrDomain = 3;   ///< domain choice: "plot_domain", then "region"
 
-void plot_nids() {
-    FILE_set_type(kNamesCarryExtras);
+/// `chosen`: the current file has been chosen already.
+void plot_nids(bool chosen) {
     std::string name;
-    FILE_get_file("Enter the NIDS filename: ", name);
+    if (!chosen) FILE_get_file("Enter the NIDS filename: ", name);
+    NIDS_check_variables();
     NIDS_set_ext_info(FILE_get_ext_info());
     NIDS_set_date(nullptr);
     PlotDomain domain;
@@ -32,10 +36,10 @@ void plot_nids() {
     NIDS_plot(domain);
 }
 
-void plot_lev2(bool records) {
-    FILE_set_type(kNamesCarryExtras);
+void plot_lev2(bool chosen, bool records) {
     std::string name;
-    FILE_get_file("Enter the Level 2 filename: ", name);
+    if (!chosen) FILE_get_file("Enter the Level 2 filename: ", name);
+    LEV2_check_variables();
     LEV2_set_date(nullptr);
     LEV2_set_compress(records ? 1 : 0);
     PlotDomain domain;
@@ -53,12 +57,18 @@ constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, Unre
                                   UnreadType{kInputKavrad, "KAVRAD"}};
 
 int dispatch(int type) {
+    const bool chosen = type == kInputAuto;
+    if (chosen || type == kInputNids || type == kInputLev2 || type == kInputLev2z) {
+        FILE_set_type(kNamesCarryExtras);
+        PLT_param_min_size();
+    }
+    if (chosen) type = choose_input();
     if (type == kInputNids) {
-        plot_nids();
+        plot_nids(chosen);
         return kExitOk;
     }
     if (type == kInputLev2 || type == kInputLev2z) {
-        plot_lev2(type == kInputLev2z);
+        plot_lev2(chosen, type == kInputLev2z);
         return kExitOk;
     }
     for (const UnreadType &unread : kUnreadTypes) {
@@ -83,6 +93,7 @@ int run_program(int argc, const char *const argv[]) {
         RES_help_print(name, RES_keyed_ids(), RES_positional_ids());
         return kExitOk;
     }
+    check_options();
     RAD_cvt_in_file();
     MESS_print_prog("RADAR DATA PLOTTING");
     return dispatch(FLAG_get(kFlagInputType));

@@ -7,6 +7,7 @@
 #include "lib/message.h"
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -221,8 +222,10 @@ void DATE_set_TZ(std::string_view text) {
     state.zone_name += scanner.until(":", 4).value_or("");
     scanner.literal(':');
     constexpr double most_hours = 10000; // far beyond any zone, far below what seconds in an int can hold
-    const double hours =
-        std::clamp(static_cast<double>(scanner.real().value_or(0.0F)), -most_hours, most_hours);
+    const std::optional<float> given = scanner.real();
+    const bool universal = text.empty() || text == "Z" || text == "UTC" || text == "GMT";
+    if (!universal && (!given || !scanner.at_end())) WORD_not("Time zone", text, "NAME:HOURS");
+    const double hours = std::clamp(static_cast<double>(given.value_or(0.0F)), -most_hours, most_hours);
     state.zone_offset = static_cast<int>(hours * 3600);
 }
 

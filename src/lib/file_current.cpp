@@ -10,6 +10,7 @@
 #include "lib/set_time.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -119,6 +120,9 @@ std::optional<int> take_search_count(std::string_view &spec) {
     Scanner scan(spec);
     const int count = scan.integer().value_or(kUsualSearch);
     spec.remove_prefix(scan.position());
+    if (count > kLongestSearch)
+        WORD_tell("current",
+                  format_text("The latest file is looked for at no more than %d times", kLongestSearch));
     return std::min(count, kLongestSearch);
 }
 
@@ -161,6 +165,7 @@ std::int64_t FILE_set_current(const char *spec, std::string &out) {
         direction = take_sign(rest, -1);
     }
     base += direction * take_offset(rest);
+    if (!rest.empty()) WORD_not("current", rest, "a part of a time of the current file");
     trace("CUR2", base);
     const DateRecord date = date_of(base);
     FILE_set_date(&date, out);

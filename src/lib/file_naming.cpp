@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/name_template.h"
 #include "lib/process.h"
@@ -13,12 +14,12 @@
 #include "lib/set_time.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/text_lines.h"
 
 namespace {
 
-constexpr std::size_t kLongestExtInfo = 39;
-constexpr std::size_t kLongestKey = 29;
-constexpr int kUnknownPeriod = 100000; ///< seconds; stands in where a step is needed and none is known
+constexpr std::size_t kLongestLine = 160; ///< of the convention file
+constexpr int kUnknownPeriod = 100000;    ///< seconds; stands in where a step is needed and none is known
 constexpr std::int64_t kLargestCount = std::numeric_limits<int>::max();
 
 constexpr unsigned kConventionLevel = 0x10000000;
@@ -27,9 +28,9 @@ constexpr unsigned kTraceLevel = 0x80000000;
 
 /// What one convention and its current file are; kept and brought back as a whole.
 struct Convention {
-    std::string name_template; ///< at most kLongestName characters, as all names here
+    std::string name_template;
     std::string header_template;
-    std::string extension;      ///< of a key that matched partly; at most kLongestExtension characters
+    std::string extension;      ///< of a key that matched partly
     std::string name;           ///< the current file
     bool name_is_given = false; ///< by the user or a list, not made from the template
     DateRecord date;            ///< of the current file, as its name represents it
@@ -43,16 +44,13 @@ struct State {
     Convention now;
     Convention saved;
     std::array<std::string, kKeyCount> saved_keys;
-    std::string ext_info; ///< at most kLongestExtInfo characters
+    std::string ext_info;
+    DateRecord data_date; ///< of what the current file holds
     std::array<std::string, kKeyCount> keys;
     std::int64_t required_size = 0; ///< bytes, 0 when not set
     bool splits_ext_info = false;   ///< file type 1
 };
 State state;
-
-std::string cut(std::string_view text, std::size_t most) {
-    return std::string(text.substr(0, most));
-}
 
 bool template_is_stdio() {
     return !state.now.name_template.empty() && FILE_is_stdio(state.now.name_template) != 0;
@@ -63,7 +61,7 @@ NameContext context() {
 }
 
 int take_literal_template(std::string_view key) {
-    state.now.name_template = cut(key, kLongestName);
+    state.now.name_template = key;
     state.now.header_template.clear();
     state.now.min_size = 0;
     return 0;
@@ -91,15 +89,13 @@ struct ConventionEntry {
 };
 
 std::optional<ConventionEntry> read_entry(std::string_view line) {
-    constexpr std::size_t longest_line = 160;
     if (line.starts_with('#')) return std::nullopt;
-    Scanner scan(line.substr(0, longest_line));
+    Scanner scan(line);
     const auto key = scan.word();
-    const auto name_template = scan.word(kLongestName);
+    const auto name_template = scan.word();
     if (!key || !name_template) return std::nullopt;
     ConventionEntry entry{std::string(*key), std::string(*name_template), "", 0};
-    if (const auto header = scan.word(kLongestName); header && *header != "-")
-        entry.header_template = *header;
+    if (const auto header = scan.word(); header && *header != "-") entry.header_template = *header;
     entry.min_size = std::max<std::int64_t>(scan.long_integer().value_or(0), 0);
     return entry;
 }
@@ -119,18 +115,15 @@ bool match_entry(const ConventionEntry &entry, const std::string &name) {
         return true;
     }
     const std::size_t underscore = name.rfind('_');
-    if (underscore != name.npos)
-        state.now.extension = cut(std::string_view(name).substr(underscore + 1), kLongestExtension);
+    if (underscore != name.npos) state.now.extension = name.substr(underscore + 1);
     MESS_print(kConventionLevel, "File name partial match for: %s-%s ext: %s\n", name.c_str(),
                entry.key.c_str(), state.now.extension.c_str());
     return true;
 }
 
 std::string convention_file() {
-    std::string directory;
-    RES_getval("file_path", directory, ResourceKind::directory);
     const char *name = RES_get("name_conv");
-    return FILE_add_path(directory, name != nullptr && *name != '\0' ? name : "name_conv");
+    return FILE_find_data(name != nullptr && *name != '\0' ? name : "name_conv");
 }
 
 ExpandedName expand(std::string_view name_template, const DateRecord &date) {
@@ -143,24 +136,34 @@ ExpandedName expand(std::string_view name_template, const DateRecord &date) {
 }
 
 void take_given(std::string_view name) {
-    state.now.name = cut(name, kLongestName);
+    state.now.name = name;
     state.now.name_is_given = true;
 }
 
+bool is_plain_file(std::string_view name) {
+    return FILE_exist(name) != 0 && FILE_is_dir(name) == 0;
+}
+
+bool all_digits(std::string_view text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), is_digit);
+}
+
 /// The position where extra information splits off a name; npos when there is none. A separator is one of a
-/// file name when the text up to it names no file but the text up to a later one, or the whole, does.
+/// file name when the text up to it names no file but the text up to a later one, or the whole, does. Of a
+/// name that no file has, a number behind the last directory is split off.
 std::size_t ext_info_position(std::string_view name) {
     constexpr std::string_view separators = "#-+:";
     constexpr std::size_t first_place = 2;
-    const auto is_file = [](std::string_view part) {
-        return FILE_exist(part) != 0 && FILE_is_dir(part) == 0;
-    };
     const std::size_t first = name.find_first_of(separators, first_place);
-    if (first == name.npos || is_file(name.substr(0, first))) return first;
-    if (is_file(name)) return name.npos;
+    if (first == name.npos || is_plain_file(name.substr(0, first))) return first;
+    if (is_plain_file(name)) return name.npos;
     for (std::size_t i = first; i != name.npos; i = name.find_first_of(separators, i + 1))
-        if (is_file(name.substr(0, i))) return i;
-    return first;
+        if (is_plain_file(name.substr(0, i))) return i;
+    const std::size_t begin = std::max(name.rfind('/') + 1, first_place); // npos + 1 is 0
+    for (std::size_t i = name.find_first_of(separators, begin); i != name.npos;
+         i = name.find_first_of(separators, i + 1))
+        if (all_digits(name.substr(i + 1))) return i;
+    return name.npos;
 }
 
 bool is_command(std::string_view name) {
@@ -171,8 +174,10 @@ bool is_command(std::string_view name) {
 std::string_view split_name(std::string_view name) {
     if (is_command(name)) return name;
     if (state.splits_ext_info) {
-        const std::size_t split = std::min(ext_info_position(name), name.size());
-        state.ext_info = cut(name.substr(split), kLongestExtInfo);
+        std::size_t split = std::min(ext_info_position(name), name.size());
+        // In "la#3" and "cu-0:28" the signs belong to the time, unless a file of that beginning is there.
+        if (FILE_is_current_spec(name) && !is_plain_file(name.substr(0, split))) split = name.size();
+        state.ext_info = name.substr(split);
         return name.substr(0, split);
     }
     if (FILE_is_current_spec(name))
@@ -216,18 +221,28 @@ int FILE_set_name(std::string_view key) {
     }
     const std::string name(take_embedded_keys(key));
     const std::string file = convention_file();
-    Stream stream = FILE_open(file, "r");
-    if (!stream) {
+    TextLines lines(FILE_open(file, "r"), file, kLongestLine);
+    if (!lines) {
         MESS_print(kWarn, "FILE_set_name: No file name convention file: %s\n", file.c_str());
         return take_literal_template(name);
     }
     MESS_print(kConventionLevel, "Opening name convention file: %s\n", file.c_str());
     state.now.extension.clear();
     std::string line;
-    while (stream.get_line(line))
+    while (lines.next(line))
         if (const auto entry = read_entry(line); entry && match_entry(*entry, name)) return 1;
     MESS_print(kConventionLevel, "No file name conversion for: %s\n", name.c_str());
     return take_literal_template(name);
+}
+
+std::vector<std::string> FILE_convention_keys() {
+    const std::string file = convention_file();
+    TextLines lines(FILE_open(file, "r"), file, kLongestLine);
+    std::vector<std::string> keys;
+    std::string line;
+    while (lines && lines.next(line))
+        if (auto entry = read_entry(line)) keys.push_back(std::move(entry->key));
+    return keys;
 }
 
 int FILE_set_date(const DateRecord *date, std::string &out) {
@@ -307,7 +322,7 @@ int FILE_set_file(std::string_view name, std::string &out) {
 }
 
 void FILE_set_key(char letter, std::string_view value) {
-    std::string text = cut(value, kLongestKey);
+    std::string text(value);
     fill_string(text, ' ', '_');
     state.keys[static_cast<unsigned char>(letter) % kKeyCount] = std::move(text);
 }
@@ -318,6 +333,18 @@ std::string FILE_get_key(char letter) {
 
 DateRecord FILE_get_date() {
     return state.now.date;
+}
+
+void FILE_set_data_date(const DateRecord &date) {
+    state.data_date = date;
+}
+
+DateRecord FILE_get_full_date() {
+    DateRecord date = state.now.date;
+    for (int DateRecord::*const field :
+         {&DateRecord::year, &DateRecord::month, &DateRecord::day, &DateRecord::hour, &DateRecord::minute})
+        if (is_missing(date.*field)) date.*field = state.data_date.*field;
+    return date;
 }
 
 std::string FILE_get_filename() {
@@ -338,7 +365,7 @@ std::string FILE_get_ext_info() {
 }
 
 void FILE_set_ext_info(std::string_view text) {
-    state.ext_info = cut(text, kLongestExtInfo);
+    state.ext_info = text;
 }
 
 int FILE_get_late_off() {
@@ -386,8 +413,8 @@ void FILE_set_name_conv(std::string_view text) {
     if (!scan.literal(' ')) return;
     const std::string_view rest = scan.rest();
     const std::size_t blank = std::min(rest.find(' '), rest.size());
-    state.now.name_template = cut(rest.substr(0, blank), kLongestName);
-    state.now.header_template = cut(rest.substr(std::min(blank + 1, rest.size())), kLongestName);
+    state.now.name_template = rest.substr(0, blank);
+    state.now.header_template = rest.substr(std::min(blank + 1, rest.size()));
 }
 
 std::string FILE_search_pattern() {

@@ -5,11 +5,15 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "lib/calendar.h"
 
 /// Selects the naming convention of a key ("nids", "nids:s=KTLX", "@template", "none"); 1 on a match, else 0.
 int FILE_set_name(std::string_view key);
+
+/// The keys of the naming-convention file; none when there is no such file.
+std::vector<std::string> FILE_convention_keys();
 
 /// Expands the template for a date (null: the stored file date) into `out` and makes it the current name. 0,
 /// or 1 when no template applied.
@@ -27,12 +31,16 @@ bool FILE_is_current_spec(std::string_view name);
 /// Returns the chosen time in seconds, rounded down to a multiple of the period.
 std::int64_t FILE_set_current(const char *spec, std::string &out);
 
-/// File-naming keys: one text of at most 29 characters for each 7-bit letter; blanks are stored as "_".
+/// File-naming keys: one text for each 7-bit letter; blanks are stored as "_".
 void FILE_set_key(char letter, std::string_view value);
 std::string FILE_get_key(char letter);
 
 /// Date of the current file, as its name represents it.
 DateRecord FILE_get_date();
+/// The time in the data of the current file, which its driver tells; and the date of the file with what its
+/// name does not tell taken from there.
+void FILE_set_data_date(const DateRecord &date);
+DateRecord FILE_get_full_date();
 std::string FILE_get_filename();
 /// Sets the current name as given by the user.
 void FILE_set_filename(std::string_view name);

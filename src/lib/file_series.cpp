@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <climits>
 #include <cstdlib>
 #include <limits>
 #include <vector>
@@ -14,6 +15,8 @@
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
+#include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -31,10 +34,25 @@ State state;
 
 constexpr std::int64_t kHourSeconds = 3600;
 constexpr std::int64_t kMinuteSeconds = 60;
-constexpr int kPromptLength = 79; ///< one more than the longest answer
+constexpr int kPromptLength = PATH_MAX; ///< one more than the longest answer
 constexpr int kMostAttempts = 4;
 constexpr unsigned kDateLevel = 0xF0000000;
 constexpr unsigned kNextLevel = 0x40000000;
+
+/// "6", "6:30" or ":30", with a sign or without.
+bool is_span(std::string_view text) {
+    if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+    return !text.empty() && WORD_are_numbers(text.starts_with(':') ? text.substr(1) : text, 1, 2) &&
+           text.find_first_not_of("0123456789:") == text.npos;
+}
+
+/// A span that is none has the length 0.
+void check_hours(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (!is_span(text.substr(0, comma))) WORD_not("num_hour", text.substr(0, comma), "a number of hours");
+    if (comma == text.npos || is_span(text.substr(comma + 1))) return;
+    WORD_not("num_hour", text.substr(comma + 1), "a step in hours");
+}
 
 /// "%d:%d", or ":%d", or a part of it. Negative when the text begins with "-".
 std::int64_t read_span(std::string_view text) {
@@ -55,6 +73,16 @@ std::int64_t read_step(std::string_view text) {
     return period * std::max<std::int64_t>(skip / period, 1);
 }
 
+/// At most kMostSeriesFiles times, those next to the first date.
+std::int64_t limited_span(std::int64_t span, std::int64_t step) {
+    const std::int64_t longest = (kMostSeriesFiles - 1) * step;
+    if (std::abs(span) <= longest) return span;
+    WORD_tell("num_hour", format_text("A series is looked for at no more than %d times, which are %lld hours "
+                                      "here",
+                                      kMostSeriesFiles, static_cast<long long>(longest / kHourSeconds)));
+    return span < 0 ? -longest : longest;
+}
+
 void trace_date(const char *what, const DateRecord &date) {
     MESS_print(kDateLevel, "%s%d/%d/%d %02d:%02d\n", what, date.year, date.month, date.day, date.hour,
                date.minute);
@@ -69,11 +97,22 @@ void tell_current(const std::string &name) {
     MESS_print(kMess, "Current filename: %s\n", name.c_str());
 }
 
-int get_current(const char *spec, std::string &out) {
-    FILE_set_current(spec, out);
-    if (FILE_exist(out) == 0) end_without_file(out);
-    tell_current(out);
-    return 1;
+/// What the resources, or batch mode, say of the file.
+enum class Selection { by_name, by_time, not_at_all };
+
+Selection select_file(std::string &out) {
+    if (const std::vector<std::string> names = RES_getvals("filename"); !names.empty()) {
+        if (names.front() == "list") {
+            FILE_list_file();
+            VYX_exit(kExitOk);
+        }
+        FILE_set_file(names.front(), out);
+        return Selection::by_name;
+    }
+    const char *current = RES_get("current");
+    if (current == nullptr && FLAG_batch() == 0) return Selection::not_at_all;
+    FILE_set_current(current != nullptr ? current : "la", out);
+    return Selection::by_time;
 }
 
 /// An answer at the terminal, "list" aside.
@@ -130,17 +169,18 @@ int next_of_list(std::string &out) {
 } // namespace
 
 int FILE_get_file(std::string_view prompt, std::string &out) {
-    if (const std::vector<std::string> names = RES_getvals("filename"); !names.empty()) {
-        if (names.front() == "list") {
-            FILE_list_file();
-            VYX_exit(kExitOk);
-        }
-        FILE_set_file(names.front(), out);
-        return FILE_exist(out);
+    switch (select_file(out)) {
+    case Selection::by_name: return FILE_exist(out);
+    case Selection::by_time: break;
+    case Selection::not_at_all: return ask_for_file(prompt, out);
     }
-    if (const char *current = RES_get("current")) return get_current(current, out);
-    if (FLAG_batch() != 0) return get_current("la", out);
-    return ask_for_file(prompt, out);
+    if (FILE_exist(out) == 0) end_without_file(out);
+    tell_current(out);
+    return 1;
+}
+
+bool FILE_select(std::string &out) {
+    return select_file(out) != Selection::not_at_all;
 }
 
 void FILE_first(const DateRecord &date) {
@@ -152,8 +192,14 @@ void FILE_first(const DateRecord &date) {
     state.current_given = false;
     state.first_date = date;
     const char *hours = RES_get("num_hour");
-    state.span = hours != nullptr ? read_span(hours) : state.default_span;
+    if (hours != nullptr) check_hours(hours);
     state.step = read_step(hours != nullptr ? hours : "");
+    state.span = limited_span(hours != nullptr ? read_span(hours) : state.default_span, state.step);
+    if (hours != nullptr && state.span != 0 && state.list.size() <= 1 && is_missing(date.year)) {
+        WORD_tell("num_hour", "The name of the file tells no time from which a series could go on: " +
+                                  FILE_get_filename());
+        state.span = 0;
+    }
     state.offset = state.span < 0 ? (state.span + 1 - state.step) / state.step * state.step : 0;
 }
 

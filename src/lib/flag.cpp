@@ -4,9 +4,11 @@
 #include <array>
 #include <numeric>
 #include <string>
+#include <vector>
 
 #include "lib/missing.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -68,13 +70,27 @@ const Word *find_word(const std::array<Word, Count> &words, std::string_view tex
     return found == words.end() ? nullptr : &*found;
 }
 
+template <std::size_t Count>
+void tell_unknown(std::string_view resource, std::string_view text, const std::array<Word, Count> &words,
+                  std::string_view further = {}) {
+    std::vector<std::string_view> known;
+    for (const Word &word : words) known.push_back(word.name);
+    if (!further.empty()) known.push_back(further);
+    WORD_unknown(resource, text, known);
+}
+
 void switch_component(std::string_view name, int value) {
-    if (stricmp(name, "none") == 0) {
+    constexpr std::string_view nothing = "none";
+    if (name.empty()) return;
+    if (stricmp(name, nothing) == 0) {
         FLAG_setplot(kPlotAny, 0);
         return;
     }
     const Word *word = find_word(kDrawWords, name);
-    if (word == nullptr) return;
+    if (word == nullptr) {
+        tell_unknown("draw", name, kDrawWords, nothing);
+        return;
+    }
     FLAG_setplot(word->value, value);
     if (word->value == kPlotText) FLAG_setplot(kPlotBorder, value);
 }
@@ -155,9 +171,15 @@ void FLAG_set_draw(std::string_view value) {
 void FLAG_set_plot_type(std::string_view word) {
     const auto found = std::find_if(kPlotTypes.begin(), kPlotTypes.end(),
                                     [word](const Word &w) { return stricmp(w.name, word) == 0; });
-    if (found != kPlotTypes.end()) FLAG_set(kFlagPlotType, found->value);
+    if (found != kPlotTypes.end())
+        FLAG_set(kFlagPlotType, found->value);
+    else if (!word.empty())
+        tell_unknown("plot_type", word, kPlotTypes);
 }
 
 void FLAG_set_file_param(std::string_view word) {
-    if (const Word *found = find_word(kFileParams, word)) FLAG_set(kFlagFileParam, found->value);
+    if (const Word *found = find_word(kFileParams, word))
+        FLAG_set(kFlagFileParam, found->value);
+    else if (!word.empty())
+        tell_unknown("file_param", word, kFileParams);
 }

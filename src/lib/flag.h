@@ -56,7 +56,8 @@ void FLAG_setplot(int index, int value);
 int FLAG_getplot(int index);
 void FLAG_resetplot(int value);
 
-/// Values of the resources "draw", "plot_type" and "file_param". Unknown words change nothing.
+/// Values of the resources "draw", "plot_type" and "file_param". Unknown words change nothing and are
+/// told.
 void FLAG_set_draw(std::string_view value);
 void FLAG_set_plot_type(std::string_view word);
 void FLAG_set_file_param(std::string_view word);

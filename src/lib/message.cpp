@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "lib/calendar.h"
 #include "lib/flag.h"
@@ -14,6 +15,7 @@
 #include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -92,7 +94,19 @@ unsigned level_mask(std::string_view word) {
     return mask;
 }
 
+/// A word that is none has the meaning of "none": it is told before it silences all.
+void tell_unknown_word(std::string_view word) {
+    for (const LevelWord &level : kLevelWords)
+        if (begins_with(word, level.name)) return;
+    std::vector<std::string_view> known{"page", "nopage", "line"};
+    for (const LevelWord &level : kLevelWords) known.push_back(level.name);
+    for (const LogWord &log : kLogWords) known.push_back(log.name);
+    WORD_unknown("message", word, known, "it counts as \"none\"");
+    WORD_flush();
+}
+
 void apply_level_word(std::string_view item) {
+    tell_unknown_word(item.substr(item.starts_with('+') || item.starts_with('-') ? 1 : 0));
     if (item.starts_with('+'))
         state.mask |= level_mask(item.substr(1));
     else if (item.starts_with('-'))
@@ -115,6 +129,10 @@ bool apply_log_word(std::string_view item) {
             state.log = FILE_open(name, word.mode);
         else
             state.log_name = name;
+        if (word.mode != nullptr && !state.log) {
+            WORD_tell("message", "Unable to open log file: " + std::string(name));
+            WORD_flush();
+        }
         state.output = word.output;
         return true;
     }
@@ -128,7 +146,9 @@ void apply_item(std::string_view item) {
     } else if (begins_with(item, "page")) {
         state.paging = kPauseAtScreenful;
     } else if (begins_with(item, "line")) {
-        const int lines = Scanner(behind(item, "line")).integer().value_or(0);
+        const std::string_view number = behind(item, "line");
+        if (!WORD_is_integer(number)) WORD_not("message", number, "a number of lines");
+        const int lines = Scanner(number).integer().value_or(0);
         state.max_lines = lines < 1 ? kDefaultMaxLines : lines;
     } else {
         apply_level_word(item);

@@ -32,14 +32,13 @@ public:
         if (!reading_.fits) return as_it_stands();
         reading_.name += rest_;
         complete_date();
-        if (reading_.name.size() > kLongestName) reading_.name.resize(kLongestName);
         return reading_;
     }
 
 private:
     NameReading as_it_stands() const {
         NameReading plain;
-        plain.name = name_.substr(0, kLongestName);
+        plain.name = name_;
         plain.date = context_.set_time;
         plain.extension = context_.extension;
         return plain;
@@ -101,7 +100,7 @@ private:
         const std::string_view literal = next_literal();
         const std::string_view text = rest_.substr(0, literal.empty() ? rest_.npos : rest_.find(literal));
         rest_.remove_prefix(text.size());
-        if (reading_.extension.empty()) reading_.extension = text.substr(0, kLongestExtension);
+        if (reading_.extension.empty()) reading_.extension = text;
         reading_.name += context_.extension.empty() ? std::string(text) : context_.extension;
     }
 

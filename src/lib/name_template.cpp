@@ -214,7 +214,6 @@ std::string key_pattern(const NameToken &token, const NameContext &context) {
 
 std::vector<NameToken> FILE_split_template(std::string_view text) {
     std::vector<NameToken> tokens;
-    text = text.substr(0, kLongestName);
     bool braced = false;
     while (!text.empty()) {
         const char c = text.front();
@@ -245,7 +244,6 @@ ExpandedName FILE_expand_template(std::string_view text, const DateRecord &date,
         }
         before = &token;
     }
-    if (expanded.name.size() > kLongestName) expanded.name.resize(kLongestName);
     return expanded;
 }
 

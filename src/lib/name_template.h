@@ -12,9 +12,6 @@
 
 #include "lib/calendar.h"
 
-/// Longest file name and template. What goes beyond is cut.
-inline constexpr std::size_t kLongestName = 159;
-inline constexpr std::size_t kLongestExtension = 19;
 /// Keys are addressed by a 7-bit character.
 inline constexpr std::size_t kKeyCount = 128;
 

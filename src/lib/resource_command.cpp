@@ -8,6 +8,7 @@
 #include "lib/missing.h"
 #include "lib/resource.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -69,6 +70,19 @@ bool is_switch(ResourceKind kind) {
     return kind == ResourceKind::switch_ || kind == ResourceKind::batch || kind == ResourceKind::help;
 }
 
+/// An option that no resource has may be a mistyped one, whose value then is a file name.
+void tell_unknown(const CommandOption &option, const ResourceProgram &program) {
+    std::vector<std::string> options{"-df", "-na"};
+    for (const ResourceDescriptor &row : program.descriptors)
+        for (const std::string_view name : {row.option, row.name})
+            if (!name.empty() && !row.option.empty()) options.push_back("-" + std::string(name));
+    const std::vector<std::string_view> known(options.begin(), options.end());
+    std::string kept = "it is kept as a resource";
+    if (option.value_is_next)
+        kept += std::string(" and took the next argument, \"") + option.value + "\", as its value";
+    WORD_unknown("Options", "-" + std::string(option.key), known, kept);
+}
+
 /// Returns the number of arguments used, 1 or 2.
 std::size_t read_option(Arguments arguments, std::size_t i, const ResourceProgram &program) {
     CommandOption option = split_option(arguments, i);
@@ -78,10 +92,12 @@ std::size_t read_option(Arguments arguments, std::size_t i, const ResourceProgra
         option.value = nullptr;
         option.value_is_next = false;
     }
-    if (index)
+    if (index) {
         RES_store(program, *index, option.value);
-    else if (!skipped)
+    } else if (!skipped) {
+        tell_unknown(option, program);
         RES_new(kMissing, option.key, option.value, ResourceKind::text);
+    }
     return option.value_is_next ? 2 : 1;
 }
 
@@ -113,6 +129,7 @@ void RES_scan_command(Arguments arguments, ResourceProgram &program) {
             program.title = option.value != nullptr ? option.value : "";
         } else if (is_path_key(option.key)) {
             RES_new(kMissing, "default", option.value, ResourceKind::text);
+            program.path_is_option = true;
         }
     }
 }

@@ -5,12 +5,16 @@
 #include <cctype>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/missing.h"
 #include "lib/resource.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/text_lines.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -69,10 +73,10 @@ void store_entry(std::string_view key, const std::string &value, const ResourceP
 }
 
 bool read_file(const std::string &path, ResourceSections &sections, const ResourceProgram &program) {
-    Stream stream = FILE_open(path, "r");
-    if (!stream) return false;
+    TextLines lines(FILE_open(path, "r"), path, kLongestLine);
+    if (!lines) return false;
     std::string line;
-    while (stream.get_line(line)) RES_read_line(line, sections, program);
+    while (lines.next(line)) RES_read_line(line, sections, program);
     sections.end_file();
     return true;
 }
@@ -95,9 +99,10 @@ fs::path program_directory() {
     return error ? fs::path(RES_get_prog()).parent_path() : program.parent_path();
 }
 
-/// Reads what a path element names. Returns the directory when the element is one and its file was read.
+/// Reads what a path element names; `named` by an option, which is told when it cannot be read. Returns the
+/// directory when the element is one and its file was read.
 std::string read_element(const std::string &element, ResourceSections &sections,
-                         const ResourceProgram &program) {
+                         const ResourceProgram &program, bool named) {
     if (element.starts_with('+')) {
         sections.define(std::string_view(element).substr(1));
     } else if (element.starts_with('#')) {
@@ -108,8 +113,8 @@ std::string read_element(const std::string &element, ResourceSections &sections,
         read_file(std::string(kPlainFile), sections, program);
     } else if (FILE_is_dir(element) != 0) {
         if (read_file(resource_file_of(element), sections, program)) return element;
-    } else {
-        read_file(element, sections, program);
+    } else if (!read_file(element, sections, program) && named) {
+        WORD_tell("-df (default)", "Unable to read settings file: " + element);
     }
     return {};
 }
@@ -128,19 +133,20 @@ std::vector<std::string> directories_beside_program() {
 /// The program's own settings, for a user who has none. The directory they were read from.
 std::string read_beside_program(ResourceSections &sections, const ResourceProgram &program) {
     for (const std::string &directory : directories_beside_program())
-        if (FILE_exist(resource_file_of(directory)) != 0) return read_element(directory, sections, program);
+        if (FILE_exist(resource_file_of(directory)) != 0)
+            return read_element(directory, sections, program, false);
     return {};
 }
 
-/// Where the data lie for a user who told no "file_path": the first directory with the program's colour table
-/// among those given, the standard ones and those beside the program; else the first given.
-std::string data_directory(std::vector<std::string> directories) {
-    const std::string first = directories.empty() ? std::string() : directories.front();
+/// The directories with the program's colour table among those given, the standard ones and those beside the
+/// program.
+std::vector<std::string> data_directories(std::vector<std::string> directories) {
     for (const std::string &standard : parse_string(kStandardPath, ':')) directories.push_back(standard);
     for (const std::string &beside : directories_beside_program()) directories.push_back(beside);
-    for (const std::string &directory : directories)
-        if (FILE_exist(FILE_add_path(directory, kDataMark)) != 0) return directory;
-    return first;
+    std::erase_if(directories, [](const std::string &directory) {
+        return FILE_exist(FILE_add_path(directory, kDataMark)) == 0;
+    });
+    return directories;
 }
 
 } // namespace
@@ -201,12 +207,16 @@ std::string RES_read_search_path(const ResourceProgram &program) {
     if (elements.empty()) elements.emplace_back();
     std::vector<std::string> directories;
     for (const std::string &element : elements) {
-        const std::string directory = read_element(element, sections, program);
+        const std::string directory = read_element(element, sections, program, program.path_is_option);
         if (!directory.empty()) directories.push_back(directory);
     }
     if (given == nullptr && directories.empty())
         directories.push_back(read_beside_program(sections, program));
-    std::string directory = data_directory(directories);
+    std::vector<std::string> with_data = data_directories(directories);
+    std::string directory;
+    if (!with_data.empty() || !directories.empty())
+        directory = with_data.empty() ? directories.front() : with_data.front();
     FILE_add_path_delim(directory);
+    FILE_set_data_directories(std::move(with_data));
     return directory;
 }

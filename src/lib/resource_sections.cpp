@@ -4,6 +4,7 @@
 
 #include "lib/message.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -15,8 +16,12 @@ auto find_tag(auto &tags, std::string_view tag) {
 } // namespace
 
 void ResourceSections::define(std::string_view tag) {
-    if (tag.empty() || defined(tag) || tags_.size() >= kMostTags) return;
-    tags_.emplace_back(tag);
+    if (tag.empty() || defined(tag)) return;
+    if (tags_.size() < kMostTags)
+        tags_.emplace_back(tag);
+    else
+        WORD_tell("DEF", format_text("Tag %s is not taken, there is room for %zu", std::string(tag).c_str(),
+                                     kMostTags));
 }
 
 void ResourceSections::undefine(std::string_view tag) {
@@ -38,10 +43,14 @@ void ResourceSections::end_file() {
 }
 
 void ResourceSections::open(bool holds) {
-    if (open_.size() >= kDeepest)
+    if (open_.size() >= kDeepest) {
         ++too_deep_;
-    else
+        WORD_tell("IF", format_text("Sections lie in each other no more than %zu deep; what lies deeper is "
+                                    "not read",
+                                    kDeepest));
+    } else {
         open_.push_back(holds ? Branch::active : Branch::waiting);
+    }
 }
 
 /// False when no section is open.

@@ -15,6 +15,7 @@ struct ResourceProgram {
     std::vector<ResourceDescriptor> descriptors; ///< keyed, then positional, in list order
     std::string name;                            ///< base name of argv[0]
     std::string title;                           ///< from the "-name" option; empty when none was given
+    bool path_is_option = false;                 ///< the search path was given with "-df"
 
     /// What stands before a resource's name in resource files and environment variables: the title, else the
     /// name; a title that begins with "+" is added to the name ("radar.title").

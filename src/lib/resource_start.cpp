@@ -9,6 +9,7 @@
 #include "lib/resource.h"
 #include "lib/resource_sources.h"
 #include "lib/set_time.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -83,6 +84,8 @@ void RES_convert_all() {
 int RES_init(int argc, const char *const argv[], std::span<const int> keyed_ids,
              std::span<const int> positional_ids) {
     FLAG_reset(kMissing);
+    WORD_forget();
+    const WordHold until_levels_are_known;
     const std::span<const char *const> arguments(argv, static_cast<std::size_t>(argc > 0 ? argc : 0));
     RES_set_program(arguments.empty() ? "" : arguments.front());
 

@@ -6,6 +6,7 @@
 
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -78,7 +79,27 @@ std::size_t FILE_read_time_digits(std::string_view digits, DateRecord &date) {
     return used;
 }
 
+namespace {
+
+/// Digits with at most one "#", "d" and ":" in their places, as the hour forms have them.
+bool is_hour_text(std::string_view text) {
+    if (text.starts_with('#')) return text.find_first_not_of("0123456789", 1) == text.npos;
+    if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+    const auto digits = [](std::string_view part) {
+        return part.find_first_not_of("0123456789") == part.npos;
+    };
+    if (const std::size_t day = text.find('d'); day != text.npos) {
+        if (day == 0 || !digits(text.substr(0, day))) return false;
+        text.remove_prefix(day + 1);
+    }
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    return digits(text.substr(0, colon)) && digits(text.substr(std::min(colon + 1, text.size())));
+}
+
+} // namespace
+
 void FILE_set_hour_text(std::string_view text) {
+    if (!is_hour_text(text)) WORD_not("hour", text, "a time");
     DateRecord date;
     const bool has_colon = text.find(':') != std::string_view::npos;
     if (text.starts_with('#')) {

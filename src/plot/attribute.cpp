@@ -1,5 +1,6 @@
 #include "plot/attribute.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/color_table.h"
 
 namespace {
@@ -112,6 +114,46 @@ void parse_element(std::string_view element, Attribute &record) {
     }
 }
 
+std::vector<std::string_view> names_of(std::span<const NamedCode> codes) {
+    std::vector<std::string_view> names;
+    for (const NamedCode &code : codes) names.push_back(code.name);
+    return names;
+}
+
+void check_name(std::string_view resource, std::string_view value,
+                const std::vector<std::string_view> &known) {
+    const auto same = [value](std::string_view name) { return stricmp(name, value) == 0; };
+    if (!WORD_is_integer(value) && std::none_of(known.begin(), known.end(), same))
+        WORD_unknown(resource, value, known);
+}
+
+void check_named_field(std::string_view resource, Field field, std::string_view value) {
+    switch (field) {
+    case Field::color: CLR_check(resource, value); break;
+    case Field::style: check_name(resource, value, names_of(kLineStyles)); break;
+    case Field::fill: check_name(resource, value, names_of(kFillPatterns)); break;
+    case Field::font: check_name(resource, value, gget_font_names()); break;
+    case Field::width:
+    case Field::height:
+    case Field::expansion: break;
+    }
+}
+
+void check_element(std::string_view resource, std::string_view element) {
+    std::vector<std::string_view> keys;
+    for (const FieldKey &key : kFieldKeys) {
+        keys.push_back(key.key);
+        if (!begins_with(element, key.key)) continue;
+        const std::string_view value = element.substr(key.key.size());
+        if (key.named && !is_number_field(key.field))
+            check_named_field(resource, key.field, value);
+        else if (!WORD_is_number(value) && !(key.field == Field::fill && stricmp(value, "M") == 0))
+            WORD_not(resource, element, "\"" + std::string(key.key) + "\" and a number");
+        return;
+    }
+    if (!element.empty()) WORD_unknown(resource, element, keys);
+}
+
 } // namespace
 
 void ATTRIB_init(Attribute &record) {
@@ -126,6 +168,17 @@ void ATTRIB_parse(std::string_view text, Attribute &record) {
             record.color = CLR_get_ind(element);
         else
             parse_element(element, record);
+    }
+}
+
+void ATTRIB_check(std::string_view resource, std::string_view text) {
+    const std::vector<std::string> elements = parse_string(text, ':');
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const std::string_view element = trimmed(elements[i]);
+        if (i == 0 && element.find('=') == std::string_view::npos)
+            CLR_check(resource, element);
+        else
+            check_element(resource, element);
     }
 }
 
@@ -162,6 +215,10 @@ void ATTRIB_print(const Attribute &record) {
 
 int ATTR_parse_fill_pat(std::string_view text) {
     return find_code(kFillPatterns, text).value_or(written_number(text));
+}
+
+bool ATTR_is_fill_pat(std::string_view text) {
+    return find_code(kFillPatterns, text).has_value() || WORD_is_integer(text);
 }
 
 int ATTR_parse_marker(std::string_view text) {

@@ -6,6 +6,7 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
+#include "lib/data_file.h"
 #include "lib/flag.h"
 #include "lib/message.h"
 #include "lib/resource.h"
@@ -13,7 +14,6 @@
 #include "lib/stream.h"
 #include "lib/text.h"
 #include "plot/attribute.h"
-#include "plot/data_file.h"
 #include "plot/map.h"
 #include "plot/map_file.h"
 #include "plot/map_item.h"
@@ -67,6 +67,12 @@ void enter_region(const RegionGuard &guard) {
         state.region = RegionState::missed;
 }
 
+/// The attributes that an item of the map list has itself.
+void parse_own(std::string_view own, Attribute &record) {
+    ATTRIB_check("map_file", own);
+    ATTRIB_parse(own, record);
+}
+
 /// Line and text attributes of latitude and longitude lines; false when they are not to be drawn.
 bool set_grid_attributes(std::string_view own) {
     const bool is_map = is_map_projection(MAP_get_proj());
@@ -74,7 +80,7 @@ bool set_grid_attributes(std::string_view own) {
     if (own.empty())
         ATTRIB_get("color_line", is_map ? "magenta:s4" : "red", record);
     else
-        ATTRIB_parse(own, record);
+        parse_own(own, record);
     // Nothing of the lines and texts before.
     GPH_line_attr(nullptr);
     GPH_text_attr(nullptr, 0);
@@ -92,7 +98,7 @@ int draw_grid_item(std::string_view text) {
 Attribute map_attributes(std::string_view own) {
     Attribute record;
     if (!own.empty())
-        ATTRIB_parse(own, record);
+        parse_own(own, record);
     else if (MAP_get_fill_cont() != 0)
         ATTRIB_get("color_cmap", "black", record);
     else
@@ -109,7 +115,7 @@ int draw_map_item(std::string_view body) {
     GPH_line_attr(&record);
     state.style = record.fill == kMissing ? MapStyle::lines : MapStyle::areas;
     if (state.style == MapStyle::areas) GPH_fill_attr(&record);
-    Stream stream = PLT_open_data_file(item.file);
+    Stream stream = FILE_open_data(item.file);
     if (!stream) {
         MESS_print(kWarn, "MAP_process: Map file not found: %s\n", std::string(item.file).c_str());
         return -1;
@@ -135,7 +141,7 @@ int draw_image_item(std::string_view text, bool whole_view) {
 }
 
 void process_list_file(std::string_view name) {
-    Stream stream = PLT_open_data_file(name);
+    Stream stream = FILE_open_data(name);
     if (!stream) {
         MESS_print(kWarn, "MAP_draw: Unable to open map list file: %s\n", std::string(name).c_str());
         return;

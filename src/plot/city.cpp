@@ -6,13 +6,14 @@
 #include <map>
 #include <optional>
 
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/table.h"
 #include "lib/text.h"
+#include "lib/text_lines.h"
 #include "plot/city_select.h"
-#include "plot/data_file.h"
 #include "plot/map.h"
 
 namespace {
@@ -29,8 +30,8 @@ enum StoreMode : int { kStoreEntries = 1, kStoreStations = 2, kStoreStationsByPl
 enum KeyIndex : std::size_t { kKeyName = 1, kKeyNumber = 2 };
 
 struct State {
-    std::map<int, Stream> files; ///< open databases by descriptor
-    int next_descriptor = 1;     ///< never used twice, so an old descriptor never meets a new file
+    std::map<int, TextLines> files; ///< open databases by descriptor
+    int next_descriptor = 1;        ///< never used twice, so an old descriptor never meets a new file
     int id_type = 0;
     std::optional<Table<CityStation>> stored; ///< by name text, number text and, in mode 3, place
     int stored_mode = 0;
@@ -39,14 +40,14 @@ struct State {
 
 State state;
 
-Stream *open_stream(int fd) {
+TextLines *open_file(int fd) {
     const auto found = state.files.find(fd);
     return found == state.files.end() ? nullptr : &found->second;
 }
 
-int enter_file(Stream &&stream) {
-    if (!stream) return -1;
-    state.files.emplace(state.next_descriptor, std::move(stream));
+int enter_file(TextLines &&lines) {
+    if (!lines) return -1;
+    state.files.emplace(state.next_descriptor, std::move(lines));
     return state.next_descriptor++;
 }
 
@@ -61,7 +62,7 @@ void set_priority(CityEntry &entry, std::string_view token) {
     if (token.substr(1).starts_with('*')) entry.star_after = '*';
 }
 
-int decode_entry(std::string_view line, CityEntry &entry) {
+int decode_entry(std::string_view line, CityEntry &entry, const TextLines &lines) {
     entry = CityEntry{};
     Scanner scan(line);
     int fields = 0;
@@ -73,8 +74,15 @@ int decode_entry(std::string_view line, CityEntry &entry) {
         std::string &target;
         std::size_t width;
     } words[] = {{entry.name, 20}, {entry.state, 2}, {entry.country, 2}, {entry.id, 9}};
-    for (const auto &word : words)
-        if (const auto text = count(scan.word(word.width))) word.target = *text;
+    for (const auto &word : words) {
+        const auto text = count(scan.word(word.width));
+        if (text) word.target = *text;
+        // What is too long is read as the beginning of the next field.
+        if (text && !line.starts_with('#') && text->size() == word.width && !scan.at_end() &&
+            scan.rest().front() != ' ' && scan.rest().front() != '\t')
+            lines.tell(format_text("\"%s\" goes on beyond the width of its field, %zu",
+                                   std::string(*text).c_str(), word.width));
+    }
     if (const auto token = count(scan.word())) set_priority(entry, *token);
     for (float *target : {&entry.lat, &entry.lon, &entry.elevation})
         if (const auto number = count(scan.real())) *target = *number;
@@ -149,7 +157,7 @@ int CTY_open_file(const char *name, int &count) {
     std::string file(name != nullptr ? std::string_view(name) : kDefaultFile);
     if (const char *named = RES_get("city_file"); named != nullptr && *named != '\0') file = named;
     if (file == "none") return -1;
-    const std::string path = PLT_data_file_path(file);
+    const std::string path = FILE_find_data(file);
     const int fd = CTY_open(path, 0, 0);
     if (fd < 0) {
         MESS_print(kWarn, "CTY_open_file: Database file not found: %s\n", path.c_str());
@@ -161,24 +169,22 @@ int CTY_open_file(const char *name, int &count) {
 
 int CTY_open(std::string_view path, int mode, int) {
     if (mode != 0 && mode != 1) return -1;
-    return enter_file(FILE_open(path, mode == 0 ? "r" : "w"));
+    return enter_file(TextLines(FILE_open(path, mode == 0 ? "r" : "w"), path, kLongestLine));
 }
 
 int CTY_read(int fd, CityEntry &entry) {
-    Stream *stream = open_stream(fd);
-    if (stream == nullptr) return -1;
+    TextLines *lines = open_file(fd);
+    if (lines == nullptr) return -1;
     std::string line;
-    while (stream->get_line(line)) {
-        const std::string_view text = std::string_view(line).substr(0, kLongestLine);
-        if (const int fields = decode_entry(text, entry); fields > 0) return fields;
-    }
+    while (lines->next(line))
+        if (const int fields = decode_entry(line, entry, *lines); fields > 0) return fields;
     return -1;
 }
 
 int CTY_rewind(int fd) {
-    Stream *stream = open_stream(fd);
-    if (stream == nullptr) return -1;
-    std::rewind(stream->get());
+    TextLines *lines = open_file(fd);
+    if (lines == nullptr) return -1;
+    lines->restart();
     return 0;
 }
 

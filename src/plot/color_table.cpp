@@ -10,6 +10,7 @@
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/data_file.h"
 
 namespace {
@@ -30,6 +31,9 @@ struct State {
     int count = 0;      ///< entries in use
     int fill_count = 0; ///< leading entries that form the default fill sequence, 0 when none
 } state;
+
+constexpr std::string_view kEndWord = "end";
+constexpr std::array<std::string_view, 3> kNoColor{"none", "off", "back"};
 
 struct PatternColor {
     std::string_view name;
@@ -76,19 +80,24 @@ std::optional<Rgb> decode_written_color(std::string_view text) {
 }
 
 /// A line "[number] name red green blue" or "[number] name #RRGGBB"; the number is for people.
-std::optional<Entry> decode_line(std::string_view line) {
+std::optional<Entry> decode_line(std::string_view line, const TextLines &lines) {
     Scanner scan(line);
     if (is_digit(line.front())) scan.integer();
     const auto name = scan.word();
     scan.skip_blanks();
-    if (scan.failed()) return std::nullopt;
-    if (scan.rest().starts_with('#')) {
-        const auto color = decode_digits(scan.rest().substr(1), 2, 16);
-        if (!color) return std::nullopt;
-        return Entry{std::string(name->substr(0, kNameLength)), *color};
+    if (name && name->size() > kNameLength)
+        lines.tell(format_text("Of the name only the first %zu characters count", kNameLength));
+    if (!scan.failed() && scan.rest().starts_with('#')) {
+        if (const auto color = decode_digits(scan.rest().substr(1), 2, 16))
+            return Entry{std::string(name->substr(0, kNameLength)), *color};
+        lines.tell("No color");
+        return std::nullopt;
     }
     const auto red = scan.real(), green = scan.real(), blue = scan.real();
-    if (scan.failed()) return std::nullopt;
+    if (scan.failed()) {
+        lines.tell("No color");
+        return std::nullopt;
+    }
     const auto intensity = [](float value) { return std::clamp(value, 0.0F, 1.0F); };
     return Entry{std::string(name->substr(0, kNameLength)),
                  {intensity(*red), intensity(*green), intensity(*blue)}};
@@ -101,18 +110,22 @@ struct Reading {
     bool first_file = true;
 };
 
-void read_file(Stream &stream, Reading &reading) {
+void read_file(TextLines &lines, Reading &reading) {
     bool ended = false;
     std::string line;
-    while (PLT_read_line(stream, line, kLineLength)) {
+    while (PLT_read_line(lines, line)) {
         if (line.empty() || line.front() == '#') continue;
         if (stricmp(line, "END") == 0) {
             if (reading.first_file && !ended) reading.fill_count = reading.count;
             ended = true;
             continue;
         }
-        const auto entry = decode_line(line);
-        if (!entry || reading.count >= kColorSlots) continue;
+        const auto entry = decode_line(line, lines);
+        if (!entry) continue;
+        if (reading.count >= kColorSlots) {
+            lines.tell(format_text("No more than %d colors are read", kColorSlots));
+            break;
+        }
         state.colors[static_cast<std::size_t>(reading.count++)] = *entry;
     }
     if (reading.first_file && !ended) reading.fill_count = reading.count;
@@ -142,7 +155,11 @@ void CLR_read_table(std::string_view name) {
     for (std::size_t i = kKeptNames; i < state.colors.size(); ++i) state.colors[i].name.clear();
     Reading reading;
     for (const std::string &file : parse_string(files, ',')) {
-        if (Stream stream = PLT_open_data_file(trimmed(file))) read_file(stream, reading);
+        TextLines lines(FILE_open_data(trimmed(file)), trimmed(file), kLineLength);
+        if (lines)
+            read_file(lines, reading);
+        else
+            WORD_tell("color_table", "Unable to open color table: " + std::string(trimmed(file)));
         reading.first_file = false;
     }
     state.count = reading.count;
@@ -153,8 +170,8 @@ void CLR_read_table(std::string_view name) {
 
 int CLR_get_ind(std::string_view text) {
     if (text.empty()) return kColorBackground;
-    if (stricmp(text, "end") == 0) return kColorEnd;
-    for (std::string_view none : {"none", "off", "back"})
+    if (stricmp(text, kEndWord) == 0) return kColorEnd;
+    for (const std::string_view none : kNoColor)
         if (stricmp(text, none) == 0) return kColorBackground;
     for (const PatternColor &pattern : kPatternColors)
         if (stricmp(text, pattern.name) == 0) return pattern.index;
@@ -162,6 +179,17 @@ int CLR_get_ind(std::string_view text) {
     if (const auto color = decode_written_color(text)) return CLR_add(text, *color);
     if (is_digit(text.front())) return Scanner(text).integer().value_or(kColorBackground);
     return kColorBackground;
+}
+
+void CLR_check(std::string_view resource, std::string_view text) {
+    // Without a table nothing is known, which has been told.
+    if (text.empty() || state.count == 0 || WORD_is_integer(text) || decode_written_color(text)) return;
+    std::vector<std::string_view> known(kNoColor.begin(), kNoColor.end());
+    known.push_back(kEndWord);
+    for (const PatternColor &pattern : kPatternColors) known.push_back(pattern.name);
+    for (int i = 0; i < state.count; ++i) known.emplace_back(state.colors[static_cast<std::size_t>(i)].name);
+    const auto same = [text](std::string_view word) { return stricmp(word, text) == 0; };
+    if (std::none_of(known.begin(), known.end(), same)) WORD_unknown(resource, text, known);
 }
 
 int CLR_add(std::string_view name, const Rgb &color) {

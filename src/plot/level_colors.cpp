@@ -5,6 +5,7 @@
 
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/attribute.h"
 #include "plot/data_file.h"
 #include "plot/levels.h"
@@ -92,6 +93,26 @@ bool decode_element(std::string_view element, std::vector<LevelElement> &levels)
 
 } // namespace
 
+void check_level_element(std::string_view resource, std::string_view element) {
+    element = trimmed(element);
+    std::string_view attributes = element;
+    if (const std::size_t label_at = find_label(element); label_at != element.npos) {
+        const std::string_view label = element.substr(label_at + kLabelKey.size());
+        if (label.size() > kLabelLength)
+            WORD_tell(resource, format_text("Of the label %s only the first %zu characters are shown",
+                                            std::string(label).c_str(), kLabelLength));
+        attributes = element.substr(0, label_at);
+    }
+    if (split_value(element)) {
+        ATTRIB_check(resource, attributes.substr(std::min(element.find(':') + 1, attributes.size())));
+        return;
+    }
+    const std::size_t dash = attributes.find('-');
+    const bool range = dash != attributes.npos && dash > 0;
+    ATTRIB_check(resource, attributes.substr(0, range ? dash : attributes.npos));
+    if (range) ATTRIB_check(resource, attributes.substr(dash + 1));
+}
+
 std::vector<LevelElement> decode_level_list(const std::vector<std::string> &elements) {
     std::vector<LevelElement> levels;
     for (const std::string &element : elements)
@@ -100,12 +121,13 @@ std::vector<LevelElement> decode_level_list(const std::vector<std::string> &elem
 }
 
 std::optional<std::vector<LevelElement>> read_level_file(std::string_view name) {
-    Stream stream = PLT_open_data_file(name);
-    if (!stream) return std::nullopt;
+    TextLines lines(FILE_open_data(name), name, kLineLength);
+    if (!lines) return std::nullopt;
     std::vector<LevelElement> levels;
     std::string line;
-    while (PLT_read_line(stream, line, kLineLength)) {
+    while (PLT_read_line(lines, line)) {
         if (line.empty() || line.front() == '@' || line.front() == '#') continue;
+        check_level_element(name, line);
         if (!decode_element(line, levels)) break;
     }
     return levels;

@@ -17,6 +17,8 @@ struct LevelElement {
     std::string label;        ///< at most 9 characters; empty when the value is to be formatted
 };
 
+/// Tells what in a level list of a resource, or in a line of a level file, means nothing or is not read.
+void check_level_element(std::string_view resource, std::string_view element);
 /// Decodes the elements of a list, at most kMaxLevels; the colour "end" ends it.
 std::vector<LevelElement> decode_level_list(const std::vector<std::string> &elements);
 /// One element a line; lines that begin with "@" or "#" are comments. Nothing when the file cannot be opened.

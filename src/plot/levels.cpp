@@ -324,6 +324,13 @@ void CONT_get_fill_attrib_ind(int index, Attribute &record) {
         record.color = kColorBackground;
 }
 
+std::span<const WordRule> CONT_param_words() {
+    static constexpr std::array words{WordRule{"fill", ATTR_is_fill_pat, "a fill pattern"},
+                                      WordRule{"conmin", PARAM_number, "a number"},
+                                      WordRule{"conmax", PARAM_number, "a number"}};
+    return words;
+}
+
 void CONT_param_decode() {
     for (const std::string &word : RES_getvals("plot_param")) {
         if (const auto pattern = keyword_value(word, "fill")) state.fill_pat = ATTR_parse_fill_pat(*pattern);

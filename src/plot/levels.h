@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
+#include "lib/param_words.h"
 
 enum ContourType : int {
     kContourLines = 12,
@@ -64,6 +65,8 @@ void CONT_get_fill_attrib_ind(int index, Attribute &record);
 std::optional<std::size_t> CONT_level_index(float value, float base, float interval);
 /// Applies the resource "plot_param".
 void CONT_param_decode();
+/// The words that it takes.
+std::span<const WordRule> CONT_param_words();
 /// A rounded interval for about `count` levels.
 float CONT_calc_intrvl(int count, float max, float min);
 

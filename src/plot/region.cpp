@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <vector>
 
 #include "lib/flag.h"
@@ -19,7 +20,7 @@ namespace {
 constexpr std::string_view kRegionFile = "vyx.reg";
 constexpr std::size_t kMostRegions = 19;
 constexpr int kAnswersTaken = 5;
-constexpr int kAnswerLength = 80;
+constexpr int kAnswerLength = PATH_MAX; ///< a domain string may name a file
 constexpr int kNx = 25, kNy = 17;
 
 struct BuiltInRegion {
@@ -169,11 +170,11 @@ int DOM_get_def_region(std::string_view name, PlotDomain &domain) {
 }
 
 int DOM_read_menu(std::string_view file) {
-    Stream stream = open_region_file(file);
-    if (!stream) return 0;
+    TextLines lines = open_region_file(file);
+    if (!lines) return 0;
     state.menu.resize(1);
     while (state.menu.size() <= kMostRegions) {
-        const auto line = read_region_line(stream);
+        const auto line = read_region_line(lines);
         if (!line) break;
         if (line->menu_flag != 0) state.menu.push_back({line->description, line->abbreviation, true});
     }

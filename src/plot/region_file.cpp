@@ -2,10 +2,10 @@
 
 #include <vector>
 
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/scan.h"
 #include "lib/text.h"
-#include "plot/data_file.h"
 #include "plot/region.h"
 
 namespace {
@@ -14,7 +14,7 @@ constexpr unsigned kFileTrace = 0x80000000;
 constexpr std::size_t kLongestLine = 500;
 constexpr std::size_t kDescriptionLength = 20;
 
-RegionLine decode_line(std::string_view text) {
+RegionLine decode_line(std::string_view text, const TextLines &lines) {
     RegionLine line;
     Scanner scan(text);
     for (const auto &word : {scan.word(), scan.word(), scan.word(), scan.word()}) {
@@ -23,6 +23,9 @@ RegionLine decode_line(std::string_view text) {
         case 1: line.abbreviation = line.domain = *word; break;
         case 2:
             line.description = word->substr(0, kDescriptionLength);
+            if (word->size() > kDescriptionLength)
+                lines.tell(format_text("Of the description only the first %zu characters are shown",
+                                       kDescriptionLength));
             line.domain.clear();
             break;
         case 3: line.menu_flag = Scanner(*word).integer().value_or(0); break;
@@ -35,27 +38,27 @@ RegionLine decode_line(std::string_view text) {
 
 } // namespace
 
-Stream open_region_file(std::string_view name) {
-    const std::string path = PLT_data_file_path(name);
-    Stream stream = FILE_open(path, "r");
-    if (!stream) MESS_print(kFileTrace, "Unable to open region file: %s\n", path.c_str());
-    return stream;
+TextLines open_region_file(std::string_view name) {
+    const std::string path = FILE_find_data(name);
+    TextLines lines(FILE_open(path, "r"), path, kLongestLine);
+    if (!lines) MESS_print(kFileTrace, "Unable to open region file: %s\n", path.c_str());
+    return lines;
 }
 
-std::optional<RegionLine> read_region_line(Stream &stream) {
+std::optional<RegionLine> read_region_line(TextLines &lines) {
     std::string text;
-    while (stream.get_line(text)) {
+    while (lines.next(text)) {
         if (text.starts_with('#')) continue;
-        RegionLine line = decode_line(std::string_view(text).substr(0, kLongestLine));
+        RegionLine line = decode_line(text, lines);
         if (line.words > 0) return line;
     }
     return std::nullopt;
 }
 
 int DOM_search_file(std::string_view file, std::string_view key, std::string &out) {
-    Stream stream = open_region_file(file);
-    if (!stream) return 0;
-    while (const auto line = read_region_line(stream)) {
+    TextLines lines = open_region_file(file);
+    if (!lines) return 0;
+    while (const auto line = read_region_line(lines)) {
         if (line->domain.empty()) continue;
         if (line->words > 1 && !key.empty() && stricmp(key, line->abbreviation) != 0) continue;
         out = line->domain;
@@ -65,9 +68,9 @@ int DOM_search_file(std::string_view file, std::string_view key, std::string &ou
 }
 
 void DOM_print_file(std::string_view file) {
-    Stream stream = open_region_file(file);
-    if (!stream) return;
+    TextLines lines = open_region_file(file);
+    if (!lines) return;
     MESS_print(kPrint, " Abbr    Description\n");
-    while (const auto line = read_region_line(stream))
+    while (const auto line = read_region_line(lines))
         MESS_print(kPrint, "%-8s %-50s\n", line->abbreviation.c_str(), line->description.c_str());
 }

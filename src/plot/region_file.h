@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "lib/stream.h"
+#include "lib/text_lines.h"
 
 struct RegionLine {
     std::string abbreviation;
@@ -15,6 +15,6 @@ struct RegionLine {
 };
 
 /// Opens a region file along the resource "file_path"; prints a message when it cannot be opened.
-Stream open_region_file(std::string_view name);
+TextLines open_region_file(std::string_view name);
 /// The next line that is neither blank nor a comment.
-std::optional<RegionLine> read_region_line(Stream &stream);
+std::optional<RegionLine> read_region_line(TextLines &lines);

@@ -58,7 +58,7 @@ std::string image_path(std::string_view name) {
 
 /// The path that a dump name stands for, at the date of the current file; `frame` is empty without frames.
 std::string path_of(const std::string &dump_name, std::string_view frame) {
-    DateRecord date = FILE_get_date();
+    DateRecord date = FILE_get_full_date();
     FILE_save_name_conv();
     FILE_set_name(dump_name);
     FILE_set_key('i', frame.empty() ? "win" : frame);

@@ -9,6 +9,7 @@
 #include "lib/flag.h"
 #include "lib/resource.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/attribute.h"
 #include "plot/levels.h"
 
@@ -47,8 +48,12 @@ struct State {
     bool border = true;
 } state;
 
+bool has_room(int overlay, std::string_view text) {
+    return overlay >= 0 && overlay < kOverlays && text.size() <= kLabelLength;
+}
+
 void store(Position position, int overlay, std::string_view text) {
-    if (overlay < 0 || overlay >= kOverlays || text.size() > kLabelLength) return;
+    if (!has_room(overlay, text)) return;
     state.labels[position].text[static_cast<std::size_t>(overlay)] = text;
 }
 
@@ -71,15 +76,22 @@ std::array<bool, kPositions> decode_label_resource() {
     for (const std::string &value : RES_getvals("label")) {
         const auto named = [&value](std::string_view code) { return begins_with(value, code); };
         const auto code = std::find_if(kPositionCodes.begin(), kPositionCodes.end(), named);
-        if (code == kPositionCodes.end() || value.size() < 3) continue;
-        const auto position = static_cast<Position>(code - kPositionCodes.begin());
-        if (value[2] == ':') {
-            store(position, 0, PLT_label_format(std::string_view(value).substr(3)));
-            fixed[position] = true;
-        } else if (value[2] >= '0' && value[2] <= '9') {
-            store(position, value[2] - '0',
-                  std::string_view(value).substr(std::min<std::size_t>(4, value.size())));
+        if (code == kPositionCodes.end() || !(value[2] == ':' || is_digit(value[2]))) {
+            WORD_unknown("label", std::string_view(value).substr(0, value.find(':')), kPositionCodes);
+            continue;
         }
+        const auto position = static_cast<Position>(code - kPositionCodes.begin());
+        const int overlay = value[2] == ':' ? 0 : value[2] - '0';
+        std::string text = value.substr(std::min<std::size_t>(value[2] == ':' ? 3 : 4, value.size()));
+        if (value[2] == ':') {
+            text = PLT_label_format(text);
+            fixed[position] = true;
+        }
+        if (!has_room(overlay, text))
+            WORD_tell("label", format_text("%s is not shown: a label has at most %zu characters, a plot %d "
+                                           "overlays",
+                                           value.c_str(), kLabelLength, kOverlays));
+        store(position, overlay, text);
     }
     return fixed;
 }

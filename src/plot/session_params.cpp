@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "graphics/devices/panel.h"
 #include "graphics/devices/postscript.h"
@@ -16,6 +18,7 @@
 #include "lib/date.h"
 #include "lib/file_naming.h"
 #include "lib/message.h"
+#include "lib/param_words.h"
 #include "lib/process.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
@@ -123,6 +126,42 @@ constexpr std::array kParamWords{ParamWord{"full", false, Param::full},
                                  ParamWord{"png", true, Param::png},
                                  ParamWord{"img", true, Param::img},
                                  ParamWord{"xwd", true, Param::xwd}};
+
+/// What the value behind a word must be; words that are not named here take any text, or none.
+struct ValueRule {
+    Param param;
+    bool (*fits)(std::string_view value);
+    std::string_view wanted;
+};
+
+bool is_panel(std::string_view value) {
+    Scanner scan(value);
+    scan.real();
+    scan.literal('x');
+    scan.real();
+    for (int i = 0; i < 2; ++i) {
+        scan.literal('+');
+        scan.real();
+    }
+    return !scan.failed() && scan.at_end();
+}
+
+constexpr std::array kValueRules{ValueRule{Param::overlays, PARAM_one_or_two, "one or two numbers"},
+                                 ValueRule{Param::lat_lon_lines, PARAM_up_to_four, "up to four numbers"},
+                                 ValueRule{Param::plot_skip, PARAM_one_or_two, "one or two numbers"},
+                                 ValueRule{Param::plot_offset, PARAM_one_or_two, "one or two numbers"},
+                                 ValueRule{Param::local_priority, PARAM_integer, "a whole number"},
+                                 ValueRule{Param::panel, is_panel, "COLUMNSxROWS+COLUMN+ROW"},
+                                 ValueRule{Param::bar, PARAM_two, "MIN:MAX"},
+                                 ValueRule{Param::shadow, PARAM_integer, "a whole number"},
+                                 ValueRule{Param::min_size, PARAM_integer, "a number of bytes"}};
+
+WordRule described(const ParamWord &row) {
+    const auto rule = std::ranges::find(kValueRules, row.param, &ValueRule::param);
+    if (!row.prefix) return {row.word};
+    if (rule == kValueRules.end()) return {row.word, PARAM_text};
+    return {row.word, rule->fits, rule->wanted};
+}
 
 void set_overlays(std::string_view value) {
     Scanner scan(value);
@@ -250,6 +289,22 @@ void apply(Param param, std::string_view value) {
 }
 
 } // namespace
+
+std::span<const WordRule> PLT_param_words() {
+    static const std::vector<WordRule> words = [] {
+        std::vector<WordRule> rows;
+        for (const ParamWord &row : kParamWords) rows.push_back(described(row));
+        return rows;
+    }();
+    return words;
+}
+
+void PLT_param_min_size() {
+    constexpr std::string_view word = "min_size";
+    for (const std::string &item : RES_getvals("plot_param"))
+        if (const std::string_view text = trimmed(item); begins_with(text, word))
+            apply(Param::min_size, value_behind(text, word.size()));
+}
 
 void PLT_param_decode() {
     for (const std::string &given : RES_getvals("plot_param")) {

@@ -11,6 +11,7 @@
 #include "lib/flag.h"
 #include "lib/resource.h"
 #include "plot/color_table.h"
+#include "plot/look_check.h"
 #include "plot/session.h"
 
 namespace {
@@ -64,6 +65,7 @@ int GPH_setup(int &ws_id, DeviceKind &device, Rect &panel, float aspect) {
     gset_color_lookup(table_color);
     CLR_read_table("");
     GPH_begin(ws_id, spec, device);
+    PLT_check_looks();
     return GPH_reset(ws_id, device, panel, aspect);
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "lib/data_file.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
-#include "plot/data_file.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ PlotVariable parse_line(std::string_view line) {
 
 std::vector<PlotVariable> read_variables(std::string_view file) {
     std::vector<PlotVariable> known;
-    Stream stream = PLT_open_data_file(file);
+    Stream stream = FILE_open_data(file);
     std::string line;
     while (stream && stream.get_line(line))
         if (PlotVariable variable = parse_line(line); !variable.name.empty())
@@ -66,6 +66,12 @@ int VAR_setup(std::string_view file) {
         if (const std::string name(trimmed(entry)); !name.empty())
             state.variables.push_back(describe(name, known));
     return VAR_get_num();
+}
+
+std::vector<std::string> VAR_known_names(std::string_view file) {
+    std::vector<std::string> names;
+    for (PlotVariable &variable : read_variables(file)) names.push_back(std::move(variable.name));
+    return names;
 }
 
 int VAR_get_num() {

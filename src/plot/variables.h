@@ -21,6 +21,8 @@ struct PlotVariable {
 /// Lines of a variable file: name, decimals, x and y offset in text heights, then an attribute string if the
 /// data colour is not wanted. "#" at the beginning makes a comment.
 int VAR_setup(std::string_view file);
+/// The names that a variable file describes.
+std::vector<std::string> VAR_known_names(std::string_view file);
 int VAR_get_num();
 const std::vector<PlotVariable> &VAR_get_vars();
 /// One variable, or its name; `index` from 0, below VAR_get_num().

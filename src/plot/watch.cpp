@@ -11,6 +11,7 @@
 #include "lib/resource.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/attribute.h"
 #include "plot/background.h"
 #include "plot/map.h"
@@ -50,6 +51,7 @@ std::vector<std::string> folder_files() {
     std::string folder;
     std::vector<std::string> names;
     if (RES_getval("watch_path", folder, ResourceKind::directory) != 1 || folder.empty()) return names;
+    if (FILE_is_dir(folder) == 0) WORD_tell("watch_path", "Not a directory: " + folder);
     std::error_code error;
     namespace fs = std::filesystem;
     for (fs::directory_iterator entry(FILE_add_user_path(folder), error), end; !error && entry != end;

@@ -50,7 +50,7 @@ TEST_F(Lev2Program, StatusesAndMessages) {
         {"-ba -inp lev2 -de p,a.ps n0r", 10, "", "LEV2_open_file: Unable to read file:n0r\n"},
         {"-ba -inp auto -va vel2 -de p,a.ps records", 0, "", ""},
         {"-ba -inp auto -de p,a.ps n0r", 0, "", ""},
-        {"-ba -inp auto -de p,a.ps empty", 64, "", "RAD_cvt_in_file: Kind of file not recognised: empty\n"},
+        {"-ba -inp auto -de p,a.ps empty", 10, "", "RAD_cvt_in_file: Kind of file not recognised: empty\n"},
     };
     for (const auto &c : cases) {
         const RunResult result = run(c.arguments);

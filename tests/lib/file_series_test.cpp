@@ -52,6 +52,24 @@ TEST(FileSeries, HoursAroundTheFirstDate) {
     EXPECT_EQ(series("-99999999999", 2).size(), 2U);
 }
 
+TEST(FileSeries, NoneIsEndlessOrWithoutTimes) {
+    FILE_set_name("@%d%h");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(series("9999999", 200000).size(), std::size_t{kMostSeriesFiles});
+    const Names back = series("-9999999", 200000);
+    EXPECT_EQ(back.size(), std::size_t{kMostSeriesFiles});
+    EXPECT_EQ(back.back(), "0418");
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "-nh (num_hour): A series is looked for at no more than 100000 times, which are 99999 hours here\n");
+
+    testing::internal::CaptureStderr();
+    FILE_set_filename("undated");
+    FILE_first(DateRecord{});
+    EXPECT_EQ(FILE_get_num_file(), 0) << "the same picture again and again";
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("tells no time from which"), std::string::npos);
+}
+
 TEST(FileSeries, DefaultSpanAndUnknownPeriod) {
     FILE_set_name("@%y");
     FILE_set_def_hours(-30);

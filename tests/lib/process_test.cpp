@@ -1,6 +1,7 @@
 #include "lib/process.h"
 
 #include <array>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -73,10 +74,11 @@ TEST(Prompt, WordsAreCutAtTheirLength) {
     EXPECT_EQ(length_of(5), 4);
     EXPECT_EQ(length_of(1), 1) << "at least one character";
     EXPECT_EQ(length_of(std::numeric_limits<int>::min()), 1);
-    const Outcome cut = run_with_input(std::string(300, 'w') + "\n7\n", [] {
-        return VYX_prompts("P", 1000).size() == 79 && VYX_promptd("N") == 7 ? 1 : 0;
+    const Outcome path = run_with_input(std::string(9000, 'v') + "\n" + std::string(4000, 'w') + "\n7\n", [] {
+        return VYX_prompts("P", PATH_MAX) == std::string(4000, 'w') && VYX_promptd("N") == 7 ? 1 : 0;
     });
-    EXPECT_EQ(cut.status, 1) << "what is behind character 79 answers no later prompt";
+    EXPECT_EQ(path.status, 1) << "as long as a path may be; what is longer is asked for again, whole";
+    EXPECT_NE(path.output.find("at most 8192 characters"), std::string::npos);
     EXPECT_EQ(
         run_with_input(std::string(30, 'w') + "\n", [] { return static_cast<int>(VYX_promptl("P").size()); })
             .status,

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/resource_start.h"
@@ -129,6 +130,20 @@ TEST(ResourceFiles, SearchPath) {
     setenv("vyxdefault", "", 1);
     RES_init(1, arguments.data(), RES_keyed_ids(), RES_positional_ids());
     EXPECT_EQ(text("region"), "here");
+}
+
+TEST(ResourceFiles, DataThatAreNotInTheFilePathAreTakenFromBesideTheProgram) {
+    const ScratchDir dir;
+    const std::string own = dir.write("own/vyx.clr", "black 0 0 0\n");
+    const std::string path = dir.at("own/");
+    const std::array arguments{"radar", "-fp", path.c_str()};
+    RES_init(static_cast<int>(arguments.size()), arguments.data(), RES_keyed_ids(), RES_positional_ids());
+    EXPECT_EQ(FILE_find_data("vyx.clr"), own);
+    EXPECT_TRUE(FILE_find_data("states.map").ends_with("/data/states.map")) << FILE_find_data("states.map");
+    EXPECT_EQ(FILE_find_data("none.map"), dir.at("own/none.map"));
+    EXPECT_EQ(FILE_find_data("./states.map"), "./states.map");
+    EXPECT_TRUE(FILE_open_data("vyx.reg"));
+    EXPECT_FALSE(FILE_open_data("-"));
 }
 
 TEST(ResourceFiles, DirectoryWithTheDataStandsInForTheFilePath) {

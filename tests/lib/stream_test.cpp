@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lib/kept_input.h"
 #include "lib/scratch_dir.h"
 
 TEST(Stream, ReadsLinesAndBytesOfFilesAndPipes) {
@@ -24,6 +25,38 @@ TEST(Stream, ReadsLinesAndBytesOfFilesAndPipes) {
     ASSERT_EQ(pipe.kind(), Stream::Kind::pipe);
     EXPECT_TRUE(pipe.get_line(line));
     EXPECT_EQ(line, "piped");
+}
+
+TEST(Stream, InputsAreReadAgainFromTheirFirstByte) {
+    const ScratchDir dir;
+    std::filesystem::current_path(dir.path());
+    const auto text = [](const char *name) {
+        std::string all;
+        for (const std::byte byte : FILE_open_input(name).read_all(1000000)) all += static_cast<char>(byte);
+        return all;
+    };
+    const std::string much = "|echo run >> runs; yes | head -c 300000; echo end";
+    const std::string first = text(much.c_str());
+    EXPECT_EQ(first.size(), 300004U);
+    EXPECT_EQ(text(much.c_str()), first);
+    Stream one = FILE_open_input(much), other = FILE_open_input(much);
+    EXPECT_EQ(one.read_all(10).size(), 10U);
+    EXPECT_EQ(other.read_all(1000000).size(), first.size()) << "each has its own place";
+    EXPECT_EQ(FILE_size("runs"), 4) << "one run of the command";
+    EXPECT_EQ(text("|echo b"), "b\n");
+    EXPECT_EQ(text(much.c_str()), first);
+    EXPECT_EQ(FILE_size("runs"), 8) << "the command before is forgotten";
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(text("|echo part; exit 3"), "part\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "FILE_open_input: Ended with an error: |echo part; exit 3\n");
+    EXPECT_FALSE(FILE_open_input("none"));
+    ASSERT_EQ(std::system("mkfifo pipe; (echo through > pipe) &"), 0);
+    EXPECT_EQ(text("pipe"), "through\n");
+    EXPECT_EQ(text("pipe"), "through\n");
+    ASSERT_NE(std::freopen(dir.write("input", "standard\n").c_str(), "r", stdin), nullptr);
+    EXPECT_EQ(text("-") + text("std"), "standard\nstandard\n");
 }
 
 TEST(Stream, CloseTellsOfFailedWritesAndCommands) {

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "graphics/devices/paper.h"
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -21,9 +23,22 @@ int box_side(float points) {
     return static_cast<int>(std::ceil(points));
 }
 
+/// A word that is no option, or has a value that cannot be used.
+void tell_option(std::string_view word) {
+    std::vector<std::string_view> known{"port", "land",  "eps",    "noeps", "color",
+                                        "gray", "scale", "lwidth", "sz"};
+    for (const PaperSize &paper : kPaperSizes) known.push_back(paper.name);
+    const bool valued =
+        option_value(word, "scale") || option_value(word, "lwidth") || option_value(word, "sz");
+    if (valued)
+        WORD_not("device", word, "an option with a value that can be used");
+    else
+        WORD_unknown("device", word, known);
+}
+
 } // namespace
 
-void apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse) {
+bool apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse) {
     if (const auto page = parse_page_size(word)) {
         options.page = *page;
     } else if (begins_with(word, "port")) {
@@ -41,16 +56,21 @@ void apply_postscript_option(PostScriptOptions &options, std::string_view word, 
         options.color = false;
     } else if (const auto scale = option_value(word, "scale")) {
         const auto value = Scanner(*scale).real();
-        if (value && *value >= kSmallestScale && *value <= kLargestScale) options.scale = *value;
+        if (!value || *value < kSmallestScale || *value > kLargestScale) return false;
+        options.scale = *value;
     } else if (const auto width = option_value(word, "lwidth")) {
         const auto value = Scanner(*width).integer();
-        if (value && *value >= 0 && *value <= kLargestBaseWidth) options.base_width = *value;
+        if (!value || *value < 0 || *value > kLargestBaseWidth) return false;
+        options.base_width = *value;
+    } else {
+        return word.empty();
     }
+    return true;
 }
 
 void apply_postscript_options(PostScriptOptions &options, std::string_view words, bool &inverse) {
     for (const std::string &word : split_device_spec(words))
-        apply_postscript_option(options, trimmed(word), inverse);
+        if (!apply_postscript_option(options, trimmed(word), inverse)) tell_option(trimmed(word));
 }
 
 PrintPage postscript_area(const PageInches &page) {

@@ -20,10 +20,10 @@ inline constexpr PageInches kPostScriptPage{11.0F, 8.5F};
 inline constexpr float kSmallestScale = 0.01F, kLargestScale = 100.0F;
 inline constexpr int kLargestBaseWidth = 1000;
 
-/// Applies one word; unknown words and values out of range change nothing. `inverse` is set by "color", which
-/// also asks for a white background.
-void apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse);
-/// Applies comma-separated words.
+/// Applies one word. False for unknown words and values out of range, which change nothing. `inverse` is set
+/// by "color", which also asks for a white background.
+bool apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse);
+/// Applies comma-separated words; what changes nothing is told.
 void apply_postscript_options(PostScriptOptions &options, std::string_view words, bool &inverse);
 
 /// The drawing area of a page: the page without its margins, points.

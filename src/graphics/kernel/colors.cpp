@@ -54,16 +54,10 @@ int store_everywhere(int index, const Rgb &color) {
     return pixel >= 0 ? 0 : -1;
 }
 
-/// "none", "def" and "over": the display's own background, and what stands in the picture stays.
-bool is_default_word(std::string_view name) {
-    constexpr std::array<std::string_view, 3> words{"none", "def", "over"};
-    return std::ranges::any_of(words, [&](std::string_view word) { return stricmp(name, word) == 0; });
-}
-
 /// The colour of that name; without one, or for one that nobody knows, the display's own.
 Rgb background_named(std::string_view name) {
     const Rgb plain = gstate().inverse ? kWhite : kBlack;
-    if (name.empty() || is_default_word(name)) return plain;
+    if (name.empty() || gis_default_background(name)) return plain;
     Rgb color = plain;
     gnamed_color(name, color);
     return color;
@@ -81,10 +75,16 @@ void init_window_background() {
         MESS_print(kDebug, "%s BG Color: %d (%5d %5d %5d)\n", what, slot.pixel, level(slot.rgb.red),
                    level(slot.rgb.green), level(slot.rgb.blue));
     graster_set_background(slot.pixel);
-    if (!is_default_word(name)) graster_clear(graster_base());
+    if (!gis_default_background(name)) graster_clear(graster_base());
 }
 
 } // namespace
+
+// What stands in the picture stays.
+bool gis_default_background(std::string_view name) {
+    constexpr std::array<std::string_view, 3> words{"none", "def", "over"};
+    return std::ranges::any_of(words, [&](std::string_view word) { return stricmp(name, word) == 0; });
+}
 
 int gset_colr_rep(int /*ws*/, int index, const Rgb &color) {
     if (!workstation_open("gset_colr_rep")) return -1;

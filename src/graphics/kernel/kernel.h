@@ -134,6 +134,8 @@ using ColorLookup = bool (*)(std::string_view name, Rgb &color);
 void gset_color_lookup(ColorLookup lookup);
 /// A colour of that lookup, else one that the X server of the window knows.
 bool gnamed_color(std::string_view name, Rgb &color);
+/// "none", "def" and "over": the display's own background.
+bool gis_default_background(std::string_view name);
 
 // Object list ---------------------------------------------------------------------
 

@@ -97,7 +97,9 @@ int open_window(std::string_view device_spec) {
     wish.program = s.program;
     wish.width = state.window_width;
     wish.height = state.window_height;
-    wish.iconic = RES_get("icon") != nullptr;
+    int iconic = RES_get("icon") != nullptr ? 1 : 0;
+    RES_getval("icon", iconic, ResourceKind::switch_);
+    wish.iconic = iconic != 0;
     wish.inverse = s.inverse;
     wish.private_colormap = s.local_colormap;
     RasterWindow window;

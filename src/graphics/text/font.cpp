@@ -10,18 +10,20 @@
 #include "graphics/core/state.h"
 #include "graphics/text/current_font.h"
 #include "graphics/text/window_font.h"
+#include "lib/data_file.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
 constexpr std::string_view kListFile = "vyx.fnl";
 constexpr std::string_view kFallbackFont = "modern.fnt";
 constexpr std::size_t kMaxFonts = 40, kMaxNamedListFonts = 10;
-constexpr std::size_t kMaxName = 9, kMaxFile = 105, kMaxDefaultName = 19;
+constexpr std::size_t kMaxName = 9;
 /// Several times the longest text of a font that fits its table.
 constexpr std::size_t kMaxFontFileBytes = std::size_t{1} << 20;
 
@@ -42,17 +44,21 @@ struct State {
 
 State state;
 
-/// Opens a file along "file_path" for reading; never a standard stream, which could wait for the terminal.
-Stream open_in_file_path(std::string_view name) {
-    if (FILE_is_stdio(name)) return {};
-    std::string directory;
-    RES_getval("file_path", directory, ResourceKind::directory);
-    return FILE_open(FILE_add_path(directory, name), "r");
+void tell_not_taken(std::string_view name, std::size_t most) {
+    WORD_tell("font_list",
+              format_text("Font %s is not taken, there is room for %zu", std::string(name).c_str(), most));
 }
 
 void add_font(std::string_view name, std::string_view file) {
-    if (name.empty() || file.empty() || state.list.size() >= kMaxFonts) return;
-    state.list.push_back({std::string(name.substr(0, kMaxName)), std::string(file.substr(0, kMaxFile))});
+    if (name.empty() || file.empty()) return;
+    if (state.list.size() >= kMaxFonts) {
+        tell_not_taken(name, kMaxFonts);
+        return;
+    }
+    if (name.size() > kMaxName && name != file)
+        WORD_tell("font_list", format_text("Of the name %s only the first %zu characters count",
+                                           std::string(name).c_str(), kMaxName));
+    state.list.push_back({std::string(name.substr(0, kMaxName)), std::string(file)});
 }
 
 /// One line of "vyx.fnl": a name, and the rest as the file's name.
@@ -66,16 +72,19 @@ void add_words(Stream &stream) {
     std::string line, text;
     while (stream.get_line(line) && text.size() < kMaxFontFileBytes) text += line + '\n';
     Scanner scan(text);
-    while (state.list.size() < kMaxNamedListFonts) {
-        const auto name = scan.word();
+    while (const auto name = scan.word()) {
         const auto file = scan.word();
-        if (!name || !file) return;
+        if (!file) return;
+        if (state.list.size() >= kMaxNamedListFonts) {
+            tell_not_taken(*name, kMaxNamedListFonts);
+            return;
+        }
         add_font(*name, *file);
     }
 }
 
 void read_named_list(std::string_view name) {
-    Stream stream = open_in_file_path(name);
+    Stream stream = FILE_open_data(name);
     if (!stream) {
         MESS_print(kWarn, "gsetup_fonts: unable to load font list file: %s\n", std::string(name).c_str());
         return;
@@ -84,9 +93,9 @@ void read_named_list(std::string_view name) {
 }
 
 void read_default_list() {
-    Stream stream = open_in_file_path(kListFile);
+    Stream stream = FILE_open_data(kListFile);
     std::string line;
-    for (std::size_t count = 0; stream && count < kMaxFonts && stream.get_line(line); ++count) add_line(line);
+    while (stream && state.list.size() < kMaxFonts && stream.get_line(line)) add_line(line);
 }
 
 void read_list() {
@@ -107,7 +116,7 @@ void read_list() {
 }
 
 std::optional<StrokeFont> load_file(std::string_view name) {
-    Stream stream = open_in_file_path(name);
+    Stream stream = FILE_open_data(name);
     if (!stream) return std::nullopt;
     const std::vector<std::byte> bytes = stream.read_all(kMaxFontFileBytes);
     std::string content(bytes.size(), '\0');
@@ -190,10 +199,16 @@ int gget_font_index(std::string_view name) {
     return found == state.list.end() ? 1 : static_cast<int>(found - state.list.begin()) + 1;
 }
 
+std::vector<std::string_view> gget_font_names() {
+    std::vector<std::string_view> names;
+    for (const FontEntry &entry : state.list) names.emplace_back(entry.name);
+    return names;
+}
+
 const std::string &gget_def_font() {
     return state.default_name;
 }
 
 void GPH_set_def_font(std::string_view name) {
-    state.default_name = name.substr(0, kMaxDefaultName);
+    state.default_name = name;
 }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "graphics/core/types.h"
 
@@ -16,9 +17,11 @@ int read_font(std::string_view name);
 int gload_font(int font);
 /// 1-based position of a font in the list, a number as it stands, else 1.
 int gget_font_index(std::string_view name);
+/// Names of the font list.
+std::vector<std::string_view> gget_font_names();
 /// Selects a font by name; an empty name selects the default font.
 int GPH_text_font(std::string_view name);
-/// Name of the default font, at most 19 characters.
+/// Name of the default font.
 void GPH_set_def_font(std::string_view name);
 const std::string &gget_def_font();
 

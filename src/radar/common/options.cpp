@@ -62,6 +62,15 @@ bool RADAR_option_word(std::string_view word, RadarOptions &options) {
     return true;
 }
 
+std::span<const WordRule> RADAR_param_words() {
+    static constexpr std::array words{
+        WordRule{"site"},      WordRule{"dist", PARAM_up_to_four, "up to four distances"},
+        WordRule{"nodist"},    WordRule{"clutter", PARAM_number, "a number"},
+        WordRule{"noclutter"}, WordRule{"refresh"},
+        WordRule{"strict"}};
+    return words;
+}
+
 void RADAR_draw_site(const RadarOptions &options, float x, float y) {
     if (!is_map_projection(MAP_get_proj()) || is_missing(x)) return;
     if (options.site) {

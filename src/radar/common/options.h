@@ -2,8 +2,10 @@
 /// Plot parameters that every radar driver knows, and what they draw: site marker and range rings.
 
 #include <array>
+#include <span>
 #include <string_view>
 
+#include "lib/param_words.h"
 #include "plot/domain.h"
 
 inline constexpr int kMaxRings = 4;
@@ -21,6 +23,8 @@ struct RadarOptions {
 /// Takes one word of the resource "plot_param" ("site", "dist=30:60", "nodist", "clutter=10", "noclutter",
 /// "refresh", "strict"). False when the word is none of these.
 bool RADAR_option_word(std::string_view word, RadarOptions &options);
+/// The words that it takes.
+std::span<const WordRule> RADAR_param_words();
 
 /// Draws the site marker and the range rings around plot point (x, y) with the attributes in force. Only on
 /// maps.

@@ -11,6 +11,7 @@
 #include <zlib.h>
 
 #include "lib/byte_reader.h"
+#include "lib/kept_input.h"
 #include "lib/message.h"
 #include "lib/stream.h"
 #include "radar/common/inflate.h"
@@ -196,7 +197,7 @@ void LEV2_set_compress(int flag) {
 int LEV2_open_stream(std::string_view name) {
     LEV2_close_stream();
     state.name = name;
-    state.file = FILE_open(name, "rb");
+    state.file = FILE_open_input(name);
     if (!state.file) return 0;
     const int descriptor = dup(fileno(state.file.get()));
     if (descriptor < 0) return 0;

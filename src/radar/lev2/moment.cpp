@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "lib/message.h"
 #include "lib/scan.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "radar/common/file_date.h"
 
 namespace {
@@ -76,6 +78,20 @@ bool LEV2_decode_choice(std::string_view text, Lev2Choice &choice) {
         choice.number = scanner.integer().value_or(choice.number);
     }
     return true;
+}
+
+void LEV2_check_choice(std::string_view text) {
+    const auto *found =
+        std::ranges::find_if(kMoments, [&](const Lev2Moment &m) { return begins_with(text, m.keyword); });
+    if (found == kMoments.end()) {
+        std::vector<std::string_view> known{kLev2ListWord};
+        for (const Lev2Moment &moment : kMoments) known.push_back(moment.keyword);
+        WORD_unknown("variable", text.substr(0, text.find_first_of("@0123456789")), known);
+        return;
+    }
+    std::string_view cut = text.substr(found->keyword.size());
+    if (cut.empty() || (cut.front() == '@' ? WORD_is_number(cut.substr(1)) : WORD_is_integer(cut))) return;
+    WORD_not("variable", text, "a moment with the number of a cut, or @ and an angle");
 }
 
 int LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {

@@ -6,6 +6,9 @@
 #include "lib/missing.h"
 #include "radar/lev2/reader.h"
 
+/// The variable that asks for the table of the cuts.
+inline constexpr std::string_view kLev2ListWord = "list";
+
 /// How a moment is asked for and shown.
 struct Lev2Moment {
     std::string_view keyword; ///< of the resource "variable"
@@ -26,6 +29,9 @@ struct Lev2Choice {
 /// Takes "ref2", "vel1", "spect", "zdr3", "phi", "rho", "cfp" or "ref@0.5" (case ignored); without a number
 /// the first elevation. False, and nothing changed, for another text.
 bool LEV2_decode_choice(std::string_view text, Lev2Choice &choice);
+
+/// Tells a word of the resource "variable" that names no moment, or no cut behind it.
+void LEV2_check_choice(std::string_view text);
 
 /// Number of the cut nearest in angle that has the moment, the first of those that share their angle;
 /// kMissing when none has it.

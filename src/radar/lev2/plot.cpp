@@ -1,6 +1,7 @@
 #include "radar/lev2/plot.h"
 
 #include <algorithm>
+#include <array>
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
@@ -26,7 +27,8 @@ Lev2PlotState state;
 
 bool wants_list() {
     const std::vector<std::string> variables = RES_getvals("variable");
-    return std::ranges::any_of(variables, [](const std::string &word) { return stricmp(word, "list") == 0; });
+    return std::ranges::any_of(variables,
+                               [](const std::string &word) { return stricmp(word, kLev2ListWord) == 0; });
 }
 
 int close_volume() {
@@ -86,9 +88,16 @@ int LEV2_open_volume(std::string_view name) {
         MESS_print(kWarn, "LEV2_open_file: Incomplete volume:%s\n", copy.c_str());
         return 0;
     }
+    FILE_set_data_date(state.info.date);
     // The files of a series need not come from one radar.
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
     return 1;
+}
+
+std::span<const WordRule> LEV2_param_words() {
+    static constexpr std::array words{WordRule{"superres"},
+                                      WordRule{"range", PARAM_number, "a number of km"}};
+    return words;
 }
 
 void LEV2_plot_param() {
@@ -102,6 +111,12 @@ void LEV2_plot_param() {
             if (range >= 1) state.range_km = std::min(range, kMostRangeKm);
         }
     }
+}
+
+void LEV2_check_variables() {
+    for (const std::string &entry : RES_getvals("variable"))
+        if (const std::string_view word = trimmed(entry); !word.empty() && stricmp(word, kLev2ListWord) != 0)
+            LEV2_check_choice(word);
 }
 
 void LEV2_set_date(const DateRecord *date) {

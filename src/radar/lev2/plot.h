@@ -14,6 +14,10 @@ int LEV2_plot(PlotDomain &domain);
 /// Takes the resource "plot_param": the words of every radar driver (clutter in km), "range=230" (km) and
 /// "superres".
 void LEV2_plot_param();
+/// The words that it takes besides those of every radar driver.
+std::span<const WordRule> LEV2_param_words();
+/// Tells every word of the resource "variable" that is neither a moment nor "list".
+void LEV2_check_variables();
 /// Takes the requested date; null: from the file selection.
 void LEV2_set_date(const DateRecord *date);
 /// The domain of a radar: polar stereographic around it, `range` km to north and south and half as much more

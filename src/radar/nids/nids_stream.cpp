@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 
+#include "lib/kept_input.h"
 #include "lib/message.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
@@ -118,7 +119,7 @@ void NIDS_set_bytes(std::vector<std::byte> bytes) {
 
 int NIDS_open_stream(std::string_view name) {
     NIDS_close_stream();
-    Stream stream = FILE_open(name, "r");
+    Stream stream = FILE_open_input(name);
     if (!stream) return 0;
     std::vector<std::byte> bytes = stream.read_all(kNidsMaxFile + 1);
     if (bytes.size() > kNidsMaxFile) {

@@ -1,6 +1,7 @@
 #include "radar/nids/plot.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "graphics/kernel/gph.h"
@@ -9,11 +10,13 @@
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/text.h"
+#include "lib/words.h"
 #include "plot/background.h"
 #include "plot/bar.h"
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "plot/session.h"
+#include "plot/variables.h"
 #include "plot/watch.h"
 #include "radar/common/driver.h"
 #include "radar/nids/reader.h"
@@ -21,6 +24,8 @@
 #include "radar/nids/survey.h"
 
 namespace {
+
+using namespace std::string_view_literals;
 
 NidsPlotState state;
 
@@ -85,6 +90,12 @@ const NidsInfo &NIDS_get_info() {
     return state.info;
 }
 
+std::span<const WordRule> NIDS_param_words() {
+    static constexpr std::array words{WordRule{"graph"}, WordRule{"nograph"}, WordRule{"strong"},
+                                      WordRule{"numplt", PARAM_integer, "a number of storms"}};
+    return words;
+}
+
 void NIDS_plot_param() {
     constexpr std::string_view kCount = "numplt";
     for (const std::string &word : RES_getvals("plot_param")) {
@@ -94,6 +105,20 @@ void NIDS_plot_param() {
         if (stricmp(word, "strong") == 0) state.strong_only = true;
         if (begins_with(word, kCount) && word.size() > kCount.size() + 1)
             decode_count(std::string_view(word).substr(kCount.size() + 1), state.most_storms);
+    }
+}
+
+void NIDS_check_variables() {
+    static constexpr std::array words{"comp"sv,  "track"sv, "id"sv,       "tvs"sv,      "meso"sv,  "posh"sv,
+                                      "poh"sv,   "hsize"sv, "vil"sv,      "dbzm"sv,     "dbzht"sv, "top"sv,
+                                      "table"sv, "mvmt"sv,  "wave_dir"sv, "move_spd"sv, "watch"sv};
+    const std::vector<std::string> described = VAR_known_names(kVariableFile);
+    std::vector<std::string_view> known(words.begin(), words.end());
+    known.insert(known.end(), described.begin(), described.end());
+    for (const std::string &entry : RES_getvals("variable")) {
+        const std::string_view text = trimmed(entry), name = text.substr(0, text.find('-'));
+        if (!name.empty() && std::ranges::find(known, name) == known.end())
+            WORD_unknown("variable", name, known);
     }
 }
 
@@ -121,6 +146,7 @@ int NIDS_open_file(std::string_view name) {
     }
     state.file_date = state.base_date;
     complete_date(state.file_date, state.info.date);
+    FILE_set_data_date(state.info.date);
     if (CONT_get_bar() != kBarOff) CONT_set_bar(1);
     return 1;
 }

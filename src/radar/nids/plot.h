@@ -1,8 +1,10 @@
 #pragma once
 /// Plotting Level III products: the driver of the input type "nids".
 
+#include <span>
 #include <string_view>
 
+#include "lib/param_words.h"
 #include "plot/domain.h"
 #include "plot/station.h"
 #include "radar/nids/product.h"
@@ -24,6 +26,10 @@ struct NidsStorm {
 /// ends the program with kExitNoFile.
 int NIDS_plot(PlotDomain &domain);
 void NIDS_plot_param();
+/// The words that it takes besides those of every radar driver.
+std::span<const WordRule> NIDS_param_words();
+/// Tells every word of the resource "variable" that is no storm variable.
+void NIDS_check_variables();
 /// Takes the requested date; null: from the file selection.
 void NIDS_set_date(const DateRecord *date);
 int NIDS_open_file(std::string_view name);

@@ -1,8 +1,13 @@
 #pragma once
 /// State of the Level III driver, shared by its own files only.
 
+#include <string_view>
+
 #include "radar/common/options.h"
 #include "radar/nids/product.h"
+
+/// Describes the storm variables.
+inline constexpr std::string_view kVariableFile = "nids.var";
 
 struct NidsPlotState {
     bool open = false;    ///< a product is open

@@ -1,0 +1,128 @@
+#include "app/input_choice.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/input_type.h"
+#include "lib/file_naming.h"
+#include "lib/file_series.h"
+#include "lib/flag.h"
+#include "lib/kept_input.h"
+#include "lib/message.h"
+#include "lib/process.h"
+#include "lib/resource.h"
+#include "radar/common/file_kind.h"
+
+namespace {
+
+constexpr std::string_view kPrompt = "Enter the radar filename: ";
+
+struct Format {
+    const char *key; ///< of its naming convention
+    RadarFileKind kind;
+    int type;
+};
+constexpr std::array kFormats{Format{"nids", RadarFileKind::level3, kInputNids},
+                              Format{"lev2", RadarFileKind::level2, kInputLev2}};
+
+/// Why a file was not taken; told only when no other one is.
+using Complaints = std::vector<std::string>;
+
+void complain(Complaints &complaints, std::string complaint) {
+    if (std::ranges::find(complaints, complaint) == complaints.end())
+        complaints.push_back(std::move(complaint));
+}
+
+const Format *format_of(const std::string &name, Complaints &complaints) {
+    Stream stream = FILE_open_input(name);
+    if (!stream) {
+        complain(complaints, "Unable to open file:" + name);
+        return nullptr;
+    }
+    const RadarFileKind kind = RADAR_file_kind(stream.read_all(kKindBytes));
+    const auto found = std::ranges::find(kFormats, kind, &Format::kind);
+    if (found != kFormats.end()) return &*found;
+    complain(complaints, "Kind of file not recognised: " + name);
+    return nullptr;
+}
+
+/// The format of the first file of the selection that has one.
+const Format *format_of_selection(const std::string &first, Complaints &complaints) {
+    if (const Format *format = format_of(first, complaints)) return format;
+    const DateRecord date = FILE_get_date();
+    std::string name;
+    FILE_set_date(&date, name); // which tells the step of a series in time
+    FILE_first(date);
+    if (FILE_get_num_file() == 0) return nullptr;
+    Complaints of_series;
+    while (FILE_get_next(name) == 1)
+        if (const Format *format = format_of(name, of_series)) return format;
+    // Of a series in time the first name tells enough.
+    if (RES_getvals("filename").size() > 1)
+        for (std::string &complaint : of_series) complain(complaints, std::move(complaint));
+    return nullptr;
+}
+
+/// The naming conventions that may find the file, the likeliest first.
+std::vector<std::string> convention_keys() {
+    if (const std::vector<std::string> given = RES_getvals("in_file"); !given.empty()) return {given.back()};
+    std::vector<std::string> keys;
+    for (const Format &format : kFormats) keys.emplace_back(format.key);
+    return keys;
+}
+
+struct Choice {
+    std::string key;
+    const Format *format;
+};
+
+/// The convention under which the selection finds a file of its own format, else the first that finds any.
+std::optional<Choice> find_choice(Complaints &complaints) {
+    std::optional<Choice> choice;
+    for (const std::string &key : convention_keys()) {
+        FILE_set_name(key);
+        std::string name;
+        FILE_select(name);
+        const Format *format = format_of_selection(name, complaints);
+        if (format == nullptr) continue;
+        if (!choice || key == format->key) choice = Choice{key, format};
+        if (key == format->key) break;
+    }
+    return choice;
+}
+
+[[noreturn]] void end_without_file(const Complaints &complaints) {
+    for (const std::string &complaint : complaints)
+        MESS_print(kError, "RAD_cvt_in_file: %s\n", complaint.c_str());
+    VYX_exit(kExitNoFile);
+}
+
+bool nothing_is_selected() {
+    return RES_getvals("filename").empty() && RES_get("current") == nullptr && FLAG_batch() == 0;
+}
+
+} // namespace
+
+int choose_input() {
+    Complaints complaints;
+    std::string name;
+    const Format *format = nullptr;
+    if (nothing_is_selected()) {
+        FILE_get_file(kPrompt, name);
+        format = format_of(name, complaints);
+    } else if (const auto choice = find_choice(complaints)) {
+        FILE_set_name(choice->key);
+        FILE_select(name);
+        format = choice->format;
+        if (RES_getvals("filename").empty()) MESS_print(kMess, "Current filename: %s\n", name.c_str());
+    } else if (RES_getvals("filename").empty()) {
+        FILE_set_name(convention_keys().front());
+        FILE_get_file(kPrompt, name); // a missing file of a time ends the program here
+    }
+    if (format == nullptr) end_without_file(complaints);
+    FLAG_set(kFlagInputType, format->type);
+    return format->type;
+}

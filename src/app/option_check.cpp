@@ -1,0 +1,122 @@
+#include "app/option_check.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lib/param_words.h"
+#include "lib/resource.h"
+#include "lib/scan.h"
+#include "lib/text.h"
+#include "lib/words.h"
+#include "plot/levels.h"
+#include "plot/session_params.h"
+#include "radar/common/options.h"
+#include "radar/lev2/plot.h"
+#include "radar/nids/plot.h"
+
+namespace {
+
+constexpr std::string_view kNoEffect = "has no effect in this version";
+
+constexpr WordRule without_effect(std::string_view word) {
+    return {word, PARAM_text, {}, kNoEffect};
+}
+
+/// Plot parameters of data that this version does not read.
+constexpr std::array kLaterParams{
+    without_effect("gridx"),  without_effect("plt_grid"), without_effect("nohdr"),  without_effect("max_bad"),
+    without_effect("grdfmt"), without_effect("lab"),      without_effect("rlab"),   without_effect("hlab"),
+    without_effect("maxl"),   without_effect("grid"),     without_effect("conmap"), without_effect("mapcon"),
+    without_effect("noclar"), without_effect("slabel"),   without_effect("run")};
+
+constexpr std::array kOutputKinds{WordRule{"gif", PARAM_text}, WordRule{"png", PARAM_text},
+                                  WordRule{"vyx", PARAM_text}};
+
+void check_lists() {
+    const std::array params{PLT_param_words(),  CONT_param_words(), RADAR_param_words(),
+                            NIDS_param_words(), LEV2_param_words(), std::span<const WordRule>(kLaterParams)};
+    PARAM_check("plot_param", params);
+    const std::array kinds{std::span<const WordRule>(kOutputKinds)};
+    PARAM_check("out_file", kinds);
+}
+
+void check_numbers() {
+    for (const std::string_view resource : {"con_interval", "plot_scale"})
+        if (const char *text = RES_get(resource); text != nullptr && !WORD_is_number(text))
+            WORD_not(resource, text, "a number");
+    if (const char *text = RES_get("stat_prior"); text != nullptr && !WORD_is_integer(text))
+        WORD_not("stat_prior", text, "a whole number");
+    for (const std::string &entry : RES_getvals("con_base")) {
+        std::string_view text = trimmed(entry);
+        if (text.starts_with('<') || text.starts_with('>')) text.remove_prefix(1);
+        if (!WORD_is_number(text)) WORD_not("con_base", entry, "a number");
+    }
+}
+
+/// A switch may have a word behind "=", or in a file. Only an icon can be switched off.
+void check_switches() {
+    struct Switch {
+        std::string_view resource;
+        bool has_off;
+    };
+    constexpr std::array<std::string_view, 6> words{"true", "on", "yes", "false", "off", "no"};
+    constexpr std::size_t on_words = 3;
+    for (const Switch &row : {Switch{"help", false}, Switch{"batch", false}, Switch{"icon", true}}) {
+        const char *text = RES_get(row.resource);
+        if (text == nullptr || *text == '\0' || std::string_view(text) == "1") continue;
+        const KnownWords known = KnownWords(words).first(row.has_off ? words.size() : on_words);
+        const auto same = [text](std::string_view word) { return stricmp(word, text) == 0; };
+        if (!std::ranges::any_of(known, same)) WORD_unknown(row.resource, text, known, "it counts as \"on\"");
+    }
+}
+
+void check_device() {
+    const char *text = RES_get("device");
+    if (text == nullptr || *text == '\0') return;
+    const std::vector<std::string> fields = parse_string(text, ',');
+    constexpr std::string_view letters = "dDpPqQhHmMwW";
+    if (fields.empty() || fields.front().empty()) return;
+    if (letters.find(fields.front().front()) == letters.npos)
+        WORD_not("device", fields.front(), "one of d, p, q, h, m and w; it counts as d");
+    constexpr std::string_view with_options = "pPqQhHmM";
+    if (with_options.find(fields.front().front()) != with_options.npos) return;
+    for (std::size_t i = 2; i < fields.size(); ++i)
+        WORD_not("device", fields[i], "an option of a window, which has none");
+}
+
+/// "WxH", "+X+Y" or both; "P" and a panel.
+bool is_geometry(std::string_view text) {
+    if (text.starts_with('=')) text.remove_prefix(1);
+    if (begins_with(text, "P")) text.remove_prefix(1);
+    Scanner scan(text);
+    const auto begins_place = [&scan] {
+        return scan.rest().starts_with('+') || scan.rest().starts_with('-');
+    };
+    if (!begins_place()) {
+        scan.real();
+        scan.literal(scan.rest().starts_with('X') ? 'X' : 'x');
+        scan.real();
+    }
+    if (scan.failed() || scan.at_end()) return !scan.failed();
+    for (int i = 0; i < 2 && begins_place(); ++i) scan.real();
+    return !scan.failed() && scan.at_end();
+}
+
+void check_geometry() {
+    const char *text = RES_get("geometry");
+    if (text != nullptr && !is_geometry(trimmed(text)))
+        WORD_not("geometry", text, "WIDTHxHEIGHT, +X+Y, or both");
+}
+
+} // namespace
+
+void check_options() {
+    check_lists();
+    check_numbers();
+    check_switches();
+    check_device();
+    check_geometry();
+}

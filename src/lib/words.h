@@ -1,0 +1,48 @@
+#pragma once
+/// Tells the user of words that mean nothing where they stand. Each sentence is told once in a run, at level
+/// kWarn, and names the option, the word, and the known word that comes nearest.
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using KnownWords = std::span<const std::string_view>;
+
+/// How an option is called: "-dr (draw)" for the resource "draw"; any other text as it is.
+std::string WORD_option(std::string_view resource);
+
+/// Letters to be changed, put in, left out, or swapped with their neighbour to make `b` of `a`, ignoring
+/// case.
+std::size_t WORD_distance(std::string_view a, std::string_view b);
+/// The known word at the smallest distance, of several the one with the longest common beginning; empty when
+/// none is near: a third of the word's letters may be wrong, and one at least.
+std::string_view WORD_nearest(std::string_view word, KnownWords known);
+
+/// `<option>: "<word>" is not known, the nearest is "<nearest>"`, and what becomes of it when `then` tells.
+void WORD_unknown(std::string_view resource, std::string_view word, KnownWords known,
+                  std::string_view then = {});
+/// `<option>: "<word>" is not <wanted>`, as in "a number".
+void WORD_not(std::string_view resource, std::string_view word, std::string_view wanted);
+/// `<option>: <sentence>`.
+void WORD_tell(std::string_view resource, std::string_view sentence);
+/// Tells at once what waits.
+void WORD_flush();
+/// Forgets what was told, for another start.
+void WORD_forget();
+
+/// While one of these lives, sentences wait; they are told at its end, in their order. Words of settings are
+/// decoded before it is known which messages the user wants to see.
+class WordHold {
+public:
+    WordHold();
+    WordHold(const WordHold &) = delete;
+    WordHold &operator=(const WordHold &) = delete;
+    ~WordHold();
+};
+
+/// True when the whole text, blanks at its sides aside, is a number; is a whole number.
+bool WORD_is_number(std::string_view text);
+bool WORD_is_integer(std::string_view text);
+/// True when it is `least` to `most` numbers joined by `separator`.
+bool WORD_are_numbers(std::string_view text, std::size_t least, std::size_t most, char separator = ':');
