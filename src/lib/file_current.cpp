@@ -53,6 +53,7 @@ std::int64_t take_base_time(std::string_view &spec) {
         if (text.starts_with('#')) text.remove_prefix(1);
         DateRecord date;
         if (FILE_read_time_digits(text, date) > 0) return seconds_of(date);
+        if (!text.empty()) WORD_not("vyxcurtime", text, "YYYYMMDDhhmm");
     }
     return DATE_get_time();
 }

@@ -292,14 +292,20 @@ void PLT_init_labels() {
 }
 
 std::string PLT_label_format(std::string_view format) {
+    constexpr std::string_view codes = "DVWymbdhnfF%";
     std::string text;
     for (std::size_t i = 0; i < format.size(); ++i) {
-        if (format[i] == '_')
+        if (format[i] == '_') {
             text += ' ';
-        else if (format[i] != '%')
+        } else if (format[i] != '%') {
             text += format[i];
-        else if (++i < format.size())
-            text += expand_code(format[i]);
+        } else {
+            const std::string_view code = format.substr(++i, 1);
+            if (code.empty() || codes.find(code) == codes.npos)
+                WORD_not("label", "%" + std::string(code), "a code of labels, where %% is a percent sign");
+            else
+                text += expand_code(code.front());
+        }
     }
     return text;
 }

@@ -100,6 +100,10 @@ TEST(Prompt, SetStoresAResourceAndAsksAgain) {
     });
     EXPECT_EQ(set.status, 5);
     EXPECT_EQ(set.output, "NN");
+    const Outcome mistyped = run_with_input("set plot_domian us\n5\n", [] { return VYX_promptd("N"); });
+    EXPECT_EQ(mistyped.status, 5);
+    EXPECT_NE(mistyped.output.find("set: \"plot_domian\" is not known, the nearest is \"plot_domain\""),
+              std::string::npos);
     const Outcome list = run_with_input("set region ne\nset\n5\n", [] { return VYX_promptd(""); });
     EXPECT_EQ(list.status, 5);
     EXPECT_EQ(list.output, "Set resources\nregion: ne\n\n");
