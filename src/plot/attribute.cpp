@@ -187,6 +187,7 @@ int ATTRIB_get(std::string_view resource, std::string_view default_text, Attribu
     const char *value = RES_get(resource);
     if (!value) return 0;
     ATTRIB_parse(value, record);
+    record.color = CLR_drawable(record.color);
     return 1;
 }
 

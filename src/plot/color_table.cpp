@@ -183,13 +183,25 @@ int CLR_get_ind(std::string_view text) {
 
 void CLR_check(std::string_view resource, std::string_view text) {
     // Without a table nothing is known, which has been told.
-    if (text.empty() || state.count == 0 || WORD_is_integer(text) || decode_written_color(text)) return;
+    if (text.empty() || state.count == 0 || decode_written_color(text)) return;
+    if (WORD_is_integer(text)) {
+        if (CLR_drawable(CLR_get_ind(text)) == kColorBackground)
+            WORD_not(resource, text,
+                     format_text("the number of a colour, which end with %d", state.count - 1));
+        return;
+    }
     std::vector<std::string_view> known(kNoColor.begin(), kNoColor.end());
     known.push_back(kEndWord);
     for (const PatternColor &pattern : kPatternColors) known.push_back(pattern.name);
     for (int i = 0; i < state.count; ++i) known.emplace_back(state.colors[static_cast<std::size_t>(i)].name);
     const auto same = [text](std::string_view word) { return stricmp(word, text) == 0; };
     if (std::none_of(known.begin(), known.end(), same)) WORD_unknown(resource, text, known);
+}
+
+int CLR_drawable(int index) {
+    const bool in_table = state.count == 0 || index < state.count;
+    const bool on_paper = index >= kPatternColors.front().index && index <= kPatternColors.back().index;
+    return in_table || on_paper ? index : kColorBackground;
 }
 
 int CLR_add(std::string_view name, const Rgb &color) {

@@ -96,6 +96,7 @@ void interpolate_values(std::size_t count) {
 void install_levels(const std::vector<LevelElement> &levels) {
     for (std::size_t i = 0; i < levels.size(); ++i) {
         state.fill[i] = levels[i].attribute;
+        state.fill[i].color = CLR_drawable(state.fill[i].color);
         state.labels[i] = levels[i].label;
         if (!levels[i].keeps_value) state.values[i] = levels[i].value;
     }

@@ -74,7 +74,10 @@ int PLT_panel(float aspect) {
 }
 
 int PLT_close() {
-    if (PLT_nothing_to_draw()) return -1;
+    if (PLT_nothing_to_draw()) {
+        if (!PLT_finish_images()) VYX_exit(kExitSession);
+        return -1;
+    }
     const bool held = window_stays();
     // Files and pictures are finished in the foreground, so that the exit status tells of them.
     if (held && FLAG_batch() == 1 && VYX_back_proc(status_so_far()) == 0) VYX_exit(kExitSession);

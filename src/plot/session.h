@@ -18,7 +18,7 @@ int PLT_panel(float aspect);
 /// Ends the session: writes the animation when one was asked for, else, without image files, holds a window
 /// until the user ends it; in batch mode a window that stays detaches the program into the background first.
 /// A page or an image that could not be written whole, or a picture that is missing, ends the program with
-/// kExitSession. -1 when nothing was drawn.
+/// kExitSession, also where nothing was to be drawn. -1 when nothing was drawn.
 int PLT_close();
 /// A picture that was asked for will not be there; why has been told.
 void PLT_miss_picture();

@@ -1,6 +1,8 @@
 #pragma once
 /// The commands that the user guide prints, as it prints them.
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -49,4 +51,13 @@ inline std::vector<std::string> guide_commands(const GuideBlock &block) {
         at = end + 1;
     }
     return commands;
+}
+
+/// Goes where the commands are to run: program and samples are at hand, as the guide's beginning makes them.
+inline bool enter_guide_directory(const std::string &directory) {
+    std::filesystem::current_path(directory);
+    const std::string path =
+        std::filesystem::path(VYX_PROGRAM).parent_path().string() + ":" + std::getenv("PATH");
+    setenv("PATH", path.c_str(), 1);
+    return std::system("make_samples samples") == 0;
 }

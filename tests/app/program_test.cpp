@@ -1,5 +1,7 @@
 /// Whole runs of the program: arguments in, status, messages and pages out.
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "app/program_run.h"
@@ -60,6 +62,8 @@ TEST(Program, StatusesAndMessages) {
          "CLR_read_table: No colors in color table: none.clr\n"},
         {"-ba -inp nids -de p,a.ps -pl none n0r", 0, "", ""},
         {"-ba -inp nids -de p,a.ps -nosuch thing -sc abc n0r", 0, "", ""},
+        {"-ba -inp nids -de d,memory -dr none -pp png=x.png n0r", 1, "",
+         "PLT_dump: Unable to write PNG file: x.png\n"},
     };
     for (const RunCase &c : cases) {
         const RunResult result = run(c.arguments);
@@ -116,6 +120,28 @@ TEST(Program, EachFileOfASeriesHasAPageAndMissingOnesAreSkipped) {
     EXPECT_EQ(count_of(page, "\nshowpage\n"), 2);
     EXPECT_TRUE(contains(page, "2200Z  4 JUL 03\n"));
     EXPECT_TRUE(contains(page, "2212Z  4 JUL 03\n"));
+    // Each is told once, and where whole files are wanted the status tells of them.
+    run.dir.write("cut", file_text("a").substr(0, 5000));
+    for (const auto &[parameter, status, pages] : {std::tuple{"site", 0, 3}, {"strict", 10, 2}}) {
+        const RunResult again =
+            run(std::string("-ba -inp nids -de p,page.ps -pp ") + parameter + " none a cut c");
+        EXPECT_EQ(again.status, status);
+        EXPECT_EQ(count_of(again.err, "Unable to open file:none\n"), 1) << again.err;
+        EXPECT_EQ(count_of(again.err, "Incomplete product, 4970 of "), 1) << again.err;
+        EXPECT_EQ(count_of(file_text(run.dir.at("page.ps")), "\nshowpage\n"), pages);
+    }
+}
+
+TEST(Program, ColoursThatAreNoneAreToldOnce) {
+    const ProgramRun run;
+    run.product("n0r", samples::reflectivity(0));
+    for (const char *colors :
+         {"-cof 20:300,30:red", "-cof 20:200,30:red", "-cof 0:blue,20:300", "-cot 300"}) {
+        const RunResult result =
+            run(std::string("-ba -inp nids -de d,memory -pp png=a.png ") + colors + " n0r");
+        EXPECT_EQ(count_of(result.err, "\n"), 1) << result.err;
+        EXPECT_TRUE(contains(result.err, "00\" is not the number of a colour")) << result.err;
+    }
 }
 
 TEST(Program, ACutProductDrawsWhatIsThere) {

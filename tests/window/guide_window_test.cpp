@@ -1,7 +1,5 @@
 /// The commands of the user guide that hold a window: it opens, shows its picture and ends with Return.
 
-#include <filesystem>
-
 #include "app/guide_commands.h"
 #include "window/window_program.h"
 
@@ -10,11 +8,7 @@ namespace {
 class GuideWindow : public WindowProgram {};
 
 TEST_F(GuideWindow, CommandsWorkAsPrinted) {
-    std::filesystem::current_path(files_.path());
-    const std::string path =
-        std::filesystem::path(VYX_PROGRAM).parent_path().string() + ":" + std::getenv("PATH");
-    setenv("PATH", path.c_str(), 1);
-    ASSERT_EQ(std::system("make_samples samples"), 0);
+    ASSERT_TRUE(enter_guide_directory(files_.path()));
     int ran = 0;
     for (const GuideBlock &block : guide_blocks()) {
         if (!block.opens_window()) continue;

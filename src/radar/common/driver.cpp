@@ -12,6 +12,7 @@
 #include "lib/file_series.h"
 #include "lib/message.h"
 #include "lib/process.h"
+#include "lib/resource.h"
 #include "lib/stream.h"
 #include "plot/bar.h"
 #include "plot/levels.h"
@@ -30,6 +31,8 @@ struct State {
     bool again = false;                    ///< the window changed its size while the picture was drawn
     bool refreshed = false;                ///< `shown` is no longer what the file selection would give
     std::vector<std::string> shown;        ///< the files, oldest first
+    std::vector<std::string> unreadable;   ///< tried before the first that could be read, and told
+    bool lacks_file = false;               ///< a file of the series could not be read
     std::int64_t last_time = kMissing;     ///< of the last file, seconds since 1970 cut to the file interval
     std::int64_t last_modified = kMissing; ///< seconds since 1970
 };
@@ -42,6 +45,10 @@ std::int64_t time_of_file() {
     return time - time % FILE_get_offset();
 }
 
+bool was_tried(const std::string &name) {
+    return std::ranges::find(state.unreadable, name) != state.unreadable.end();
+}
+
 /// Opens the first file of the series that can be read and leaves it open; its name, empty when there is
 /// none.
 std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
@@ -50,7 +57,9 @@ std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
     FILE_first(base_date);
     const bool series = FILE_get_num_file() != 0;
     do {
+        if (was_tried(name)) continue;
         if (steps.open_file(name) == 1) return name;
+        state.unreadable.push_back(name);
     } while (series && FILE_get_next(name) == 1);
     return {};
 }
@@ -110,16 +119,24 @@ void end_picture(int n) {
     }
 }
 
+/// Opens a file of the series unless it has been tried before. A time of a series that has no file is none.
+bool open_next(const RadarSteps &steps, const std::string &name) {
+    const bool opened = !was_tried(name) && steps.open_file(name) == 1;
+    const bool listed = RES_getvals("filename").size() > 1;
+    if (!opened && (listed || FILE_exist(name) == 1)) state.lacks_file = true;
+    return opened;
+}
+
 /// Draws every file that can be read; `open` is open already.
 void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::string open) {
     FileWalk files(base_date);
     int drawn = 0;
     std::string name;
     while (!state.again && files.next(name)) {
-        const bool ready = name == open || steps.open_file(name) == 1;
-        open.clear();
+        const bool ready = name == open || open_next(steps, name);
         if (!ready && !state.series) PLT_exit(kExitNoFile);
         if (!ready) continue;
+        open.clear();
         if (!begin_picture(drawn)) {
             PLT_miss_picture();
             break;
@@ -130,6 +147,7 @@ void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::stri
         ++drawn;
     }
     steps.close_file();
+    state.unreadable.clear(); // they may be there when the picture is drawn again
     if (!state.series || state.again || !PLT_keeps_frames()) return;
     while (gget_num_images() > drawn) gdelete_frame(kFrameLast);
     gset_looping(1);
@@ -195,6 +213,7 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     set_map(domain);
     draw(steps, base_date, domain, first);
     PLT_close();
+    if (steps.strict && state.lacks_file) VYX_exit(kExitNoFile);
     return 0;
 }
 

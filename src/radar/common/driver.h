@@ -16,6 +16,7 @@ struct RadarSteps {
     MouseCallback mouse = nullptr;
     PlotRedraw plot = nullptr;      ///< the driver itself: draws again after a zoom or a change of size
     PlotRedraw next_file = nullptr; ///< calls RADAR_next_file; set to watch for newer files
+    bool strict = false;            ///< a file of a series that cannot be read makes the status kExitNoFile
 };
 
 /// Plots the file, or the series of files from `base_date` on, of the file selection. A domain without

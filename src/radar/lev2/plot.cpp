@@ -54,6 +54,7 @@ RadarSteps driver_steps() {
     steps.mouse = LEV2_callback;
     steps.plot = LEV2_plot;
     if (state.options.refresh) steps.next_file = plot_newest;
+    steps.strict = state.options.strict;
     return steps;
 }
 

@@ -77,6 +77,7 @@ RadarSteps driver_steps() {
     steps.mouse = NIDS_callback;
     steps.plot = NIDS_plot;
     if (state.options.refresh) steps.next_file = plot_newest;
+    steps.strict = state.options.strict;
     return steps;
 }
 
