@@ -113,6 +113,14 @@ TEST_F(NidsWhole, PacketsPassedOverAreNamed) {
     p.packets.clear();
     EXPECT_EQ(open(samples::level3_message(p)), 1);
     EXPECT_EQ(said_, "NIDS_open_file: Product 58 has no image to draw: F\n");
+    Bytes trends = samples::level3_message(p);
+    const std::size_t end = trends.size();
+    trends[115] = static_cast<std::byte>(end / 2); // the graphic offset
+    const Bytes times = ByteWriter().u16(22).u8(2).u8(1).u16(545).u16(550).take();
+    for (const Bytes &packet : {times, counted(21, "trend"), counted(21, "trend")})
+        trends.insert(trends.end(), packet.begin(), packet.end());
+    EXPECT_EQ(open(trends), 1);
+    EXPECT_EQ(said_, "NIDS_open_file: Packets of product 58 that are not drawn: 22, 21: F\n");
     EXPECT_EQ(open(samples::level3_message(reflectivity(34))), 1);
     EXPECT_EQ(said_, "NIDS_open_file: Product 34 is not drawn, the size of its bins is not known: F\n");
 }

@@ -24,7 +24,8 @@ bool is_drawn(int packet) {
 
 /// Packets that no reader knows, as far as their length is told.
 enum UnreadPacket : int {
-    kPacketLastCounted = 26, ///< codes up to here begin with the bytes that follow
+    kPacketTrendTimes = 22,
+    kPacketLastCounted = 26, ///< other codes up to here begin with the bytes that follow
     kPacketGeneric = 28,
     kPacketExternal = 29,
     kPacketContourColor = 0x0802,
@@ -36,7 +37,9 @@ enum UnreadPacket : int {
 bool skip_unread(int code) {
     ByteReader &bytes = NIDS_bytes();
     std::optional<std::size_t> length;
-    if (code <= kPacketLastCounted || code == kPacketContourVectors) {
+    if (code == kPacketTrendTimes) {
+        length = 2 * std::size_t{bytes.u8()} + 1; // volumes, latest one, a time for each
+    } else if (code <= kPacketLastCounted || code == kPacketContourVectors) {
         length = bytes.u16();
     } else if (code == kPacketGeneric || code == kPacketExternal) {
         bytes.u16(); // reserved
@@ -96,6 +99,18 @@ void survey_further_layers(NidsSurvey &survey) {
     }
 }
 
+/// Products of trends have no image: their packets stand without a block where the pages of others begin.
+void survey_loose_packets(NidsSurvey &survey) {
+    const std::size_t offset = std::size_t{NIDS_get_prod_desc().graphic} * 2;
+    if (offset == 0 || !NIDS_seek_message(offset)) return;
+    int packet = 0;
+    for (int status = NIDS_packet(packet); status >= 0; status = NIDS_packet(packet)) {
+        if (packet == 0 || packet == kPacketDivider) return;
+        note(survey.undrawn, packet);
+        if (status == 0 && !skip_unread(packet)) return;
+    }
+}
+
 std::string damage_of(NidsInflated result) {
     switch (result) {
     case NidsInflated::done: break;
@@ -136,6 +151,7 @@ NidsSurvey NIDS_survey(const NidsInfo &info) {
 
     survey_layer(info.packet != 0 ? 1 : 0, survey);
     survey_further_layers(survey);
+    if (info.packet == 0 && survey.undrawn.empty()) survey_loose_packets(survey);
     return survey;
 }
 
