@@ -8,6 +8,7 @@
 
 #include "lib/param_words.h"
 #include "lib/resource.h"
+#include "lib/resource_table.h"
 #include "lib/scan.h"
 #include "lib/text.h"
 #include "lib/words.h"
@@ -53,6 +54,20 @@ void check_numbers() {
         std::string_view text = trimmed(entry);
         if (text.starts_with('<') || text.starts_with('>')) text.remove_prefix(1);
         if (!WORD_is_number(text)) WORD_not("con_base", entry, "a number");
+    }
+}
+
+/// A command stands in the name of an input or an output; nothing is put behind or before one to make a name.
+void check_paths() {
+    constexpr std::array<std::string_view, 7> names{"image_path", "city_file",   "map_file", "name_conv",
+                                                    "in_file",    "color_table", "font_list"};
+    for (const int id : RES_keyed_ids()) {
+        const ResourceDescriptor *row = RES_descriptor(id);
+        if (row->kind != ResourceKind::directory && std::ranges::find(names, row->name) == names.end())
+            continue;
+        for (const std::string &entry : RES_getvals(row->name))
+            if (entry.starts_with('|'))
+                WORD_tell(row->name, '"' + entry + "\" is not run, no command stands here");
     }
 }
 
@@ -116,6 +131,7 @@ void check_geometry() {
 void check_options() {
     check_lists();
     check_numbers();
+    check_paths();
     check_switches();
     check_device();
     check_geometry();

@@ -1,12 +1,11 @@
 #include "lib/file_series.h"
 
 #include <algorithm>
-#include <cctype>
 #include <climits>
-#include <cstdlib>
 #include <limits>
 #include <vector>
 
+#include "lib/file_list.h"
 #include "lib/file_naming.h"
 #include "lib/flag.h"
 #include "lib/message.h"
@@ -97,6 +96,12 @@ void tell_current(const std::string &name) {
     MESS_print(kMess, "Current filename: %s\n", name.c_str());
 }
 
+/// A name from the user, who may have written a command.
+void take_given(const std::string &name, std::string &out) {
+    FILE_allow_command(name);
+    FILE_set_file(name, out);
+}
+
 /// What the resources, or batch mode, say of the file.
 enum class Selection { by_name, by_time, not_at_all };
 
@@ -106,7 +111,7 @@ Selection select_file(std::string &out) {
             FILE_list_file();
             VYX_exit(kExitOk);
         }
-        FILE_set_file(names.front(), out);
+        take_given(names.front(), out);
         return Selection::by_name;
     }
     const char *current = RES_get("current");
@@ -122,7 +127,7 @@ void take_answer(const std::string &answer, std::string &out) {
         FILE_set_current(answer.c_str() + (answer.starts_with("cu") ? 2 : 0), out);
         tell_current(out);
     } else {
-        FILE_set_file(answer, out);
+        take_given(answer, out);
     }
 }
 
@@ -137,22 +142,11 @@ int ask_for_file(std::string_view prompt, std::string &out) {
             continue;
         }
         take_answer(answer, out);
-        if (FILE_exist(out) != 0) return 1;
+        if (FILE_exist(out) != 0 || FILE_is_command(out)) return 1;
         MESS_print(kWarn, "File not found: %s\n", out.c_str());
         ++attempt;
     }
     VYX_exit(kExitNoFile);
-}
-
-/// A word for the shell in which only the signs of patterns and a leading "~" mean something.
-std::string shell_pattern(std::string_view pattern) {
-    constexpr std::string_view meant = "_./?*[]-~:,+@%=";
-    std::string word;
-    for (const char c : pattern) {
-        if (std::isalnum(static_cast<unsigned char>(c)) == 0 && meant.find(c) == meant.npos) word += '\\';
-        word += c;
-    }
-    return word;
 }
 
 int limited(std::int64_t value) {
@@ -162,7 +156,7 @@ int limited(std::int64_t value) {
 
 int next_of_list(std::string &out) {
     if (state.next_in_list >= state.list.size()) return 0;
-    FILE_set_file(state.list[state.next_in_list++], out);
+    take_given(state.list[state.next_in_list++], out);
     return 1;
 }
 
@@ -244,9 +238,5 @@ void FILE_set_def_hours(int hours) {
 }
 
 void FILE_list_file() {
-    const std::string command = "ls -x " + shell_pattern(FILE_search_pattern());
-    std::fflush(stdout); // the list stands behind what the program has said so far
-    // A pattern that fits no file is told of by the command itself.
-    if (std::system(command.c_str()) == -1)
-        MESS_print(kWarn, "FILE_list_file: no shell for: %s\n", command.c_str());
+    FILE_list_pattern(FILE_search_pattern());
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,16 +36,18 @@ public:
 
     /// A stream with a read position of its own.
     [[nodiscard]] Stream open() const {
-        std::FILE *file = std::fopen(format_text("/proc/self/fd/%d", descriptor_).c_str(), "rb");
+        std::FILE *file = std::fopen(format_text("/proc/self/fd/%d", descriptor_).c_str(), "rbe");
         if (file != nullptr) return {file, Stream::Kind::file};
         // Without that directory the position is shared, and set back.
-        const int copy = dup(descriptor_);
+        const int copy = fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
         if (copy < 0) return {};
         lseek(copy, 0, SEEK_SET);
         file = fdopen(copy, "rb");
         if (file == nullptr) close(copy);
         return {file, Stream::Kind::file};
     }
+
+    bool whole = false; ///< nothing is missing at the end
 
 private:
     int descriptor_;
@@ -75,7 +78,7 @@ bool copy_bytes(std::FILE *from, const KeptBytes &to, bool &whole) {
     return true;
 }
 
-bool fill(std::string_view name, const KeptBytes &kept) {
+bool fill(std::string_view name, KeptBytes &kept) {
     const std::string text(name);
     Stream source = FILE_open(name, "rb");
     if (!source) return false;
@@ -90,6 +93,7 @@ bool fill(std::string_view name, const KeptBytes &kept) {
                    text.c_str());
     else if (!ended_well)
         MESS_print(kWarn, "FILE_open_input: Ended with an error: %s\n", text.c_str());
+    kept.whole = whole && ended_well;
     return true;
 }
 
@@ -105,10 +109,15 @@ Stream open_kept(std::string_view name, std::optional<KeptBytes> &kept) {
 
 Stream FILE_open_input(std::string_view name) {
     if (FILE_is_stdio(name) != 0) return open_kept(name, state.standard);
-    if (name.front() != '|' && !is_pipe(name)) return FILE_open(name, "rb");
+    if (!FILE_is_command(name) && !is_pipe(name)) return FILE_open(name, "rb");
     if (state.name != name) {
         state.other.reset();
         state.name = name;
     }
     return open_kept(name, state.other);
+}
+
+bool FILE_input_is_whole(std::string_view name) {
+    if (FILE_is_stdio(name) != 0) return !state.standard || state.standard->whole;
+    return state.name != name || !state.other || state.other->whole;
 }

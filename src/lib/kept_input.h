@@ -12,3 +12,7 @@ inline constexpr std::size_t kMostInputBytes = std::size_t{1} << 30;
 /// command, a named pipe) is read whole into memory at the first open and given from there at every later
 /// one. Standard input is kept for good, of the others the one opened last. An empty Stream on failure.
 Stream FILE_open_input(std::string_view name);
+
+/// False, after a warning, for an input kept in memory that is longer than that, or whose command ended with
+/// an error.
+bool FILE_input_is_whole(std::string_view name);

@@ -125,6 +125,11 @@ bool apply_log_word(std::string_view item) {
         if (!begins_with(item, word.name)) continue;
         const std::string_view name = behind(item, word.name);
         state.log.close();
+        if (name.starts_with('|')) {
+            WORD_tell("message", "A log file is no command: " + std::string(name));
+            WORD_flush();
+            return true;
+        }
         if (word.mode != nullptr)
             state.log = FILE_open(name, word.mode);
         else

@@ -1,13 +1,17 @@
 #include "lib/process.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <thread>
 #include <unistd.h>
+
+#include "lib/message.h"
 
 namespace {
 
@@ -20,11 +24,19 @@ struct State {
 };
 State state;
 
+/// What was said on standard output may lie in a buffer until the end, and find no room then.
+int status_with_output(int status) {
+    errno = 0;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+    const char *cause = errno != 0 ? std::strerror(errno) : "a part is lost";
+    MESS_print(kError, "VYX_exit: Error writing standard output: %s\n", cause);
+    return status == kExitOk ? kExitSession : status;
+}
+
 } // namespace
 
 void VYX_exit(int status) {
-    std::fflush(stdout);
-    std::exit(status);
+    std::exit(status_with_output(status));
 }
 
 const char *VYX_version() {
@@ -55,6 +67,7 @@ float VYX_elapse_time() {
 
 int VYX_back_proc(int status) {
     // What is buffered now would be written by both processes.
+    status = status_with_output(status);
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child < 0) return 0;

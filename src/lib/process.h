@@ -13,6 +13,7 @@ enum ExitStatus : int {
     kExitNotBuilt = 64 ///< an input type that this version does not read
 };
 
+/// A status of 0 becomes kExitSession, after a message, when standard output could not be written.
 [[noreturn]] void VYX_exit(int status);
 /// "5.60-LINUX-X11"
 const char *VYX_version();

@@ -4,6 +4,9 @@
 #include <cctype>
 #include <cstring>
 #include <optional>
+#include <string>
+
+#include <sys/stat.h>
 
 #include "lib/missing.h"
 #include "lib/resource.h"
@@ -26,8 +29,17 @@ bool begins_option(const char *argument) {
     return argument[0] == '-' && letter_at(argument, 1);
 }
 
+/// A shell makes arguments of the names that a directory holds, whoever gave them: something that is there is
+/// no option and no command, also a directory or a broken link.
+bool is_there(const char *argument) {
+    struct stat info {};
+    return lstat(argument, &info) == 0;
+}
+
 bool is_option(const char *argument) {
-    return begins_option(argument) || (argument[0] == '-' && argument[1] == '-' && letter_at(argument, 2));
+    const bool begins =
+        begins_option(argument) || (argument[0] == '-' && argument[1] == '-' && letter_at(argument, 2));
+    return begins && !is_there(argument);
 }
 
 CommandOption split_option(Arguments arguments, std::size_t i) {
@@ -70,6 +82,19 @@ bool is_switch(ResourceKind kind) {
     return kind == ResourceKind::switch_ || kind == ResourceKind::batch || kind == ResourceKind::help;
 }
 
+/// The option at that place; a switch takes no value from the next argument. `index` and `skipped` as of
+/// match_option.
+CommandOption option_at(Arguments arguments, std::size_t i, const ResourceProgram &program,
+                        std::optional<std::size_t> &index, bool &skipped) {
+    CommandOption option = split_option(arguments, i);
+    index = match_option(option.key, program, skipped);
+    if (index && option.value_is_next && is_switch(program.descriptors[*index].kind)) {
+        option.value = nullptr;
+        option.value_is_next = false;
+    }
+    return option;
+}
+
 /// An option that no resource has may be a mistyped one, whose value then is a file name.
 void tell_unknown(const CommandOption &option, const ResourceProgram &program) {
     std::vector<std::string> options{"-df", "-na"};
@@ -85,13 +110,9 @@ void tell_unknown(const CommandOption &option, const ResourceProgram &program) {
 
 /// Returns the number of arguments used, 1 or 2.
 std::size_t read_option(Arguments arguments, std::size_t i, const ResourceProgram &program) {
-    CommandOption option = split_option(arguments, i);
+    std::optional<std::size_t> index;
     bool skipped = false;
-    const std::optional<std::size_t> index = match_option(option.key, program, skipped);
-    if (index && option.value_is_next && is_switch(program.descriptors[*index].kind)) {
-        option.value = nullptr;
-        option.value_is_next = false;
-    }
+    const CommandOption option = option_at(arguments, i, program, index, skipped);
     if (index) {
         RES_store(program, *index, option.value);
     } else if (!skipped) {
@@ -101,7 +122,24 @@ std::size_t read_option(Arguments arguments, std::size_t i, const ResourceProgra
     return option.value_is_next ? 2 : 1;
 }
 
-void read_positional(const char *argument, int position, bool &list_begun, const ResourceProgram &program) {
+/// How a file is called whose name could be taken for something else.
+std::string as_file(std::string name) {
+    const bool is_sign = name.starts_with('|') || (name.starts_with('-') && name != "-");
+    if (is_sign && is_there(name.c_str())) {
+        if (begins_option(name.c_str()))
+            WORD_tell("Options", '"' + name + "\" is the file of that name here");
+        name.insert(0, "./");
+    }
+    // The list of names holds one a line: a second line would be another name, or a command.
+    if (name.starts_with('|') || name.find('\n') == name.npos) return name;
+    fill_string(name, '\n', '?');
+    WORD_tell("Options", "No file is read whose name has a line break: " + name);
+    return name;
+}
+
+void read_positional(const char *text, int position, bool &list_begun, const ResourceProgram &program) {
+    const std::string name = as_file(text);
+    const char *argument = name.c_str();
     const auto &descriptors = program.descriptors;
     const auto at = [&](int wanted) {
         return std::find_if(descriptors.begin(), descriptors.end(),
@@ -118,11 +156,25 @@ void read_positional(const char *argument, int position, bool &list_begun, const
     list_begun = list_begun || found->position == kAllPositions;
 }
 
+/// Where the "--" stands that is not the value of an option; the number of arguments when there is none.
+std::size_t end_of_options(Arguments arguments, const ResourceProgram &program) {
+    std::size_t i = 0;
+    while (i < arguments.size() && std::string_view(arguments[i]) != "--") {
+        std::optional<std::size_t> index;
+        bool skipped = false;
+        const bool two =
+            is_option(arguments[i]) && option_at(arguments, i, program, index, skipped).value_is_next;
+        i += two ? 2 : 1;
+    }
+    return std::min(i, arguments.size());
+}
+
 } // namespace
 
 void RES_scan_command(Arguments arguments, ResourceProgram &program) {
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (!begins_option(arguments[i])) continue;
+    const std::size_t end = end_of_options(arguments, program);
+    for (std::size_t i = 0; i < end; ++i) {
+        if (!begins_option(arguments[i]) || is_there(arguments[i])) continue;
         const CommandOption option = split_option(arguments, i);
         if (is_title_key(option.key)) {
             RES_new(kMissing, "name", option.value, ResourceKind::text);
@@ -137,14 +189,16 @@ void RES_scan_command(Arguments arguments, ResourceProgram &program) {
 void RES_read_command(Arguments arguments, const ResourceProgram &program) {
     int position = 0;
     bool list_begun = false;
+    const std::size_t end = end_of_options(arguments, program);
     for (std::size_t i = 0; i < arguments.size();) {
         const char *argument = arguments[i];
-        if (is_option(argument)) {
+        if (i < end && is_option(argument)) {
             i += read_option(arguments, i, program);
             continue;
         }
         ++i;
-        if (std::string_view(argument) == "--") continue;
+        const bool ends_options = i == end + 1;
+        if (std::string_view(argument) == "--" && (ends_options || !is_there(argument))) continue;
         read_positional(argument, ++position, list_begun, program);
     }
 }

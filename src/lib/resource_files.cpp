@@ -14,11 +14,17 @@
 #include "lib/stream.h"
 #include "lib/text.h"
 #include "lib/text_lines.h"
+#include "lib/trust.h"
 #include "lib/words.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+struct State {
+    std::vector<std::string> read; ///< the settings files, in the order of their reading
+};
+State state;
 
 constexpr std::size_t kLongestLine = 249;
 constexpr unsigned kTraceLevel = 0x80000000;
@@ -75,6 +81,7 @@ void store_entry(std::string_view key, const std::string &value, const ResourceP
 bool read_file(const std::string &path, ResourceSections &sections, const ResourceProgram &program) {
     TextLines lines(FILE_open(path, "r"), path, kLongestLine);
     if (!lines) return false;
+    state.read.push_back(path);
     std::string line;
     while (lines.next(line)) RES_read_line(line, sections, program);
     sections.end_file();
@@ -99,6 +106,26 @@ fs::path program_directory() {
     return error ? fs::path(RES_get_prog()).parent_path() : program.parent_path();
 }
 
+/// A name that means another file in another current directory.
+bool is_relative(std::string_view path) {
+    return !path.starts_with('/') && !path.starts_with('~');
+}
+
+/// True for a file that the user has not named, that lies where the user happens to be, and that others have
+/// a hand in; which is told.
+bool is_refused(const std::string &path, bool named, const char *what) {
+    if (named || !is_relative(path) || FILE_exist(path) == 0) return false;
+    const std::string fault = TRUST_fault(path);
+    if (fault.empty()) return false;
+    WORD_tell("-df (default)", path + ": " + what + ", " + fault + "; -df . allows it");
+    return true;
+}
+
+bool read_found_file(const std::string &path, ResourceSections &sections, const ResourceProgram &program,
+                     bool named) {
+    return !is_refused(path, named, "Settings are not read") && read_file(path, sections, program);
+}
+
 /// Reads what a path element names; `named` by an option, which is told when it cannot be read. Returns the
 /// directory when the element is one and its file was read.
 std::string read_element(const std::string &element, ResourceSections &sections,
@@ -110,10 +137,10 @@ std::string read_element(const std::string &element, ResourceSections &sections,
         // window is running.
         MESS_print(kWarn, "VYXloop window: %s not running or no message queue exists\n", element.c_str() + 1);
     } else if (element.empty()) {
-        read_file(std::string(kPlainFile), sections, program);
+        read_found_file(std::string(kPlainFile), sections, program, named);
     } else if (FILE_is_dir(element) != 0) {
-        if (read_file(resource_file_of(element), sections, program)) return element;
-    } else if (!read_file(element, sections, program) && named) {
+        if (read_found_file(resource_file_of(element), sections, program, named)) return element;
+    } else if (!read_found_file(element, sections, program, named) && named) {
         WORD_tell("-df (default)", "Unable to read settings file: " + element);
     }
     return {};
@@ -138,15 +165,30 @@ std::string read_beside_program(ResourceSections &sections, const ResourceProgra
     return {};
 }
 
+/// The data of a directory count as found when its name is relative and the user has not named it.
+bool has_refused_data(const std::string &directory, bool named) {
+    std::string mark = directory;
+    FILE_add_path_delim(mark);
+    return is_refused(mark.append(kDataMark), named, "Its directory is no place of data");
+}
+
 /// The directories with the program's colour table among those given, the standard ones and those beside the
 /// program.
-std::vector<std::string> data_directories(std::vector<std::string> directories) {
-    for (const std::string &standard : parse_string(kStandardPath, ':')) directories.push_back(standard);
+std::vector<std::string> data_directories(std::vector<std::string> directories, bool here_is_named) {
+    for (const std::string &standard : parse_string(kStandardPath, ':'))
+        if (!has_refused_data(standard, here_is_named)) directories.push_back(standard);
     for (const std::string &beside : directories_beside_program()) directories.push_back(beside);
     std::erase_if(directories, [](const std::string &directory) {
         return FILE_exist(FILE_add_path(directory, kDataMark)) == 0;
     });
     return directories;
+}
+
+bool names_here(const std::vector<std::string> &elements) {
+    return std::ranges::any_of(elements, [](const std::string &element) {
+        std::error_code error;
+        return fs::equivalent(element, ".", error);
+    });
 }
 
 } // namespace
@@ -205,18 +247,24 @@ std::string RES_read_search_path(const ResourceProgram &program) {
     const char *given = RES_get("default");
     std::vector<std::string> elements = parse_string(given != nullptr ? given : kStandardPath, ':');
     if (elements.empty()) elements.emplace_back();
+    state.read.clear();
+    const bool named = program.path_is_option;
     std::vector<std::string> directories;
     for (const std::string &element : elements) {
-        const std::string directory = read_element(element, sections, program, program.path_is_option);
-        if (!directory.empty()) directories.push_back(directory);
+        const std::string directory = read_element(element, sections, program, named);
+        if (!directory.empty() && !has_refused_data(directory, named)) directories.push_back(directory);
     }
     if (given == nullptr && directories.empty())
         directories.push_back(read_beside_program(sections, program));
-    std::vector<std::string> with_data = data_directories(directories);
+    std::vector<std::string> with_data = data_directories(directories, named && names_here(elements));
     std::string directory;
     if (!with_data.empty() || !directories.empty())
         directory = with_data.empty() ? directories.front() : with_data.front();
     FILE_add_path_delim(directory);
     FILE_set_data_directories(std::move(with_data));
     return directory;
+}
+
+void RES_tell_settings() {
+    for (const std::string &path : state.read) MESS_print(kMess, "Settings file: %s\n", path.c_str());
 }

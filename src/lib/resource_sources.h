@@ -47,5 +47,8 @@ void RES_read_environment(const ResourceProgram &program);
 /// an unset "file_path", or an empty text.
 std::string RES_read_search_path(const ResourceProgram &program);
 
+/// Tells which resource files were read, at level kMess.
+void RES_tell_settings();
+
 /// Carries out the records that act on global state: message level, batch, help, draw, plot type, ...
 void RES_convert_all();

@@ -95,6 +95,7 @@ int RES_init(int argc, const char *const argv[], std::span<const int> keyed_ids,
     for (const int id : positional_ids) program.descriptors.push_back(RES_descriptor_or_report(id));
     read_sources(arguments.empty() ? arguments : arguments.subspan(1), program);
 
+    if (FLAG_help() != 1) RES_tell_settings();
     if (const char *zone = std::getenv("vyxtz")) DATE_set_TZ(zone);
     return 1;
 }

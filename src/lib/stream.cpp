@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <set>
 #include <utility>
 
+#include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +16,12 @@
 #include "lib/text.h"
 
 namespace {
+
+struct State {
+    std::set<std::string, std::less<>> commands; ///< allowed, with their "|"
+    std::array<bool, 2> missing{};               ///< standard input, output: closed when we were started
+};
+State state;
 
 /// A longer line is given in pieces, so that a device that never ends a line cannot fill the memory.
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
@@ -33,12 +42,26 @@ bool is_writing(const char *mode) {
 Stream open_pipe(std::string_view command, const char *mode) {
     // The command shares standard output: what the program has said so far comes first.
     std::fflush(stdout);
-    std::FILE *pipe = popen(std::string(command).c_str(), is_reading(mode) ? "r" : "w");
+    std::FILE *pipe = popen(std::string(command).c_str(), is_reading(mode) ? "re" : "we");
     if (pipe == nullptr) return {};
     // A command that ends early must show as a failed write at close, not end the program. Set after the
     // start of the command, which keeps the default.
     if (!is_reading(mode)) std::signal(SIGPIPE, SIG_IGN);
     return {pipe, Stream::Kind::pipe};
+}
+
+Stream open_command(std::string_view name, const char *mode) {
+    if (FILE_is_command(name)) return open_pipe(name.substr(1), mode);
+    errno = EPERM;
+    return {};
+}
+
+Stream open_standard(bool reading) {
+    if (state.missing[reading ? STDIN_FILENO : STDOUT_FILENO]) {
+        errno = EBADF;
+        return {};
+    }
+    return {reading ? stdin : stdout, Stream::Kind::standard};
 }
 
 std::string current_home() {
@@ -110,15 +133,32 @@ std::vector<std::byte> Stream::read_all(std::size_t limit) {
 
 Stream FILE_open(std::string_view name, const char *mode) {
     if (!is_reading(mode) && !is_writing(mode)) return {};
-    if (FILE_is_stdio(name)) return {is_reading(mode) ? stdin : stdout, Stream::Kind::standard};
-    if (name.front() == '|') return open_pipe(name.substr(1), mode);
+    if (FILE_is_stdio(name)) return open_standard(is_reading(mode));
+    if (name.front() == '|') return open_command(name, mode);
     const std::string path = FILE_add_user_path(name);
     // A directory can be opened for reading but gives no byte: an open that fails is the clearer answer.
     if (is_reading(mode) && FILE_is_dir(path)) return {};
     if (is_writing(mode)) FILE_make_dir(path, 1);
-    std::FILE *file = std::fopen(path.c_str(), mode);
+    std::FILE *file = std::fopen(path.c_str(), (mode + std::string("e")).c_str());
     if (file == nullptr) return {};
     return {file, Stream::Kind::file};
+}
+
+void FILE_allow_command(std::string_view name) {
+    if (name.starts_with('|')) state.commands.emplace(name);
+}
+
+bool FILE_is_command(std::string_view name) {
+    return state.commands.contains(name);
+}
+
+void FILE_open_standard_streams() {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(standard, F_GETFD) != -1 || errno != EBADF) continue;
+        // The lowest free number, which is this one.
+        if (open("/dev/null", O_RDWR) == standard && standard != STDERR_FILENO)
+            state.missing[static_cast<std::size_t>(standard)] = true;
+    }
 }
 
 int FILE_is_stdio(std::string_view name) {

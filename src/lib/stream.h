@@ -34,9 +34,21 @@ private:
     Kind kind_ = Kind::none;
 };
 
-/// Opens a standard stream for a standard-stream name, a pipe for "|command", else the file, with "~"
-/// expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream on failure.
+/// Opens a standard stream for a standard-stream name, a pipe for a "|command" that is allowed, else the
+/// file, with "~" expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream
+/// on failure. No other command inherits what is opened.
 Stream FILE_open(std::string_view name, const char *mode);
+
+/// Whoever takes a name that the user gave as an input or an output calls this: when it begins with "|",
+/// FILE_open runs it. A "|" that comes to the beginning of any other name (a path, a log, what a naming
+/// convention makes, what is found in a directory) opens nothing.
+void FILE_allow_command(std::string_view name);
+/// True for an allowed command.
+bool FILE_is_command(std::string_view name);
+
+/// Opens standard streams that the process was started without on the null device, lest a file of ours gets
+/// their number. As an input or output such a stream cannot be opened.
+void FILE_open_standard_streams();
 
 /// 1 for an empty name, "-", "std" or "stdn" (case ignored).
 int FILE_is_stdio(std::string_view name);

@@ -56,6 +56,11 @@ std::string image_path(std::string_view name) {
     return FILE_add_path(directory, name);
 }
 
+/// A command that the user gave instead of a file. What a naming convention makes is none.
+bool is_command(const std::string &dump_name) {
+    return dump_name.starts_with('|');
+}
+
 /// The path that a dump name stands for, at the date of the current file; `frame` is empty without frames.
 std::string path_of(const std::string &dump_name, std::string_view frame) {
     DateRecord date = FILE_get_full_date();
@@ -66,13 +71,15 @@ std::string path_of(const std::string &dump_name, std::string_view frame) {
     std::string name;
     FILE_set_date(&date, name);
     FILE_restore_name_conv();
-    return image_path(name);
+    if (!is_command(dump_name)) return image_path(name);
+    FILE_allow_command(name);
+    return name;
 }
 
 /// A name without %i or time would let each frame write over the one before; then the number joins the name.
 std::string path_of_own(const std::string &dump_name, int frame) {
     std::string path = path_of(dump_name, two_digits(frame));
-    if (!state.written.contains(path)) return path;
+    if (!state.written.contains(path) || is_command(dump_name)) return path;
     const std::size_t dot = path.rfind('.');
     const std::size_t slash = path.rfind('/');
     const bool has_suffix = dot != path.npos && (slash == path.npos || dot > slash);

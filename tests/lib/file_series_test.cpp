@@ -1,12 +1,16 @@
 #include "lib/file_series.h"
 
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
+#include "lib/file_list.h"
 #include "lib/file_naming.h"
 #include "lib/flag.h"
 #include "lib/missing.h"
 #include "lib/resource.h"
 #include "lib/scratch_dir.h"
+#include "lib/stream.h"
 
 namespace {
 
@@ -143,4 +147,35 @@ TEST(FileChoice, ListsFilesOfTheTemplate) {
     set_names("list\nb");
     std::string name;
     EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(0), "");
+}
+
+TEST(FileChoice, ListsAsTheShellDoes) {
+    const ScratchDir dir;
+    std::filesystem::current_path(dir.path());
+    const auto differs = [](const std::string &pattern, const std::string &before = "") {
+        testing::internal::CaptureStdout();
+        FILE_list_pattern(pattern);
+        std::ofstream(".ours") << testing::internal::GetCapturedStdout();
+        return std::system((before + "LC_ALL=C ls -x " + pattern + " | cmp - .ours").c_str());
+    };
+    for (int count = 1; count < 60; ++count) {
+        const std::string number = std::to_string(count * 7919 % 101);
+        dir.write(std::string(static_cast<std::size_t>(count * 31 % 23), 'a') + number + ".x", "");
+        EXPECT_EQ(differs("*.x"), 0) << count;
+    }
+    dir.write("Upper.x", "");
+    dir.write(std::string(100, 'w') + ".x", "");
+    dir.write("sub/one", "");
+    dir.write("sub/.hidden", "");
+    dir.write("tub/two", "");
+    for (const char *pattern : {"", "*.x", "a*[0-4].?", "*", "?ub", "s*", "./*b/*"})
+        EXPECT_EQ(differs(pattern), 0) << pattern;
+    EXPECT_EQ(setenv("COLUMNS", "33", 1), 0);
+    EXPECT_EQ(differs("*.x", "COLUMNS=33 "), 0);
+
+    testing::internal::CaptureStderr();
+    FILE_list_pattern("$(touch ran)*;touch ran");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "FILE_list_file: No file fits: $(touch ran)*;touch ran\n");
+    EXPECT_EQ(FILE_exist("ran"), 0);
 }

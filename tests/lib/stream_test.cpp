@@ -1,11 +1,21 @@
 #include "lib/stream.h"
 
 #include <cstdlib>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
 #include "lib/kept_input.h"
 #include "lib/scratch_dir.h"
+
+namespace {
+
+Stream open_allowed(const char *command, const char *mode) {
+    FILE_allow_command(command);
+    return FILE_open(command, mode);
+}
+
+} // namespace
 
 TEST(Stream, ReadsLinesAndBytesOfFilesAndPipes) {
     const ScratchDir dir;
@@ -21,7 +31,7 @@ TEST(Stream, ReadsLinesAndBytesOfFilesAndPipes) {
     EXPECT_EQ(FILE_open(name, "rb").read_all(4).size(), 4U);
     EXPECT_EQ(FILE_open(name, "rb").read_all(1000).size(), 14U);
 
-    Stream pipe = FILE_open("|echo piped", "r");
+    Stream pipe = open_allowed("|echo piped", "r");
     ASSERT_EQ(pipe.kind(), Stream::Kind::pipe);
     EXPECT_TRUE(pipe.get_line(line));
     EXPECT_EQ(line, "piped");
@@ -32,6 +42,7 @@ TEST(Stream, InputsAreReadAgainFromTheirFirstByte) {
     std::filesystem::current_path(dir.path());
     const auto text = [](const char *name) {
         std::string all;
+        FILE_allow_command(name);
         for (const std::byte byte : FILE_open_input(name).read_all(1000000)) all += static_cast<char>(byte);
         return all;
     };
@@ -51,6 +62,7 @@ TEST(Stream, InputsAreReadAgainFromTheirFirstByte) {
     EXPECT_EQ(text("|echo part; exit 3"), "part\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FILE_open_input: Ended with an error: |echo part; exit 3\n");
+    EXPECT_FALSE(FILE_input_is_whole("|echo part; exit 3"));
     EXPECT_FALSE(FILE_open_input("none"));
     ASSERT_EQ(std::system("mkfifo pipe; (echo through > pipe) &"), 0);
     EXPECT_EQ(text("pipe"), "through\n");
@@ -59,10 +71,36 @@ TEST(Stream, InputsAreReadAgainFromTheirFirstByte) {
     EXPECT_EQ(text("-") + text("std"), "standard\nstandard\n");
 }
 
+TEST(Stream, CommandsAreThoseAllowedAndInheritNoFile) {
+    const ScratchDir dir;
+    std::filesystem::current_path(dir.path());
+    FILE_allow_command("|touch allowed");
+    FILE_allow_command("touch plain");
+    for (const char *name : {"|touch ran", "|touch allowed; :", "|touch allowed ", "|"})
+        for (const char *mode : {"r", "w", "a"}) EXPECT_FALSE(FILE_open(name, mode)) << name;
+    EXPECT_FALSE(FILE_is_command("touch plain"));
+    EXPECT_FALSE(FILE_open_input("|touch ran"));
+    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+
+    const auto inherited = [] {
+        std::string line, list;
+        for (Stream numbers = open_allowed("|ls /proc/self/fd", "r"); numbers.get_line(line);)
+            list += line + " ";
+        return list;
+    };
+    const std::string before = inherited();
+    const std::string name = dir.write("file", "x");
+    ASSERT_NE(std::freopen(name.c_str(), "r", stdin), nullptr);
+    Stream reading = FILE_open(name, "rb"), writing = FILE_open(dir.at("new"), "w");
+    Stream kept = FILE_open_input("-"), pipe = open_allowed("|cat", "w");
+    ASSERT_TRUE(reading && writing && kept && pipe);
+    EXPECT_EQ(inherited(), before);
+}
+
 TEST(Stream, CloseTellsOfFailedWritesAndCommands) {
-    EXPECT_FALSE(FILE_open("|exit 3", "w").close());
+    EXPECT_FALSE(open_allowed("|exit 3", "w").close());
     // The command is gone before the bytes come: a failed write, and the program lives on.
-    Stream closed_early = FILE_open("|exec <&-; sleep 0.2", "w");
+    Stream closed_early = open_allowed("|exec <&-; sleep 0.2", "w");
     const std::string much(1 << 20, 'x');
     std::fwrite(much.data(), 1, much.size(), closed_early.get());
     EXPECT_FALSE(closed_early.close());

@@ -66,6 +66,7 @@ bool place_in_panel(std::string_view geometry, PrintPage &page) {
 } // namespace
 
 PrintOutput parse_print_output(std::string_view name) {
+    FILE_allow_command(name);
     if (name.starts_with('|')) return {PrintOutputKind::pipe, std::string(name.substr(1))};
     if (name.starts_with('+')) return {PrintOutputKind::append, std::string(name.substr(1))};
     return {PrintOutputKind::create, std::string(name)};

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -199,7 +200,7 @@ int LEV2_open_stream(std::string_view name) {
     state.name = name;
     state.file = FILE_open_input(name);
     if (!state.file) return 0;
-    const int descriptor = dup(fileno(state.file.get()));
+    const int descriptor = fcntl(fileno(state.file.get()), F_DUPFD_CLOEXEC, 0);
     if (descriptor < 0) return 0;
     state.unpacked = GzHandle(gzdopen(descriptor, "rb"));
     if (state.unpacked == nullptr) {

@@ -7,6 +7,7 @@
 #include "graphics/kernel/kernel.h"
 #include "lib/date.h"
 #include "lib/file_naming.h"
+#include "lib/kept_input.h"
 #include "lib/message.h"
 #include "lib/process.h"
 #include "lib/resource.h"
@@ -84,7 +85,7 @@ int LEV2_open_volume(std::string_view name) {
         return 0;
     }
     state.open = true;
-    if (state.options.strict && !wants_list() && !LEV2_sweep_is_whole()) {
+    if (state.options.strict && !wants_list() && !(FILE_input_is_whole(copy) && LEV2_sweep_is_whole())) {
         close_volume();
         MESS_print(kWarn, "LEV2_open_file: Incomplete volume:%s\n", copy.c_str());
         return 0;

