@@ -1,6 +1,10 @@
 #include "app/program.h"
 
 #include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
 #include <string>
 
 #include "app/input_choice.h"
@@ -9,11 +13,13 @@
 #include "lib/file_naming.h"
 #include "lib/file_series.h"
 #include "lib/flag.h"
+#include "lib/memory_reserve.h"
 #include "lib/message.h"
 #include "lib/process.h"
 #include "lib/resource.h"
 #include "lib/resource_start.h"
 #include "plot/region.h"
+#include "plot/session.h"
 #include "plot/session_params.h"
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
@@ -83,9 +89,7 @@ int dispatch(int type) {
     return kExitOk;
 }
 
-} // namespace
-
-int run_program(int argc, const char *const argv[]) {
+int run(int argc, const char *const argv[]) {
     RES_init(argc, argv, RES_keyed_ids(), RES_positional_ids());
     if (FLAG_help() == 1) {
         const std::string &name = RES_get_progname();
@@ -97,4 +101,27 @@ int run_program(int argc, const char *const argv[]) {
     RAD_cvt_in_file();
     MESS_print_prog("RADAR DATA PLOTTING");
     return dispatch(FLAG_get(kFlagInputType));
+}
+
+/// Closes what is open. Without memory even for that, the bare words.
+[[noreturn]] void end_without_memory() {
+    try {
+        PLT_end_without_memory();
+    } catch (const std::exception &) {
+        std::fputs("Out of memory\n", stderr);
+        std::exit(kExitNoMemory);
+    }
+}
+
+} // namespace
+
+int run_program(int argc, const char *const argv[]) {
+    VYX_reserve_memory();
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc &) {
+    } catch (const std::length_error &) {
+        // A container asked for more than any memory holds.
+    }
+    end_without_memory();
 }

@@ -5,7 +5,7 @@
 enum ExitStatus : int {
     kExitOk = 0,
     kExitSession = 1,  ///< plot session closed with an error; unusable terminal input
-    kExitNoMemory = 3, ///< no memory for the radar summary field
+    kExitNoMemory = 3, ///< memory ran out; what was drawn before is whole
     kExitGraphics = 4, ///< graphics start-up failure
     kExitNoFile = 10,  ///< input file not found or unreadable
     kExitHeader = 11,  ///< site-file header failure

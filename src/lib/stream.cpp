@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -140,6 +141,7 @@ Stream FILE_open(std::string_view name, const char *mode) {
     if (is_reading(mode) && FILE_is_dir(path)) return {};
     if (is_writing(mode)) FILE_make_dir(path, 1);
     std::FILE *file = std::fopen(path.c_str(), (mode + std::string("e")).c_str());
+    if (file == nullptr && errno == ENOMEM) throw std::bad_alloc();
     if (file == nullptr) return {};
     return {file, Stream::Kind::file};
 }

@@ -9,6 +9,7 @@
 #include "lib/flag.h"
 #include "lib/message.h"
 #include "lib/process.h"
+#include "lib/resource.h"
 #include "lib/text.h"
 #include "plot/map.h"
 #include "plot/session_images.h"
@@ -30,16 +31,12 @@ struct State {
     float offset = 0;                           ///< last given to PLT_set_view_offset
     Rect view;                                  ///< plot area, NDC
     int full_labels = 0;
-    bool missed = false; ///< a picture is not there
+    ExitStatus status = kExitOk; ///< what the session ends with: a picture is not there, or memory ran out
 } state;
 
 /// A window of an X server that the user looks at when all is drawn.
 bool window_stays() {
     return gtype_is_WIN() && !gtype_is_memory() && !PLT_wants_image();
-}
-
-ExitStatus status_so_far() {
-    return state.missed ? kExitSession : kExitOk;
 }
 
 } // namespace
@@ -80,19 +77,34 @@ int PLT_close() {
     }
     const bool held = window_stays();
     // Files and pictures are finished in the foreground, so that the exit status tells of them.
-    if (held && FLAG_batch() == 1 && VYX_back_proc(status_so_far()) == 0) VYX_exit(kExitSession);
+    if (held && FLAG_batch() == 1 && VYX_back_proc(state.status) == 0) VYX_exit(kExitSession);
     GPH_trans(2);
     if (held) GPH_hold(1);
     const bool images = PLT_finish_images();
     gclear_ws(state.ws_id, 1);
     const bool pages = GPH_end(state.ws_id) >= 0;
-    if (!pages || !images || std::exchange(state.missed, false)) VYX_exit(kExitSession);
+    const ExitStatus status = std::exchange(state.status, kExitOk);
+    if (status != kExitOk) VYX_exit(status);
+    if (!pages || !images) VYX_exit(kExitSession);
     PLT_init_labels();
     return 0;
 }
 
 void PLT_miss_picture() {
-    state.missed = true;
+    state.status = std::max(state.status, kExitSession);
+}
+
+void PLT_lack_memory() {
+    state.status = kExitNoMemory;
+}
+
+void PLT_end_without_memory() {
+    MESS_print(kError, "%s: Out of memory\n", RES_get_progname().c_str());
+    if (gchk_graphics() == 1) {
+        PLT_finish_images();
+        GPH_end(state.ws_id);
+    }
+    VYX_exit(kExitNoMemory);
 }
 
 bool PLT_keeps_frames() {

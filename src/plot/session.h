@@ -22,6 +22,10 @@ int PLT_panel(float aspect);
 int PLT_close();
 /// A picture that was asked for will not be there; why has been told.
 void PLT_miss_picture();
+/// Memory ran out while a picture was drawn, which has been told: the session ends with kExitNoMemory.
+void PLT_lack_memory();
+/// Says that memory is out, finishes what is whole and ends the program with kExitNoMemory.
+[[noreturn]] void PLT_end_without_memory();
 /// Closes the workstation and ends the program.
 [[noreturn]] void PLT_exit(int status);
 

@@ -129,6 +129,7 @@ template <typename Work> bool with_memory(Work work) {
         return work();
     } catch (const std::bad_alloc &) {
         MESS_print(kWarn, "PLT_dump: Out of memory\n");
+        PLT_lack_memory();
         return false;
     }
 }

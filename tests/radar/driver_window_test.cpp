@@ -246,7 +246,7 @@ TEST_F(DriverFrames, PicturesThatCannotBeKeptAreMissed) {
         PLT_close();
         VYX_exit(kExitOk);
     };
-    EXPECT_EXIT(plot_without_memory(), testing::ExitedWithCode(kExitSession),
+    EXPECT_EXIT(plot_without_memory(), testing::ExitedWithCode(kExitNoMemory),
                 "out of memory; only the first 0 files");
 }
 

@@ -173,8 +173,14 @@ bool fail(const char *what) {
     return false;
 }
 
+/// Behind a jump out of the library.
+bool fail(const Decoder &decoder) {
+    decoder.fault.throw_without_memory();
+    return fail(decoder.fault.text.data());
+}
+
 bool read(Decoder &decoder, std::size_t file_size, ImageRecord &record) {
-    if (!start(decoder)) return fail(decoder.fault.text.data());
+    if (!start(decoder)) return fail(decoder);
     const std::int64_t width = png_get_image_width(decoder.png, decoder.info);
     const std::int64_t height = png_get_image_height(decoder.png, decoder.info);
     if (!check_size("PNG_read", width, height)) return false;
@@ -186,7 +192,7 @@ bool read(Decoder &decoder, std::size_t file_size, ImageRecord &record) {
     if (png_get_rowbytes(decoder.png, decoder.info) != static_cast<std::size_t>(record.bytes_per_line))
         return fail("unexpected layout");
     std::vector<png_bytep> rows = rows_of(record);
-    if (!finish(decoder, rows.data())) return fail(decoder.fault.text.data());
+    if (!finish(decoder, rows.data())) return fail(decoder);
 
     if (decoder.want == Want::alpha) drop_alpha(record);
     if (!record.mapped) return true;
@@ -200,11 +206,9 @@ bool read(Decoder &decoder, std::size_t file_size, ImageRecord &record) {
 int PNG_read(std::span<const std::byte> bytes, ImageRecord &record) {
     Decoder decoder;
     decoder.source = {bytes.data(), bytes.size()};
-    decoder.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &decoder.fault, png_on_error, png_on_warning);
+    decoder.png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, &decoder.fault, png_on_error,
+                                           png_on_warning, &decoder.fault, png_take, png_give_back);
     if (decoder.png != nullptr) decoder.info = png_create_info_struct(decoder.png);
-    if (decoder.info == nullptr) {
-        fail("out of memory");
-        return 0;
-    }
-    return read(decoder, bytes.size(), record) ? 1 : 0;
+    const bool made = decoder.info != nullptr ? read(decoder, bytes.size(), record) : fail(decoder);
+    return made ? 1 : 0;
 }

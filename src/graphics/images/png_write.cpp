@@ -31,7 +31,8 @@ void write_data(png_structp png, png_bytep data, png_size_t length) {
 void flush_data(png_structp /*png*/) {}
 
 bool encode(const Picture &picture, PngFault &fault) {
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &fault, png_on_error, png_on_warning);
+    png_structp png = png_create_write_struct_2(PNG_LIBPNG_VER_STRING, &fault, png_on_error, png_on_warning,
+                                                &fault, png_take, png_give_back);
     if (png == nullptr) return false;
     png_infop info = png_create_info_struct(png);
     if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) {
@@ -133,6 +134,7 @@ int PNG_write(std::string_view path, const ImageRecord &record) {
     }
     PngFault fault;
     if (!write_picture(record, file.get(), fault)) {
+        fault.throw_without_memory();
         MESS_print(kWarn, "PNG_write: Unable to write: %s: %s\n", std::string(path).c_str(),
                    fault.text.data());
         return 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <numeric>
 #include <optional>
 
@@ -59,6 +60,7 @@ void append_compressed(std::string &out, std::span<const std::uint8_t> bytes) {
         const auto piece = bytes.subspan(taken, std::min(kVyxPiece, bytes.size() - taken));
         uLongf length = space.size();
         const int status = compress(space.data(), &length, piece.data(), piece.size());
+        if (status == Z_MEM_ERROR) throw std::bad_alloc();
         taken += piece.size();
         made += length;
         MESS_print(kDebug, "Deflate+ %d = %d %d = %d %d\n", status, static_cast<int>(piece.size()),
@@ -103,7 +105,11 @@ std::optional<std::string> take_line(std::span<const std::byte> &bytes) {
 /// Decompresses stream after stream until `out` is full.
 class Inflater {
 public:
-    Inflater() { open_ = inflateInit(&stream_) == Z_OK; }
+    Inflater() {
+        const int status = inflateInit(&stream_);
+        if (status == Z_MEM_ERROR) throw std::bad_alloc();
+        open_ = status == Z_OK;
+    }
     Inflater(const Inflater &) = delete;
     Inflater &operator=(const Inflater &) = delete;
     ~Inflater() {
@@ -121,6 +127,7 @@ public:
             stream_.next_out = out.data() + made;
             stream_.avail_out = static_cast<uInt>(out.size() - made);
             const int status = inflate(&stream_, Z_FINISH);
+            if (status == Z_MEM_ERROR) throw std::bad_alloc();
             const std::size_t used = stream_.total_in, got = stream_.total_out;
             taken += used;
             made += got;

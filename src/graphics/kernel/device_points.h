@@ -13,7 +13,8 @@
 /// Primitives of up to so many points, cells above all, are converted without an allocation.
 inline constexpr std::size_t kLocalPoints = 10;
 
-/// Converts the points and hands them to `ink`. -1 after a report for `operation` when memory is out.
+/// Converts the points and hands them to `ink`. Returns 0; throws after a report for `operation` when memory
+/// is out, since the picture lacks them then.
 template <typename Out, typename Convert, typename Ink>
 int ink_points(const char *operation, std::span<const Point> world, Convert convert, Ink ink) {
     if (world.size() <= kLocalPoints) {
@@ -27,7 +28,7 @@ int ink_points(const char *operation, std::span<const Point> world, Convert conv
         device.resize(world.size());
     } catch (const std::bad_alloc &) {
         gerr_printf(operation, "malloc error\n");
-        return -1;
+        throw;
     }
     std::transform(world.begin(), world.end(), device.begin(), convert);
     ink(std::span<const Out>(device));

@@ -1,6 +1,8 @@
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "graphics/window/frames.h"
 #include "lib/file_naming.h"
 #include "lib/file_series.h"
+#include "lib/memory_reserve.h"
 #include "lib/message.h"
 #include "lib/process.h"
 #include "lib/resource.h"
@@ -105,6 +108,7 @@ bool begin_picture(int n) {
     gcreate_frame(n);
     if (gselect_frame(n) == 1) return true;
     MESS_print(kWarn, "RADAR_plot: out of memory; only the first %d files are shown\n", n);
+    PLT_lack_memory();
     return false;
 }
 
@@ -127,24 +131,49 @@ bool open_next(const RadarSteps &steps, const std::string &name) {
     return opened;
 }
 
+/// What draws a file. False, told of, when memory ran out: the file says how much it takes, so those before
+/// it are shown.
+template <typename Work> bool with_memory(const RadarSteps &steps, const std::string &name, Work work) {
+    VYX_reserve_memory();
+    try {
+        work();
+        return true;
+    } catch (const std::bad_alloc &) {
+    } catch (const std::length_error &) {
+    }
+    steps.close_file();
+    MESS_print(kError, "RADAR_plot: Out of memory at file: %s\n", name.c_str());
+    PLT_lack_memory();
+    return false;
+}
+
+/// Draws a file of the selection as picture number `drawn`, which counts on. False when there can be no more.
+bool draw_file(const RadarSteps &steps, const std::string &name, bool is_open, int &drawn) {
+    const bool ready = is_open || open_next(steps, name);
+    if (!ready && !state.series) PLT_exit(kExitNoFile);
+    if (!ready) return true;
+    if (!begin_picture(drawn)) {
+        PLT_miss_picture();
+        return false;
+    }
+    draw_open_file(steps, name);
+    if (state.again) return false;
+    end_picture(drawn);
+    ++drawn;
+    return true;
+}
+
 /// Draws every file that can be read; `open` is open already.
 void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::string open) {
     FileWalk files(base_date);
     int drawn = 0;
     std::string name;
-    while (!state.again && files.next(name)) {
-        const bool ready = name == open || open_next(steps, name);
-        if (!ready && !state.series) PLT_exit(kExitNoFile);
-        if (!ready) continue;
-        open.clear();
-        if (!begin_picture(drawn)) {
-            PLT_miss_picture();
-            break;
-        }
-        draw_open_file(steps, name);
-        if (state.again) break;
-        end_picture(drawn);
-        ++drawn;
+    bool more = true;
+    while (more && !state.again && files.next(name)) {
+        const bool is_open = name == open;
+        if (is_open) open.clear();
+        const bool whole = with_memory(steps, name, [&] { more = draw_file(steps, name, is_open, drawn); });
+        more = more && whole;
     }
     steps.close_file();
     state.unreadable.clear(); // they may be there when the picture is drawn again
@@ -233,7 +262,7 @@ int RADAR_next_file(const RadarSteps &steps) {
     if (!state.shown.empty()) state.shown.erase(state.shown.begin());
     state.refreshed = true;
     state.drawing = true;
-    draw_open_file(steps, name);
+    with_memory(steps, name, [&] { draw_open_file(steps, name); });
     state.drawing = false;
     if (std::exchange(state.again, false) && steps.plot != nullptr) {
         PlotDomain domain = MAP_get_domain();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <new>
 
 #include <bzlib.h>
 #include <zlib.h>
@@ -23,7 +24,7 @@ unsigned int clamped(std::size_t count) {
     return static_cast<unsigned int>(std::min<std::size_t>(count, std::numeric_limits<unsigned int>::max()));
 }
 
-/// What a step of a decompressor left behind.
+/// What a step of a decompressor left behind. Lack of memory says nothing about the data: it is thrown.
 enum class Step { more, end, damaged };
 
 /// Window bits that make zlib expect its own header, and a gzip header.
@@ -32,7 +33,11 @@ constexpr int kZlibHeader = MAX_WBITS, kGzipHeader = MAX_WBITS + 16;
 /// The zlib decompressor as the loop below wants it.
 template <int HeaderBits> class DeflateStream {
 public:
-    DeflateStream() { open_ = inflateInit2(&stream_, HeaderBits) == Z_OK; }
+    DeflateStream() {
+        const int result = inflateInit2(&stream_, HeaderBits);
+        if (result == Z_MEM_ERROR) throw std::bad_alloc();
+        open_ = result == Z_OK;
+    }
     DeflateStream(const DeflateStream &) = delete;
     DeflateStream &operator=(const DeflateStream &) = delete;
     ~DeflateStream() {
@@ -49,6 +54,7 @@ public:
         stream_.avail_out = clamped(out.size());
         const unsigned int in_before = stream_.avail_in, out_before = stream_.avail_out;
         const int result = inflate(&stream_, Z_NO_FLUSH);
+        if (result == Z_MEM_ERROR) throw std::bad_alloc();
         in = in.subspan(in_before - stream_.avail_in);
         out = out.subspan(out_before - stream_.avail_out);
         if (result == Z_STREAM_END) return Step::end;
@@ -78,6 +84,7 @@ public:
         stream_.avail_out = clamped(out.size());
         const unsigned int in_before = stream_.avail_in, out_before = stream_.avail_out;
         const int result = BZ2_bzDecompress(&stream_);
+        if (result == BZ_MEM_ERROR) throw std::bad_alloc();
         in = in.subspan(in_before - stream_.avail_in);
         out = out.subspan(out_before - stream_.avail_out);
         if (result == BZ_STREAM_END) return Step::end;
@@ -90,7 +97,9 @@ public:
         stream_.opaque = this;
         stream_.bzalloc = take;
         stream_.bzfree = give_back;
-        open_ = BZ2_bzDecompressInit(&stream_, 0, 0) == BZ_OK;
+        const int result = BZ2_bzDecompressInit(&stream_, 0, 0);
+        if (result == BZ_MEM_ERROR) throw std::bad_alloc();
+        open_ = result == BZ_OK;
     }
 
 private:
@@ -99,22 +108,36 @@ private:
         open_ = false;
     }
 
-    /// The decompressor's work space is megabytes, used for a moment.
+    struct Block {
+        LargeMemory memory;
+        bool taken = false;
+    };
+
+    /// The decompressor's work space is megabytes. It is kept from stream to stream: asking the system for it
+    /// anew takes longer than decompressing a small one.
     static void *take(void *self, int items, int size) {
         if (items <= 0 || size <= 0) return nullptr;
-        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_) {
-            if (!block.bytes().empty()) continue;
-            block = LargeMemory(static_cast<std::size_t>(items) * static_cast<std::size_t>(size));
-            return block.bytes().data();
+        const std::size_t wanted = static_cast<std::size_t>(items) * static_cast<std::size_t>(size);
+        Block *place = nullptr;
+        for (Block &block : static_cast<Bzip2Stream *>(self)->blocks_) {
+            if (block.taken) continue;
+            if (place == nullptr || block.memory.bytes().size() >= wanted) place = &block;
+            if (block.memory.bytes().size() >= wanted) break;
         }
-        return nullptr;
+        if (place == nullptr) return nullptr;
+        if (place->memory.bytes().size() < wanted) {
+            place->memory = {};
+            place->memory = LargeMemory(wanted);
+        }
+        place->taken = !place->memory.bytes().empty();
+        return place->taken ? place->memory.bytes().data() : nullptr;
     }
     static void give_back(void *self, void *place) {
-        for (LargeMemory &block : static_cast<Bzip2Stream *>(self)->blocks_)
-            if (block.bytes().data() == place) block = LargeMemory();
+        for (Block &block : static_cast<Bzip2Stream *>(self)->blocks_)
+            if (block.memory.bytes().data() == place) block.taken = false;
     }
 
-    std::array<LargeMemory, 4> blocks_; ///< a decompressor asks for two or three
+    std::array<Block, 4> blocks_; ///< a decompressor asks for two or three
     bz_stream stream_{};
     bool open_ = false;
 };
@@ -123,7 +146,7 @@ private:
 /// output space and the decompressor serve all streams, since a file may hold very many very small ones.
 template <class Decompressor>
 NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::span<const std::byte>),
-                         std::size_t limit, std::vector<std::byte> &out) {
+                         std::size_t limit, std::size_t pieces, std::vector<std::byte> &out) {
     Decompressor decompressor;
     std::size_t used = out.size();
     NidsInflated result = NidsInflated::done;
@@ -148,6 +171,10 @@ NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::
         }
         if (step == Step::end) {
             within = is_stream(in);
+            if (within && --pieces == 0) {
+                result = NidsInflated::too_many;
+                break;
+            }
             if (within) decompressor.restart();
         }
     }
@@ -176,7 +203,8 @@ bool NIDS_is_bzip2(std::span<const std::byte> bytes) {
 
 NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
                                std::vector<std::byte> &out) {
-    const NidsInflated result = inflate_all<DeflateStream<kZlibHeader>>(bytes, NIDS_is_zlib, limit, out);
+    const NidsInflated result =
+        inflate_all<DeflateStream<kZlibHeader>>(bytes, NIDS_is_zlib, limit, kInflatePieces, out);
     if (result != NidsInflated::done) return result;
     if (bytes.size() > limit - out.size()) return NidsInflated::too_large;
     out.insert(out.end(), bytes.begin(), bytes.end());
@@ -185,10 +213,10 @@ NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t lim
 
 NidsInflated NIDS_inflate_gzip(std::span<const std::byte> bytes, std::size_t limit,
                                std::vector<std::byte> &out) {
-    return inflate_all<DeflateStream<kGzipHeader>>(bytes, NIDS_is_gzip, limit, out);
+    return inflate_all<DeflateStream<kGzipHeader>>(bytes, NIDS_is_gzip, limit, kInflatePieces, out);
 }
 
 NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,
-                                std::vector<std::byte> &out) {
-    return inflate_all<Bzip2Stream>(bytes, NIDS_is_bzip2, limit, out);
+                                std::vector<std::byte> &out, std::size_t pieces) {
+    return inflate_all<Bzip2Stream>(bytes, NIDS_is_bzip2, limit, pieces, out);
 }

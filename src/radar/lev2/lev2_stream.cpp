@@ -157,7 +157,8 @@ bool read_record() {
     }
     read_growing(state.in, length);
     const std::size_t before = state.out.size();
-    const NidsInflated result = NIDS_inflate_bzip2(state.in, before + kLev2MaxRecord, state.out);
+    const NidsInflated result =
+        NIDS_inflate_bzip2(state.in, before + kLev2MaxRecord, state.out, kLev2MaxPieces);
     const std::size_t produced = state.out.size() - before;
     MESS_print(kDebug, "Decompress: %d %zu:%zu %zu - %zu\n", static_cast<int>(result), length,
                state.in.size(), produced, state.out.size());
@@ -166,6 +167,9 @@ bool read_record() {
     if (result == NidsInflated::too_large)
         MESS_print(kWarn, "LEV2_get_block: Record %d is larger than %zu bytes\n", state.record,
                    kLev2MaxRecord);
+    else if (result == NidsInflated::too_many)
+        MESS_print(kWarn, "LEV2_get_block: Record %d has more than %zu compressed pieces\n", state.record,
+                   kLev2MaxPieces);
     else if (!whole)
         MESS_print(kWarn, "LEV2_get_block: The file ends within record %d: %zu of %zu bytes\n", state.record,
                    state.in.size(), length);

@@ -42,6 +42,8 @@ inline constexpr std::size_t kLev2MaxRecord = 32U << 20;
 inline constexpr std::size_t kLev2MaxVolume = 512U << 20;
 /// Records have some 120 radials each.
 inline constexpr int kLev2MaxRecords = 4096;
+/// bzip2 streams of one record; real files have one.
+inline constexpr std::size_t kLev2MaxPieces = 100;
 /// Elevation cuts that a survey lists.
 inline constexpr std::size_t kLev2MaxCuts = 128;
 

@@ -38,7 +38,17 @@ struct State {
 State state;
 
 bool is_damage(NidsInflated result) {
-    return result == NidsInflated::damaged || result == NidsInflated::too_large;
+    return result == NidsInflated::damaged || result == NidsInflated::too_large ||
+           result == NidsInflated::too_many;
+}
+
+/// The limits of this program are told where they are met.
+void tell_limit(NidsInflated result) {
+    if (result == NidsInflated::too_large)
+        MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
+    if (result == NidsInflated::too_many)
+        MESS_print(kWarn, "NIDS_read: Product of more than %zu compressed pieces, the rest is not read\n",
+                   kInflatePieces);
 }
 
 std::span<const std::byte> without_trailer(std::span<const std::byte> bytes) {
@@ -54,8 +64,7 @@ void fill_inflated(NidsCompression kind, std::span<const std::byte> front, std::
                                     ? NIDS_inflate_zlib(rest, kNidsMaxProduct, view)
                                     : NIDS_inflate_bzip2(rest, kNidsMaxProduct, view);
     state.inflated_result = result;
-    if (result == NidsInflated::too_large)
-        MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
+    tell_limit(result);
     state.inflated = std::move(view);
 }
 
@@ -81,8 +90,7 @@ std::vector<std::byte> unzipped(std::vector<std::byte> bytes) {
     if (!NIDS_is_gzip(bytes)) return bytes;
     std::vector<std::byte> content;
     state.unzipped_result = NIDS_inflate_gzip(bytes, kNidsMaxProduct, content);
-    if (state.unzipped_result == NidsInflated::too_large)
-        MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
+    tell_limit(state.unzipped_result);
     return content;
 }
 

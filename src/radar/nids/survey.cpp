@@ -117,6 +117,7 @@ std::string damage_of(NidsInflated result) {
     case NidsInflated::truncated: return "its compressed data end early";
     case NidsInflated::damaged: return "its compressed data are damaged";
     case NidsInflated::too_large: return "it is too large";
+    case NidsInflated::too_many: return "its compressed pieces are too many";
     }
     return {};
 }
