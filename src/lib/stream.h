@@ -35,7 +35,8 @@ private:
 };
 
 /// Opens a standard stream for a standard-stream name, a pipe for "|command", else the file, with "~"
-/// expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream on failure.
+/// expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream on failure,
+/// whose cause errno holds.
 Stream FILE_open(std::string_view name, const char *mode);
 
 /// 1 for an empty name, "-", "std" or "stdn" (case ignored).
