@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,7 +41,7 @@ void complain(Complaints &complaints, std::string complaint) {
 const Format *format_of(const std::string &name, Complaints &complaints) {
     Stream stream = FILE_open_input(name);
     if (!stream) {
-        complain(complaints, "Unable to open file:" + name);
+        complain(complaints, "Unable to open file:" + name + ": " + std::strerror(errno));
         return nullptr;
     }
     const RadarFileKind kind = RADAR_file_kind(stream.read_all(kKindBytes));

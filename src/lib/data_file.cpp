@@ -1,5 +1,6 @@
 #include "lib/data_file.h"
 
+#include <cerrno>
 #include <utility>
 
 #include "lib/resource.h"
@@ -24,7 +25,10 @@ std::string FILE_find_data(std::string_view name) {
 }
 
 Stream FILE_open_data(std::string_view name) {
-    if (FILE_is_stdio(name)) return {};
+    if (FILE_is_stdio(name)) {
+        errno = EINVAL;
+        return {};
+    }
     return FILE_open(FILE_find_data(name), "r");
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <limits>
 #include <optional>
 
@@ -223,7 +224,9 @@ int FILE_set_name(std::string_view key) {
     const std::string file = convention_file();
     TextLines lines(FILE_open(file, "r"), file, kLongestLine);
     if (!lines) {
+        const int fault = errno;
         MESS_print(kWarn, "FILE_set_name: No file name convention file: %s\n", file.c_str());
+        if (fault != ENOENT) MESS_print_fault(kWarn, "FILE_set_name", file, fault);
         return take_literal_template(name);
     }
     MESS_print(kConventionLevel, "Opening name convention file: %s\n", file.c_str());

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -70,8 +72,17 @@ void write(std::FILE *file, const std::string &text) {
     std::fwrite(text.data(), 1, text.size(), file);
 }
 
+void tell_log_fault(std::string_view name) {
+    const std::string cause = std::strerror(errno);
+    WORD_tell("message", "Unable to open log file: " + std::string(name) + ": " + cause);
+}
+
 void write_log(const std::string &text) {
-    if (state.output == MessageOutput::log_reopened) state.log = FILE_open(state.log_name, "a");
+    if (state.output == MessageOutput::log_reopened) {
+        state.log = FILE_open(state.log_name, "a");
+        // Once: this message, too, tries to open the log.
+        if (!state.log) tell_log_fault(state.log_name);
+    }
     if (!state.log) return;
     if (state.output == MessageOutput::log_stamped) write(state.log.get(), DATE_get_current_str() + " -- ");
     write(state.log.get(), text);
@@ -135,7 +146,7 @@ bool apply_log_word(std::string_view item) {
         else
             state.log_name = name;
         if (word.mode != nullptr && !state.log) {
-            WORD_tell("message", "Unable to open log file: " + std::string(name));
+            tell_log_fault(name);
             WORD_flush();
         }
         state.output = word.output;
@@ -180,6 +191,10 @@ int MESS_print(unsigned level, const char *format, ...) {
         if (state.line_count > state.max_lines) MESS_hold(level, "Press return to continue\n");
     }
     return 1;
+}
+
+void MESS_print_fault(unsigned level, const char *operation, std::string_view name, int fault) {
+    MESS_print(level, "%s: %s: %s\n", operation, std::string(name).c_str(), std::strerror(fault));
 }
 
 void MESS_print_prog(std::string_view title) {

@@ -28,6 +28,10 @@ enum class MessageOutput : int {
 /// warning levels, else standard output), 0 when the level is masked out or only the log file is written.
 int MESS_print(unsigned level, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
+/// Says of a file why it could not be opened or read: "operation: name: No such file or directory". `fault`
+/// is an errno value.
+void MESS_print_fault(unsigned level, const char *operation, std::string_view name, int fault);
+
 /// Prints the program's banner "      title (Ver version)" at level kMess.
 void MESS_print_prog(std::string_view title);
 

@@ -74,7 +74,10 @@ std::string current_home() {
 
 bool make_one_dir(const std::string &path) {
     struct stat info {};
-    if (stat(path.c_str(), &info) == 0) return S_ISDIR(info.st_mode);
+    if (stat(path.c_str(), &info) == 0) {
+        if (!S_ISDIR(info.st_mode)) errno = ENOTDIR;
+        return S_ISDIR(info.st_mode);
+    }
     return mkdir(path.c_str(), kDirectoryMode) == 0;
 }
 
@@ -138,8 +141,11 @@ Stream FILE_open(std::string_view name, const char *mode) {
     if (name.front() == '|') return open_command(name, mode);
     const std::string path = FILE_add_user_path(name);
     // A directory can be opened for reading but gives no byte: an open that fails is the clearer answer.
-    if (is_reading(mode) && FILE_is_dir(path)) return {};
-    if (is_writing(mode)) FILE_make_dir(path, 1);
+    if (is_reading(mode) && FILE_is_dir(path)) {
+        errno = EISDIR;
+        return {};
+    }
+    if (is_writing(mode) && FILE_make_dir(path, 1) != 0) return {};
     std::FILE *file = std::fopen(path.c_str(), (mode + std::string("e")).c_str());
     if (file == nullptr && errno == ENOMEM) throw std::bad_alloc();
     if (file == nullptr) return {};

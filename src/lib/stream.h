@@ -36,7 +36,7 @@ private:
 
 /// Opens a standard stream for a standard-stream name, a pipe for a "|command" that is allowed, else the
 /// file, with "~" expanded; for modes beginning with "w" or "a" missing directories are made. An empty Stream
-/// on failure. No other command inherits what is opened.
+/// on failure, whose cause errno holds. No other command inherits what is opened.
 Stream FILE_open(std::string_view name, const char *mode);
 
 /// Whoever takes a name that the user gave as an input or an output calls this: when it begins with "|",

@@ -1,5 +1,6 @@
 #include "plot/background.h"
 
+#include <cerrno>
 #include <string>
 
 #include "graphics/images/capture.h"
@@ -117,7 +118,9 @@ int draw_map_item(std::string_view body) {
     if (state.style == MapStyle::areas) GPH_fill_attr(&record);
     Stream stream = FILE_open_data(item.file);
     if (!stream) {
+        const int fault = errno;
         MESS_print(kWarn, "MAP_process: Map file not found: %s\n", std::string(item.file).c_str());
+        if (fault != ENOENT) MESS_print_fault(kWarn, "MAP_process", item.file, fault);
         return -1;
     }
     if (record.color != kColorBackground) MAP_map(stream);
@@ -143,7 +146,9 @@ int draw_image_item(std::string_view text, bool whole_view) {
 void process_list_file(std::string_view name) {
     Stream stream = FILE_open_data(name);
     if (!stream) {
+        const int fault = errno;
         MESS_print(kWarn, "MAP_draw: Unable to open map list file: %s\n", std::string(name).c_str());
+        MESS_print_fault(kWarn, "MAP_draw", name, fault);
         return;
     }
     std::string line;

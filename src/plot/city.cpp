@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <map>
 #include <optional>
@@ -160,7 +161,9 @@ int CTY_open_file(const char *name, int &count) {
     const std::string path = FILE_find_data(file);
     const int fd = CTY_open(path, 0, 0);
     if (fd < 0) {
+        const int fault = errno;
         MESS_print(kWarn, "CTY_open_file: Database file not found: %s\n", path.c_str());
+        if (fault != ENOENT) MESS_print_fault(kWarn, "CTY_open_file", path, fault);
         return -1;
     }
     count = static_cast<int>(std::clamp<std::int64_t>(FILE_size(path) / kLineBytes, 0, kMostEstimated));

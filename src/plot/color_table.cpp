@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 
 #include "graphics/kernel/gph.h"
@@ -159,7 +161,8 @@ void CLR_read_table(std::string_view name) {
         if (lines)
             read_file(lines, reading);
         else
-            WORD_tell("color_table", "Unable to open color table: " + std::string(trimmed(file)));
+            WORD_tell("color_table", "Unable to open color table: " + std::string(trimmed(file)) + ": " +
+                                         std::strerror(errno));
         reading.first_file = false;
     }
     state.count = reading.count;

@@ -72,7 +72,7 @@ int PLT_panel(float aspect) {
 
 int PLT_close() {
     if (PLT_nothing_to_draw()) {
-        if (!PLT_finish_images()) VYX_exit(kExitSession);
+        if (!PLT_finish_images() || std::exchange(state.missed, false)) VYX_exit(kExitSession);
         return -1;
     }
     const bool held = window_stays();
@@ -113,6 +113,7 @@ bool PLT_keeps_frames() {
 }
 
 void PLT_exit(int status) {
+    if (status != kExitOk) gabandon_ws();
     GPH_end(state.ws_id);
     VYX_exit(status);
 }

@@ -26,7 +26,8 @@ void PLT_miss_picture();
 void PLT_lack_memory();
 /// Says that memory is out, finishes what is whole and ends the program with kExitNoMemory.
 [[noreturn]] void PLT_end_without_memory();
-/// Closes the workstation and ends the program.
+/// Closes the workstation and ends the program; with a status other than 0 what a file device was given is
+/// dropped, as it is not whole.
 [[noreturn]] void PLT_exit(int status);
 
 // Image files ---------------------------------------------------------------------
@@ -35,7 +36,8 @@ enum DumpType : int { kDumpNone = 0, kDumpXwd = 1, kDumpGif = 2, kDumpImg = 3, k
 /// All frames, one file each.
 inline constexpr int kDumpAllFrames = -4;
 /// Image file of every picture: type and name, a naming convention or a template in which %i is the frame
-/// ("win" without frames) and %p the window title. An empty name: "vyx.gif", "vyx.png" or "vyx.xwd".
+/// ("win" without frames) and %p the window title. An empty name: "vyx.gif", "vyx.png" or "vyx.xwd". Each
+/// type and name that a session asks for is written; kDumpNone forgets them.
 void PLT_set_dump(int type, std::string_view name);
 /// Writes frame `frame` (the window when there are no frames) and adds it to the animation. 0, also when the
 /// file could not be written, which is told; -1 when no image file is asked for.

@@ -1,11 +1,13 @@
 #include "plot/session_images.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "graphics/images/capture.h"
 #include "graphics/images/image.h"
@@ -15,6 +17,7 @@
 #include "lib/file_naming.h"
 #include "lib/flag.h"
 #include "lib/message.h"
+#include "lib/output_name.h"
 #include "lib/resource.h"
 #include "lib/stream.h"
 #include "lib/text.h"
@@ -27,21 +30,35 @@ constexpr std::string_view kAnimationName = "vyx_anim.gif";
 /// Plots whose label bands take more than this have no picture of a map.
 constexpr float kLargestMapOffset = 0.7F;
 
+/// An image file of every picture.
+struct Dump {
+    int type;
+    std::string name; ///< empty: the default of the type
+    bool operator==(const Dump &) const = default;
+};
+
 struct State {
-    int type = kDumpNone;
-    std::string name;
+    std::vector<Dump> dumps;
     bool animate = false, rock = false;
     std::string animation_name;
     AnimatedGif animation;
-    std::unordered_set<std::string> written; ///< files of this session's pictures
-    bool failed = false;                     ///< a file could not be written
-    bool asked = false;                      ///< this session has been told of an image file
+    /// Files of this session's pictures, and the place in `dumps` that each belongs to.
+    std::unordered_map<std::string, std::size_t> written;
+    bool failed = false; ///< a file could not be written
+    bool asked = false;  ///< this session has been told of an image file
 } state;
 
-std::string_view default_name(int type) {
-    switch (type) {
+bool wants(int type) {
+    return std::ranges::any_of(state.dumps, [type](const Dump &dump) { return dump.type == type; });
+}
+
+/// Two types share a default name. Where both are wanted, the package's image has its own.
+std::string_view name_of(const Dump &dump) {
+    if (!dump.name.empty()) return dump.name;
+    switch (dump.type) {
     case kDumpGif: return "vyx.gif";
     case kDumpPng: return "vyx.png";
+    case kDumpImg: return wants(kDumpXwd) ? "vyx.img" : "vyx.xwd";
     default: return "vyx.xwd";
     }
 }
@@ -57,29 +74,25 @@ std::string image_path(std::string_view name) {
 }
 
 /// A command that the user gave instead of a file. What a naming convention makes is none.
-bool is_command(const std::string &dump_name) {
+bool is_command(std::string_view dump_name) {
     return dump_name.starts_with('|');
 }
 
 /// The path that a dump name stands for, at the date of the current file; `frame` is empty without frames.
-std::string path_of(const std::string &dump_name, std::string_view frame) {
-    DateRecord date = FILE_get_full_date();
-    FILE_save_name_conv();
-    FILE_set_name(dump_name);
-    FILE_set_key('i', frame.empty() ? "win" : frame);
-    FILE_set_key('p', gget_win_title());
-    std::string name;
-    FILE_set_date(&date, name);
-    FILE_restore_name_conv();
+std::string path_of(std::string_view dump_name, std::string_view frame) {
+    const std::array keys{NameKey{'i', std::string(frame.empty() ? "win" : frame)},
+                          NameKey{'p', gget_win_title()}};
+    const std::string name = FILE_name_output(dump_name, FILE_get_full_date(), keys);
     if (!is_command(dump_name)) return image_path(name);
     FILE_allow_command(name);
     return name;
 }
 
 /// A name without %i or time would let each frame write over the one before; then the number joins the name.
-std::string path_of_own(const std::string &dump_name, int frame) {
+std::string path_of_own(std::string_view dump_name, int frame, std::size_t dump) {
     std::string path = path_of(dump_name, two_digits(frame));
-    if (!state.written.contains(path) || is_command(dump_name)) return path;
+    const auto earlier = state.written.find(path);
+    if (earlier == state.written.end() || earlier->second != dump || is_command(dump_name)) return path;
     const std::size_t dot = path.rfind('.');
     const std::size_t slash = path.rfind('/');
     const bool has_suffix = dot != path.npos && (slash == path.npos || dot > slash);
@@ -134,11 +147,18 @@ template <typename Work> bool with_memory(Work work) {
     }
 }
 
-void write_dump(const std::string &path) {
-    const DumpWriter writer = writer_of(state.type);
+void write_dump(std::size_t number, const std::string &path) {
+    const DumpWriter writer = writer_of(state.dumps[number].type);
+    const auto [earlier, is_new] = state.written.try_emplace(path, number);
+    if (earlier->second != number) {
+        MESS_print(kWarn, "PLT_dump: Another image of this picture has the name, %s file not written: %s\n",
+                   writer.name, path.c_str());
+        state.failed = true;
+        return;
+    }
     const bool written = with_memory([&] { return writer.write(path) == 1; });
     tell(writer.name, path, written);
-    if (written) state.written.insert(path);
+    if (!written && is_new) state.written.erase(path);
 }
 
 /// The picture of the drawable, as picture `number` of a series, or the only one.
@@ -151,8 +171,10 @@ void take_picture(std::optional<int> number) {
         };
         if (!with_memory(add)) state.failed = true;
     }
-    if (state.type == kDumpNone) return;
-    write_dump(number ? path_of_own(state.name, *number) : path_of(state.name, {}));
+    for (std::size_t dump = 0; dump < state.dumps.size(); ++dump) {
+        const std::string_view name = name_of(state.dumps[dump]);
+        write_dump(dump, number ? path_of_own(name, *number, dump) : path_of(name, {}));
+    }
 }
 
 void take_frame(int frame, int named) {
@@ -162,6 +184,12 @@ void take_frame(int frame, int named) {
 
 void write_animation() {
     const std::string path = path_of(state.animation_name, {});
+    if (state.written.contains(path)) {
+        MESS_print(kWarn, "PLT_dump: Another image of this picture has the name, GIF file not written: %s\n",
+                   path.c_str());
+        state.failed = true;
+        return;
+    }
     if (state.animation.frames() > 1) state.animation.set_last_delay(kLastDelay);
     tell("GIF", path, state.animation.write(path) == 1);
 }
@@ -174,12 +202,11 @@ void clear_animation() {
 } // namespace
 
 void PLT_set_dump(int type, std::string_view name) {
-    const std::string wanted(name.empty() ? default_name(type) : name);
-    if (std::exchange(state.asked, true) && (type != state.type || wanted != state.name))
-        MESS_print(kWarn, "PLT_set_dump: One image file of a picture only; not written: %s\n",
-                   state.name.c_str());
-    state.type = type;
-    state.name = wanted;
+    if (!std::exchange(state.asked, true)) state.dumps.clear();
+    if (type == kDumpNone) state.dumps.clear();
+    const Dump dump{type, std::string(name)};
+    if (type != kDumpNone && std::ranges::find(state.dumps, dump) == state.dumps.end())
+        state.dumps.push_back(dump);
 }
 
 void PLT_set_animation(std::string_view name) {
@@ -194,7 +221,7 @@ void PLT_rock_animation() {
 }
 
 bool PLT_wants_image() {
-    return state.type != kDumpNone || state.animate;
+    return !state.dumps.empty() || state.animate;
 }
 
 int PLT_dump(int frame) {
@@ -207,12 +234,12 @@ int PLT_dump(int frame) {
     } else {
         take_picture({});
     }
-    return state.type == kDumpNone ? -1 : 0;
+    return state.dumps.empty() ? -1 : 0;
 }
 
 int PLT_dump_numbered(int number) {
     take_picture(number);
-    return state.type == kDumpNone ? -1 : 0;
+    return state.dumps.empty() ? -1 : 0;
 }
 
 void PLT_begin_images() {

@@ -1,6 +1,7 @@
 #include "plot/watch.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
@@ -78,7 +79,9 @@ void enter(WatchBox box) {
 void read_watches(const std::string &file, const DateRecord &date) {
     Stream stream = FILE_open(file, "r");
     if (!stream) {
+        const int fault = errno;
         MESS_print(kWarn, "WATCH_decode: Unable to open file:%s\n", file.c_str());
+        MESS_print_fault(kWarn, "WATCH_decode", file, fault);
         return;
     }
     DateRecord copy = date;

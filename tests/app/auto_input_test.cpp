@@ -76,11 +76,11 @@ TEST_F(AutoInput, TellsWhatItCannotTake) {
     const struct {
         const char *arguments, *err;
     } cases[]{
-        {"missing", "RAD_cvt_in_file: Unable to open file:missing\n"},
+        {"missing", "RAD_cvt_in_file: Unable to open file:missing: No such file or directory\n"},
         {"text", "RAD_cvt_in_file: Kind of file not recognised: text\n"},
         {"'|exit 3'", "FILE_open_input: Ended with an error: |exit 3\n"
                       "RAD_cvt_in_file: Kind of file not recognised: |exit 3\n"},
-        {"missing text", "RAD_cvt_in_file: Unable to open file:missing\n"
+        {"missing text", "RAD_cvt_in_file: Unable to open file:missing: No such file or directory\n"
                          "RAD_cvt_in_file: Kind of file not recognised: text\n"},
         {"-cu '#200307031200'", "File not found: data/0_20030703_1200\n"},
     };

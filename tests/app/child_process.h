@@ -50,6 +50,8 @@ public:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
+    [[nodiscard]] pid_t pid() const { return pid_; }
+
 private:
     pid_t pid_ = 0;
 };

@@ -30,10 +30,10 @@ public:
         unsetenv("DISPLAY");
         std::filesystem::current_path(dir.path());
     }
-    /// `arguments` as a shell writes them; nothing on standard input.
-    RunResult operator()(const std::string &arguments) const {
+    /// `arguments` as a shell writes them; nothing on standard input. `before`: commands that end in ";".
+    RunResult operator()(const std::string &arguments, const std::string &before = {}) const {
         const std::string command =
-            "exec " VYX_PROGRAM " " + arguments + " >stdout.txt 2>stderr.txt </dev/null";
+            before + "exec " VYX_PROGRAM " " + arguments + " >stdout.txt 2>stderr.txt </dev/null";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, file_text(dir.at("stdout.txt")),
                 file_text(dir.at("stderr.txt"))};

@@ -264,8 +264,9 @@ TEST_F(ImageReadTest, DamagedOthers) {
     testing::internal::CaptureStderr();
     ImageRecord record;
     EXPECT_EQ(gread_image_file(file("none"), record), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "IMG_read: Unable to open image file: " + file("none") + "\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "IMG_read: Unable to open image file: " + file("none") +
+                                                          "\nIMG_read: " + file("none") +
+                                                          ": No such file or directory\n");
 }
 
 } // namespace

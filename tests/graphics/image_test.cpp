@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "graphics/image_fixture.h"
 #include "graphics/images/gif_format.h"
 #include "image_facts.h"
@@ -277,13 +280,35 @@ TEST_F(ImageTest, WritersRefuseWhatTheyCannotWrite) {
     for (const auto &[write, message] : writers) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(write(directory_.path(), record), 0);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), message);
+        const std::string told = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(told.ends_with(directory_.path() + ": Is a directory\n" + message)) << told;
         testing::internal::CaptureStderr();
         EXPECT_EQ(write(file("torn"), torn), 0);
         EXPECT_EQ(write("/dev/full", record), 0) << message;
         EXPECT_NE(testing::internal::GetCapturedStderr().find("nable to write"), std::string::npos)
             << message;
     }
+}
+
+TEST_F(ImageTest, AReaderBesideAWriterSeesWholePicturesOnly) {
+    constexpr int rounds = 200;
+    const std::string name = file("shown.png");
+    ASSERT_EQ(PNG_write(name, true_color(40, 30, noise(256))), 1);
+    const pid_t writer = fork();
+    if (writer == 0) {
+        bool written = true;
+        for (int i = 0; i < rounds; ++i)
+            written = PNG_write(name, true_color(40 + i, 30, noise(256))) == 1 && written;
+        std::_Exit(written ? 0 : 1);
+    }
+    int status = -1, looks = 0, halves = 0;
+    for (; waitpid(writer, &status, WNOHANG) == 0; ++looks) {
+        const std::string seen = file_content(name);
+        if (!seen.starts_with("\x89PNG") || seen.find("IEND") != seen.size() - 8) ++halves;
+    }
+    EXPECT_EQ(status, 0);
+    EXPECT_GT(looks, rounds / 10);
+    EXPECT_EQ(halves, 0) << "of " << looks;
 }
 
 class AnimatedGifTest : public ImageTest {

@@ -167,7 +167,7 @@ TEST_F(PostScript, NumbersAreThoseOfPrintf) {
     PrintWriter out;
     std::string expected;
     std::setlocale(LC_ALL, "de_DE.UTF-8");
-    out.open(FILE_open(path.string(), "w"));
+    out.open(OutputFile::create(path.string()));
     const std::array values{0.0F,     1.0F, -1.5F,     0.125F, 0.375F,   -0.125F,  99.995F,
                             1234.56F, 1e5F, -100000.F, 0.01F,  3.14159F, 575.005F, 999999.94F};
     for (const float value : values) {
@@ -330,6 +330,23 @@ TEST_F(PostScript, PlacesTheDrawingAreaByGeometry) {
     }
 }
 
+TEST_F(PostScript, WhatIsAbandonedHasNoEnd) {
+    EXPECT_EQ(gps_open(file(), page_), 0);
+    EXPECT_EQ(gps_close(), 0);
+    const std::string old = read_whole(file());
+    EXPECT_TRUE(old.ends_with("%%EOF\n"));
+    const fs::path piped = directory_ / "piped";
+    for (const std::string &output : {file(), "+" + file(), "|cat > " + piped.string()}) {
+        EXPECT_EQ(gps_open(output, page_), 0);
+        for (int i = 0; i < 5000; ++i) gps_fill_area(kSquare, i % 200);
+        gps_abandon();
+        EXPECT_EQ(gps_close(), 0) << "nothing is open";
+    }
+    EXPECT_EQ(read_whole(file()), old);
+    EXPECT_GT(read_whole(piped).size(), 100000U);
+    EXPECT_EQ(read_whole(piped).find("%%EOF"), std::string::npos);
+}
+
 TEST_F(PostScript, TellsOfFailedOpeningAndWriting) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(gps_open(directory_.string(), page_), -1); // a directory
@@ -345,7 +362,9 @@ TEST_F(PostScript, TellsOfFailedOpeningAndWriting) {
     EXPECT_EQ(gps_close(), -1);
     const std::string messages = testing::internal::GetCapturedStderr();
     EXPECT_EQ(count_of(messages, "gopen_ws: unable to open postscript file\n"), 1U);
-    EXPECT_EQ(count_of(messages, "gps_close: Error writing postscript file: /dev/full\n"), 2U);
+    EXPECT_EQ(
+        count_of(messages, "gps_close: Error writing postscript file: /dev/full: No space left on device\n"),
+        2U);
     EXPECT_EQ(count_of(messages, "gps_close: Error writing postscript file: "), 4U);
     gps_fill_area(kSquare, 1); // closed: dropped
     EXPECT_EQ(gps_close(), 0);

@@ -11,6 +11,7 @@
 
 #include "lib/calendar.h"
 #include "lib/flag.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -63,6 +64,18 @@ void set_input(const TemporaryFile &file, const std::string &text) {
 }
 
 } // namespace
+
+TEST_F(Message, ALogThatCannotBeOpenedIsToldOnce) {
+    for (const char *word : {"fi=/dev/null/log", "dfi=/dev/null/log"}) {
+        WORD_forget();
+        testing::internal::CaptureStderr();
+        MESS_set_str(word);
+        MESS_print(kPrint, "one\n");
+        MESS_print(kPrint, "two\n");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "-me (message): Unable to open log file: /dev/null/log: Not a directory\n");
+    }
+}
 
 TEST_F(Message, TheMaskDecides) {
     EXPECT_EQ(MESS_print(0x100000, "hidden"), 0);

@@ -116,7 +116,8 @@ TEST_F(BackgroundTest, MapListDrawsTheFirstBlockThatMatches) {
 
     RES_put("map_file", "fi:none.lst,us.map");
     EXPECT_EQ(errors_of([&] { EXPECT_EQ(drawn_latitudes(kMapOverlay), Latitudes{41}); }),
-              "MAP_draw: Unable to open map list file: none.lst\n");
+              "MAP_draw: Unable to open map list file: none.lst\n"
+              "MAP_draw: none.lst: No such file or directory\n");
 }
 
 TEST_F(BackgroundTest, GuardsOrderTheirLimits) {

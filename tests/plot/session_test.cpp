@@ -274,7 +274,8 @@ TEST_F(Session, AFileDeviceHasNoImage) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(PLT_dump(0), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "PLT_dump: Unable to write PNG file: " + scratch_.at("my.png") + "\n");
+              "PLT_dump: Unable to write GIF file: /my.gif\nPLT_dump: Unable to write PNG file: " +
+                  scratch_.at("my.png") + "\n");
     const auto close_and_end = [] {
         PLT_close();
         VYX_exit(0);

@@ -1,8 +1,10 @@
 #include "graphics/devices/postscript.h"
 
 #include <array>
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
@@ -273,20 +275,21 @@ bool join_file(PrintOutput &output) {
         return refuse_appending(format_text("A page of %s points cannot be appended to one of %s",
                                             ps_sheet(state.options).c_str(), target.sheet.c_str())
                                     .c_str());
-    if (!ps_take_off_end(output.name, target)) return refuse_appending("Unable to change");
+    if (!ps_take_off_end(output.name, target))
+        return refuse_appending(format_text("Unable to change (%s)", std::strerror(errno)).c_str());
     state.joined = std::move(target);
     return true;
 }
 
-Stream open_output(PrintOutput output) {
+OutputFile open_output(PrintOutput output) {
     state.bare = false;
     state.joined.reset();
     const PrintOutput asked = output;
     if (output.kind == PrintOutputKind::append && !join_file(output)) return {};
-    Stream stream = open_print_output(output);
-    if (!stream && state.joined) ps_put_back_end(output.name, *state.joined);
-    if (stream) report_print_output(asked);
-    return stream;
+    OutputFile file = open_print_output(output);
+    if (!file && state.joined) ps_put_back_end(output.name, *state.joined);
+    if (file) report_print_output(asked);
+    return file;
 }
 
 void read_options(const std::vector<std::string> &spec) {
@@ -317,12 +320,12 @@ int gps_open(std::string_view device_spec, PrintPage &page) {
                            {points_per_hundredth_inch, 0, 0}, page))
         return -1;
     state.name = output.name;
-    Stream stream = open_output(output);
-    if (!stream) {
+    OutputFile file = open_output(output);
+    if (!file) {
         gerr_printf("gopen_ws", "unable to open postscript file\n");
         return -1;
     }
-    state.out.open(std::move(stream));
+    state.out.open(std::move(file));
     put_prologue(page);
     return 0;
 }
@@ -331,12 +334,19 @@ int gps_close() {
     if (!state.out.is_open()) return 0;
     put_trailer();
     if (!state.out.close()) {
-        MESS_print(kError, "gps_close: Error writing postscript file: %s\n", state.name.c_str());
+        MESS_print(kError, "gps_close: Error writing postscript file: %s: %s\n", state.name.c_str(),
+                   state.out.fault().c_str());
         if (state.joined) ps_put_back_end(state.name, *state.joined);
         return -1;
     }
     MESS_print(kMess, "Created Postscript file\n");
     return 0;
+}
+
+void gps_abandon() {
+    if (!state.out.is_open()) return;
+    state.out.abandon();
+    if (state.joined) ps_put_back_end(state.name, *state.joined);
 }
 
 int gps_new_page() {

@@ -13,6 +13,9 @@
 int gps_open(std::string_view device_spec, PrintPage &page);
 /// Writes the trailer and closes. -1 after a message when a write failed: the page is not complete.
 int gps_close();
+/// Closes without the trailer: the page will not be whole. A file of that name stays as it was; a command
+/// sees that the end is missing.
+void gps_abandon();
 
 /// Ends the page and begins another in the same file; the clip must be set again. -1 after a message where
 /// one page is all that the output can hold.

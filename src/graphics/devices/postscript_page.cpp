@@ -1,6 +1,7 @@
 #include "graphics/devices/postscript_page.h"
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -125,6 +126,7 @@ PsTarget ps_look_at_target(const std::string &name) {
 bool ps_take_off_end(const std::string &name, const PsTarget &target) {
     std::error_code error;
     std::filesystem::resize_file(FILE_add_user_path(name), target.page_end, error);
+    errno = error.value();
     return !error;
 }
 

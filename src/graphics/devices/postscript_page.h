@@ -36,7 +36,8 @@ struct PsTarget {
     std::string setup;          ///< of its last page, as ps_page_setup makes it
 };
 PsTarget ps_look_at_target(const std::string &name);
-/// Takes off what stands behind the last drawing. False when the file cannot be changed.
+/// Takes off what stands behind the last drawing. False when the file cannot be changed, for the
+/// reason in errno.
 bool ps_take_off_end(const std::string &name, const PsTarget &target);
 /// The file as it was before something was appended that could not be written.
 void ps_put_back_end(const std::string &name, const PsTarget &target);

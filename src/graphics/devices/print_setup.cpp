@@ -5,11 +5,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <limits>
+#include <utility>
 
 #include "graphics/devices/panel.h"
 #include "graphics/devices/paper.h"
 #include "lib/calendar.h"
 #include "lib/message.h"
+#include "lib/output_name.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/text.h"
@@ -72,13 +74,20 @@ PrintOutput parse_print_output(std::string_view name) {
     return {PrintOutputKind::create, std::string(name)};
 }
 
-Stream open_print_output(const PrintOutput &output) {
+OutputFile open_print_output(const PrintOutput &output) {
+    const auto refused = [&output](const char *operation, const std::string &why) {
+        MESS_print(kError, "gopen_ws: %s: %s: %s\n", operation, output.name.c_str(), why.c_str());
+        return OutputFile();
+    };
+    if (output.kind != PrintOutputKind::pipe && FILE_is_input(output.name))
+        return refused("Not written", "it is an input file");
+    OutputFile file;
     switch (output.kind) {
-    case PrintOutputKind::pipe: return FILE_open("|" + output.name, "w");
-    case PrintOutputKind::append: return FILE_open(output.name, "a");
-    case PrintOutputKind::create: break;
+    case PrintOutputKind::pipe: file = OutputFile::create("|" + output.name); break;
+    case PrintOutputKind::append: file = OutputFile::append(output.name); break;
+    case PrintOutputKind::create: file = OutputFile::create(output.name); break;
     }
-    return FILE_open(output.name, "w");
+    return file ? std::move(file) : refused("Unable to open", file.fault());
 }
 
 void report_print_output(const PrintOutput &output) {

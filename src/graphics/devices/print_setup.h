@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/stream.h"
+#include "lib/output_file.h"
 
 /// How an output name asks to be opened.
 enum class PrintOutputKind { create, append, pipe };
@@ -19,8 +19,9 @@ struct PrintOutput {
 };
 
 PrintOutput parse_print_output(std::string_view name);
-/// Opens the output; an empty Stream on failure.
-Stream open_print_output(const PrintOutput &output);
+/// Opens the output: what is created stands under its name when it is whole. Not open on failure, which has
+/// been told.
+OutputFile open_print_output(const PrintOutput &output);
 /// Says where the output goes: "Spooling to", "Appending to" or "Creating", at level kMess.
 void report_print_output(const PrintOutput &output);
 

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -14,22 +13,24 @@ constexpr std::array<double, PrintWriter::kMaxDecimals + 1> kScale{1, 1e1, 1e2, 
 
 } // namespace
 
-void PrintWriter::open(Stream stream) {
-    stream_ = std::move(stream);
+void PrintWriter::open(OutputFile file) {
+    file_ = std::move(file);
     used_ = 0;
-    failed_ = false;
 }
 
 bool PrintWriter::close() {
     flush();
-    // The buffered bytes are out of our hands only once the stream is closed, so its result counts too.
-    const bool closed = stream_.close();
-    return closed && !failed_;
+    // The buffered bytes are out of our hands only once the file is closed, so its result counts too.
+    return file_.commit();
+}
+
+void PrintWriter::abandon() {
+    used_ = 0;
+    file_.discard();
 }
 
 void PrintWriter::flush() {
-    if (stream_ && !failed_ && used_ > 0)
-        failed_ = std::fwrite(buffer_.data(), 1, used_, stream_.get()) != used_;
+    if (used_ > 0) file_.write({buffer_.data(), used_});
     used_ = 0;
 }
 

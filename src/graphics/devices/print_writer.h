@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
-#include "lib/stream.h"
+#include "lib/output_file.h"
 
 /// Owns the output of a print device. A failed write is remembered, later writes are dropped, and close()
 /// tells. Without a stream everything is dropped.
@@ -16,10 +16,14 @@ class PrintWriter {
 public:
     static constexpr int kMaxDecimals = 6;
 
-    void open(Stream stream);
-    [[nodiscard]] bool is_open() const { return static_cast<bool>(stream_); }
-    /// Writes what is buffered and closes. False when any write since open() failed, or a piped command did.
+    void open(OutputFile file);
+    [[nodiscard]] bool is_open() const { return static_cast<bool>(file_); }
+    /// Writes what is buffered, closes, and puts the file in its place. False when any write since open()
+    /// failed, or a piped command did; fault() says why.
     [[nodiscard]] bool close();
+    /// Closes what will not be whole: a file written aside is gone, what else there is ends where it is.
+    void abandon();
+    [[nodiscard]] std::string fault() const { return file_.fault(); }
 
     void text(std::string_view text);
     /// For one-line comments: control characters, line ends among them, are left out.
@@ -44,6 +48,5 @@ private:
 
     std::array<char, kBufferBytes> buffer_{};
     std::size_t used_ = 0;
-    bool failed_ = false;
-    Stream stream_;
+    OutputFile file_;
 };

@@ -118,14 +118,12 @@ int AnimatedGif::write(std::string_view path) const {
         MESS_print(kWarn, "AnimatedGif: No frames, or frames of different sizes\n");
         return 0;
     }
-    Stream file = FILE_open(path, "wb");
+    OutputFile file = create_image("AnimatedGif", path);
     if (!file) {
         MESS_print(kWarn, "Unable to open GIF file\n");
         return 0;
     }
-    const auto put_to_file = [&file](const std::string &bytes) {
-        std::fwrite(bytes.data(), 1, bytes.size(), file.get());
-    };
+    const auto put_to_file = [&file](const std::string &bytes) { file.write(bytes); };
     const auto put_frame = [&](float delay, const std::string &image) {
         std::string control;
         gif_put_control(control, kLeaveInPlace, hundredths(delay), -1);

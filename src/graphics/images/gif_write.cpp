@@ -53,7 +53,7 @@ void GIF_transparent(int flag) {
 
 int GIF_write(std::string_view path, const ImageRecord &record) {
     if (!can_write("GIF_write", record)) return 0;
-    Stream file = FILE_open(path, "wb");
+    OutputFile file = create_image("GIF_write", path);
     if (!file) {
         MESS_print(kWarn, "Unable to open GIF file\n");
         return 0;

@@ -52,8 +52,8 @@ inline constexpr std::size_t kMaxImagePixels = 100U << 20;
 void IMG_init(ImageRecord &record);
 void IMG_free(ImageRecord &record);
 
-// Writers of a record; 1 on success, 0 after a message. A file whose writing failed (full disk) stays as far
-// as it came. The XWD writer's messages go to standard error.
+// Writers of a record; 1 on success, 0 after a message. A file whose writing failed (full disk) is not there,
+// or the old one still is. The XWD writer's messages go to standard error.
 int GIF_write(std::string_view path, const ImageRecord &record);
 int PNG_write(std::string_view path, const ImageRecord &record);
 int XWD_write(std::string_view path, const ImageRecord &record);

@@ -1,10 +1,13 @@
 #include "graphics/images/image_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <string>
 
 #include "graphics/images/pixels.h"
 #include "lib/message.h"
+#include "lib/output_name.h"
+#include "lib/stream.h"
 
 namespace {
 
@@ -39,14 +42,28 @@ bool can_write(const char *operation, const ImageRecord &record) {
     return false;
 }
 
-bool write_and_close(const char *operation, std::string_view path, Stream &file, std::string_view content) {
-    std::fwrite(content.data(), 1, content.size(), file.get());
+OutputFile create_image(const char *operation, std::string_view path) {
+    const std::string name(path);
+    if (FILE_is_input(path)) {
+        MESS_print(kWarn, "%s: Not written: %s: it is an input file\n", operation, name.c_str());
+        return {};
+    }
+    OutputFile file = OutputFile::create(path);
+    if (!file)
+        MESS_print(kWarn, "%s: Unable to open: %s: %s\n", operation, name.c_str(), file.fault().c_str());
+    return file;
+}
+
+bool write_and_close(const char *operation, std::string_view path, OutputFile &file,
+                     std::string_view content) {
+    file.write(content);
     return close_written(operation, path, file);
 }
 
-bool close_written(const char *operation, std::string_view path, Stream &file) {
-    if (file.close()) return true;
-    MESS_print(kWarn, "%s: Unable to write: %s\n", operation, std::string(path).c_str());
+bool close_written(const char *operation, std::string_view path, OutputFile &file) {
+    if (file.commit()) return true;
+    MESS_print(kWarn, "%s: Unable to write: %s: %s\n", operation, std::string(path).c_str(),
+               file.fault().c_str());
     return false;
 }
 
@@ -73,7 +90,9 @@ int IMG_read(std::string_view path, ImageRecord &record, int /*flag*/) {
     IMG_init(record);
     Stream file = FILE_open(path, "rb");
     if (!file) {
+        const int fault = errno;
         MESS_print(kWarn, "IMG_read: Unable to open image file: %s\n", std::string(path).c_str());
+        MESS_print_fault(kWarn, "IMG_read", path, fault);
         return 0;
     }
     const std::vector<std::byte> bytes = file.read_all(kMaxFileBytes);

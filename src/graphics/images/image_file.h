@@ -7,14 +7,17 @@
 #include <string_view>
 
 #include "graphics/images/image.h"
-#include "lib/stream.h"
+#include "lib/output_file.h"
 
 /// False after a message when the record holds no whole picture.
 bool can_write(const char *operation, const ImageRecord &record);
+/// Opens the file of an image. Not open after a message that names it and says why.
+OutputFile create_image(const char *operation, std::string_view path);
 /// Writes the whole content and closes. False after a message.
-bool write_and_close(const char *operation, std::string_view path, Stream &file, std::string_view content);
+bool write_and_close(const char *operation, std::string_view path, OutputFile &file,
+                     std::string_view content);
 /// Closes a file that others wrote to. False after a message when a write failed.
-bool close_written(const char *operation, std::string_view path, Stream &file);
+bool close_written(const char *operation, std::string_view path, OutputFile &file);
 
 // Readers of the bytes of a file: 1, or 0 after a message with the record in any state.
 int GIF_read(std::span<const std::byte> bytes, ImageRecord &record);

@@ -1,5 +1,4 @@
 #include <csetjmp>
-#include <cstdio>
 
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
@@ -15,7 +14,7 @@ constexpr const char *kSoftware = "VYX - Korvane v5.0";
 
 /// All that the encoder needs, made before it starts.
 struct Picture {
-    std::FILE *file = nullptr;
+    OutputFile *file = nullptr;
     png_uint_32 width = 0, height = 0;
     std::size_t pixel_bytes = 1; ///< 1: slots of the palette; 3: red, green, blue
     const std::uint8_t *pixels = nullptr;
@@ -24,8 +23,8 @@ struct Picture {
 };
 
 void write_data(png_structp png, png_bytep data, png_size_t length) {
-    auto *file = static_cast<std::FILE *>(png_get_io_ptr(png));
-    if (std::fwrite(data, 1, length, file) != length) png_error(png, "write error");
+    auto *file = static_cast<OutputFile *>(png_get_io_ptr(png));
+    if (!file->write({reinterpret_cast<const char *>(data), length})) png_error(png, "write error");
 }
 
 void flush_data(png_structp /*png*/) {}
@@ -107,9 +106,9 @@ std::vector<std::uint8_t> color_bytes(const ImageRecord &record) {
 }
 
 /// With a palette as long as its 256 entries hold every colour, else in true colour.
-bool write_picture(const ImageRecord &record, std::FILE *file, PngFault &fault) {
+bool write_picture(const ImageRecord &record, OutputFile &file, PngFault &fault) {
     Picture picture;
-    picture.file = file;
+    picture.file = &file;
     picture.width = static_cast<png_uint_32>(record.width);
     picture.height = static_cast<png_uint_32>(record.height);
     const std::optional<PaletteImage> image = IMG_exact_palette(record);
@@ -127,14 +126,15 @@ bool write_picture(const ImageRecord &record, std::FILE *file, PngFault &fault) 
 
 int PNG_write(std::string_view path, const ImageRecord &record) {
     if (!can_write("PNG_write", record)) return 0;
-    Stream file = FILE_open(path, "wb");
+    OutputFile file = create_image("PNG_write", path);
     if (!file) {
         MESS_print(kWarn, "Unable to open PNG file\n");
         return 0;
     }
     PngFault fault;
-    if (!write_picture(record, file.get(), fault)) {
-        fault.throw_without_memory();
+    const bool written = write_picture(record, file, fault);
+    fault.throw_without_memory();
+    if (!written && !file.failed()) {
         MESS_print(kWarn, "PNG_write: Unable to write: %s: %s\n", std::string(path).c_str(),
                    fault.text.data());
         return 0;

@@ -180,7 +180,7 @@ bool read(std::span<const std::byte> bytes, ImageRecord &record) {
 
 int IMG_write(std::string_view path, const ImageRecord &record, int compress) {
     if (!can_write("IMG_write", record)) return 0;
-    Stream file = FILE_open(path, "wb");
+    OutputFile file = create_image("IMG_write", path);
     if (!file) {
         MESS_print(kWarn, "Unable to open: %s\n", std::string(path).c_str());
         return 0;

@@ -52,34 +52,39 @@ std::string colors_of(const ImageRecord &record) {
     return out;
 }
 
-bool write_part(Stream &file, std::string_view part, const char *failure) {
-    if (std::fwrite(part.data(), 1, part.size(), file.get()) == part.size()) return true;
+bool write_part(OutputFile &file, std::string_view part, const char *failure) {
+    if (file.write(part)) return true;
     std::fputs(failure, stderr);
     return false;
 }
 
-bool write_pixels(Stream &file, const ImageRecord &record) {
+bool write_pixels(OutputFile &file, const ImageRecord &record) {
     const std::size_t size =
         static_cast<std::size_t>(record.bytes_per_line) * static_cast<std::size_t>(record.height);
-    if (std::fwrite(record.bytes().data(), 1, size, file.get()) == size && file.close()) return true;
+    const char *const pixels = reinterpret_cast<const char *>(record.bytes().data());
+    if (file.write({pixels, size}) && file.commit()) return true;
     std::fputs("Unable to write to XWD file.\n", stderr);
     return false;
+}
+
+bool write_all(OutputFile &file, const ImageRecord &record) {
+    const std::string_view title(record.title.c_str(), record.title.size() + 1);
+    return write_part(file, header_of(record), "Unable to write dump file header\n") &&
+           write_part(file, title, "Unable to write window name to dump file.\n") &&
+           write_part(file, colors_of(record), "Unable to write color map to dump file.\n") &&
+           write_pixels(file, record);
 }
 
 } // namespace
 
 int XWD_write(std::string_view path, const ImageRecord &record) {
     if (!can_write("XWD_write", record)) return 0;
-    Stream file = FILE_open(path, "wb");
+    OutputFile file = create_image("XWD_write", path);
     if (!file) {
         std::fputs("Unable to open dump file\n", stderr);
         return 0;
     }
-    const std::string_view title(record.title.c_str(), record.title.size() + 1);
-    return write_part(file, header_of(record), "Unable to write dump file header\n") &&
-                   write_part(file, title, "Unable to write window name to dump file.\n") &&
-                   write_part(file, colors_of(record), "Unable to write color map to dump file.\n") &&
-                   write_pixels(file, record)
-               ? 1
-               : 0;
+    if (write_all(file, record)) return 1;
+    std::fprintf(stderr, "XWD_write: %s: %s\n", std::string(path).c_str(), file.fault().c_str());
+    return 0;
 }

@@ -25,6 +25,8 @@ int gclose_gks();
 int gopen_ws(int ws_id, std::string_view device_spec, DeviceKind kind);
 /// Closes the device. -1 when what was written to it is not complete (a write failed).
 int gclose_ws(int ws_id);
+/// What is being written to a file device will not be whole: it is dropped, and closing will not end it.
+void gabandon_ws();
 int gactivate_ws(int ws_id);
 int gdeactivate_ws(int ws_id);
 int gclear_ws(int ws_id, int flag);

@@ -212,6 +212,10 @@ int gclose_ws(int /*ws_id*/) {
     return status;
 }
 
+void gabandon_ws() {
+    if (gstate().kind == DeviceKind::ps) gps_abandon();
+}
+
 int gactivate_ws(int /*ws_id*/) {
     return 0;
 }

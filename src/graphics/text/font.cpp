@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <functional>
 #include <map>
 #include <vector>
@@ -86,7 +87,9 @@ void add_words(Stream &stream) {
 void read_named_list(std::string_view name) {
     Stream stream = FILE_open_data(name);
     if (!stream) {
+        const int fault = errno;
         MESS_print(kWarn, "gsetup_fonts: unable to load font list file: %s\n", std::string(name).c_str());
+        MESS_print_fault(kWarn, "gsetup_fonts", name, fault);
         return;
     }
     add_words(stream);

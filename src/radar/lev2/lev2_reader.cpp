@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include "lib/byte_reader.h"
 #include "lib/message.h"
@@ -65,8 +66,10 @@ int LEV2_open_file(std::string_view name) {
     const std::string copy(name);
     LEV2_close_file();
     if (LEV2_open_stream(name) != 1) {
+        const int fault = errno;
         LEV2_close_stream();
         MESS_print(kWarn, "LEV2_open_file: Unable to open file:%s\n", copy.c_str());
+        MESS_print_fault(kWarn, "LEV2_open_file", copy, fault);
         return 0;
     }
     if (CONT_get_bar() != kBarOff) CONT_set_bar(1);

@@ -185,7 +185,7 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
     // A product without a bin size has no cells to draw.
     const bool draw = FLAG_getplot(kPlotSummary) > 0 && grid.bin > 0;
     std::array<float, kCellLevels> values{};
-    int packet = info.packet;
+    int packet = info.packet, rasters = 0;
     for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
         if (!is_radial(packet) && !is_raster(packet)) {
             draw_symbols(packet, data, grid_lines);
@@ -201,8 +201,9 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
         if (is_radial(packet)) {
             draw_radials(packet, grid, ink, sink);
         } else {
-            std::optional<NidsGridFile> file = NIDS_grd_out_file(info);
+            std::optional<NidsGridFile> file = NIDS_grd_out_file(info, ++rasters);
             draw_rows(info, grid, ink, sink, file ? &*file : nullptr);
+            if (file) file->finish();
         }
     }
 }

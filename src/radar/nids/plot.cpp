@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 
 #include "graphics/kernel/gph.h"
@@ -133,7 +134,9 @@ int NIDS_open_file(std::string_view name) {
     const std::string copy(name);
     NIDS_close_file();
     if (NIDS_open_stream(name) != 1) {
+        const int fault = errno;
         MESS_print(kWarn, "NIDS_open_file: Unable to open file:%s\n", copy.c_str());
+        MESS_print_fault(kWarn, "NIDS_open_file", copy, fault);
         return 0;
     }
     if (NIDS_get_header(state.info) != 1) {
