@@ -117,7 +117,9 @@ bool is_refused(const std::string &path, bool named, const char *what) {
     if (named || !is_relative(path) || FILE_exist(path) == 0) return false;
     const std::string fault = TRUST_fault(path);
     if (fault.empty()) return false;
-    WORD_tell("-df (default)", path + ": " + what + ", " + fault + "; -df . allows it");
+    const std::string directory = fs::path(path).parent_path().string();
+    WORD_tell("-df (default)", path + ": " + what + ", " + fault + "; -df " +
+                                   (directory.empty() ? "." : directory) + " allows it");
     return true;
 }
 

@@ -72,7 +72,9 @@ int PLT_panel(float aspect) {
 
 int PLT_close() {
     if (PLT_nothing_to_draw()) {
-        if (!PLT_finish_images() || std::exchange(state.missed, false)) VYX_exit(kExitSession);
+        if (!PLT_finish_images()) PLT_miss_picture();
+        const ExitStatus status = std::exchange(state.status, kExitOk);
+        if (status != kExitOk) VYX_exit(status);
         return -1;
     }
     const bool held = window_stays();

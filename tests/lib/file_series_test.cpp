@@ -127,11 +127,12 @@ TEST(FileChoice, AsksAtTheTerminal) {
         std::freopen(dir.write("answers", lines).c_str(), "r", stdin);
         std::string name;
         const int found = FILE_get_file("Which? ", name);
-        std::exit(found == 1 && name == good ? 77 : 78);
+        std::exit(found == 1 && (name == good || FILE_is_command(name)) ? 77 : 78);
     };
     EXPECT_EXIT(answer("bad\nlist\nbad\nbad\n" + good + "\n"), testing::ExitedWithCode(77),
                 "(File not found: bad\n.*){3}");
     EXPECT_EXIT(answer("a\nb\nc\nd\n" + good + "\n"), testing::ExitedWithCode(10), "File not found: d\n");
+    EXPECT_EXIT(answer("|cat<good\n"), testing::ExitedWithCode(77), "");
     EXPECT_EXIT(answer("exit\n"), testing::ExitedWithCode(0), "");
     EXPECT_NE(std::system(("test -e " + dir.at("x")).c_str()), 0) << "a template never runs as a command";
 }

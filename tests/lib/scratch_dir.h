@@ -6,11 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 class ScratchDir {
 public:
     ScratchDir() {
+        umask(022); // settings that a group may write are not read
         std::string pattern = (std::filesystem::temp_directory_path() / "vyx_test_XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) throw std::filesystem::filesystem_error(pattern, {});
         path_ = pattern;
