@@ -2,13 +2,14 @@
 PREFIX ?= /usr/local/vyx
 JOBS   ?= $(shell nproc)
 
-.PHONY: all release demo demo-window check bench fuzz install clean setup
+.PHONY: all release demo demo-window check bench fuzz soak install clean setup
 
 all: release
 
 release: setup
-	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) -DVYX_BENCH=OFF >/dev/null
+	cmake --preset release "-DCMAKE_INSTALL_PREFIX=$(PREFIX)" -DVYX_BENCH=OFF >/dev/null
 	cmake --build --preset release -j $(JOBS)
+	tools/check_binary build/release/vyxradar
 
 setup:
 	tools/setup_debian build
@@ -38,6 +39,11 @@ fuzz:
 	cmake --preset fuzz >/dev/null
 	cmake --build --preset fuzz -j $(JOBS)
 	tools/run_fuzzers $(or $(FUZZ_SECONDS),60)
+
+# Thousands of files in one process, SOAK_SECONDS of a looping window: memory and open files stay what they were.
+soak: release
+	tools/setup_debian soak
+	SOAK_FILES=$(or $(SOAK_FILES),10000) SOAK_SECONDS=$(or $(SOAK_SECONDS),600) tools/soak
 
 install: release
 	cmake --install build/release
