@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <limits>
@@ -89,7 +90,9 @@ void trace_date(const char *what, const DateRecord &date) {
 }
 
 [[noreturn]] void end_without_file(const std::string &name) {
+    const int fault = errno;
     MESS_print(kWarn, "File not found: %s\n", name.c_str());
+    if (fault == EACCES || fault == ENOTDIR) MESS_print_fault(kWarn, "FILE_get_file", name, fault);
     VYX_exit(kExitNoFile);
 }
 
