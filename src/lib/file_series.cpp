@@ -1,6 +1,7 @@
 #include "lib/file_series.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <limits>
 #include <vector>
@@ -88,7 +89,9 @@ void trace_date(const char *what, const DateRecord &date) {
 }
 
 [[noreturn]] void end_without_file(const std::string &name) {
+    const int fault = errno;
     MESS_print(kWarn, "File not found: %s\n", name.c_str());
+    if (fault == EACCES || fault == ENOTDIR) MESS_print_fault(kWarn, "FILE_get_file", name, fault);
     VYX_exit(kExitNoFile);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cmath>
 #include <optional>
 #include <vector>
@@ -146,6 +147,11 @@ std::optional<std::string_view> keyword_value(std::string_view word, std::string
     return word.substr(keyword.size() + 1);
 }
 
+void tell_no_level_file(const std::string &name, int fault) {
+    MESS_print(kWarn, "CONT_set_fill_colors: Unable to read contour level file: %s\n", name.c_str());
+    MESS_print_fault(kWarn, "CONT_set_fill_colors", name, fault);
+}
+
 } // namespace
 
 void CONT_init() {
@@ -206,7 +212,7 @@ int CONT_set_fill_colors(std::string_view given, int flag) {
         if (levels)
             install_levels(*levels);
         else
-            MESS_print(kWarn, "CONT_set_fill_colors: Unable to read contour level file: %s\n", spec.c_str());
+            tell_no_level_file(spec, errno);
         return 0;
     }
     install_levels(decode_level_list(elements));

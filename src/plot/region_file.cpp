@@ -1,5 +1,6 @@
 #include "plot/region_file.h"
 
+#include <cerrno>
 #include <vector>
 
 #include "lib/data_file.h"
@@ -41,7 +42,11 @@ RegionLine decode_line(std::string_view text, const TextLines &lines) {
 TextLines open_region_file(std::string_view name) {
     const std::string path = FILE_find_data(name);
     TextLines lines(FILE_open(path, "r"), path, kLongestLine);
-    if (!lines) MESS_print(kFileTrace, "Unable to open region file: %s\n", path.c_str());
+    if (!lines) {
+        const int fault = errno;
+        MESS_print(kFileTrace, "Unable to open region file: %s\n", path.c_str());
+        MESS_print_fault(kFileTrace, "open_region_file", path, fault);
+    }
     return lines;
 }
 

@@ -134,11 +134,16 @@ TEST_F(FontList, TellsWhatCannotBeLoaded) {
               "gset_fontprec: invalid font id: 3\n"
               "read_font: unable to load font file: broken.fnt\n"
               "read_font: unable to load font: 9x15\n"
+              "read_font: missing.fnt: No such file or directory\n"
               "read_font: unable to load font file: missing.fnt\n"
+              "read_font: : Invalid argument\n"
               "read_font: unable to load font file: \n"
+              "read_font: -: Invalid argument\n"
               "read_font: unable to load font file: -\n"
+              "read_font: .: Is a directory\n"
               "read_font: unable to load font file: .\n"
-              "gsetup_fonts: unable to load font list file: missing.fnl\n");
+              "gsetup_fonts: unable to load font list file: missing.fnl\n"
+              "gsetup_fonts: missing.fnl: No such file or directory\n");
 }
 
 // The fonts that come with the program: complete, and capitals exactly one character height tall.

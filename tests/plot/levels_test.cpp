@@ -178,7 +178,8 @@ TEST_F(Levels, Files) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(CONT_set_fill_colors("missing.lev", 0), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "CONT_set_fill_colors: Unable to read contour level file: missing.lev\n");
+              "CONT_set_fill_colors: Unable to read contour level file: missing.lev\n"
+              "CONT_set_fill_colors: missing.lev: No such file or directory\n");
     EXPECT_EQ(CONT_set_fill_colors("red,green", 0), 0) << "the colours are not chosen yet";
     std::string many;
     for (int i = 0; i < 1000; ++i) many += std::to_string(i) + ":red\n";

@@ -120,7 +120,10 @@ void read_list() {
 
 std::optional<StrokeFont> load_file(std::string_view name) {
     Stream stream = FILE_open_data(name);
-    if (!stream) return std::nullopt;
+    if (!stream) {
+        MESS_print_fault(kWarn, "read_font", name, errno);
+        return std::nullopt;
+    }
     const std::vector<std::byte> bytes = stream.read_all(kMaxFontFileBytes);
     std::string content(bytes.size(), '\0');
     std::ranges::transform(bytes, content.begin(), [](std::byte b) { return static_cast<char>(b); });
