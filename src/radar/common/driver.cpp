@@ -126,9 +126,9 @@ void end_picture(int n) {
 /// Opens a file of the series unless it has been tried before. A time of a series that has no file is none.
 bool open_next(const RadarSteps &steps, const std::string &name) {
     const bool opened = !was_tried(name) && steps.open_file(name) == 1;
-    const bool listed = RES_getvals("filename").size() > 1;
-    if (!opened && (listed || FILE_exist(name) == 1)) state.lacks_file = true;
-    return opened;
+    if (opened) return true;
+    if (FILE_exist(name) == 1 || RES_getvals("filename").size() > 1) state.lacks_file = true;
+    return false;
 }
 
 /// What draws a file. False, told of, when memory ran out: the file says how much it takes, so those before
