@@ -31,10 +31,12 @@ struct State {
     MessageOutput output = MessageOutput::terminal;
     int paging = kPauseWhereAsked;
     int max_lines = kDefaultMaxLines;
-    int line_count = 0;   ///< lines on the terminal since the last pause
-    Stream log;           ///< closed between messages when `output` is log_reopened
-    std::string log_name; ///< for log_reopened
-    Stream copy;          ///< the stream of MESS_file
+    int line_count = 0; ///< lines on the terminal since the last pause
+    Stream log;         ///< closed between messages when `output` is log_reopened
+    std::string log_name;
+    bool log_lost = false; ///< the log could not be written to its end, and that was told
+    LogRefusal refuse_log = nullptr;
+    Stream copy; ///< the stream of MESS_file
 };
 State state;
 
@@ -77,6 +79,15 @@ void tell_log_fault(std::string_view name) {
     WORD_tell("message", "Unable to open log file: " + std::string(name) + ": " + cause);
 }
 
+/// Closes the log. What it lacks is told once, past every sink: nowhere else would it be seen.
+void close_log() {
+    errno = 0;
+    if (state.log.close() || state.log_lost) return;
+    state.log_lost = true;
+    const char *cause = errno != 0 ? std::strerror(errno) : "a part is lost";
+    std::fprintf(stderr, "MESS_print: Error writing log file: %s: %s\n", state.log_name.c_str(), cause);
+}
+
 void write_log(const std::string &text) {
     if (state.output == MessageOutput::log_reopened) {
         state.log = FILE_open(state.log_name, "a");
@@ -86,7 +97,7 @@ void write_log(const std::string &text) {
     if (!state.log) return;
     if (state.output == MessageOutput::log_stamped) write(state.log.get(), DATE_get_current_str() + " -- ");
     write(state.log.get(), text);
-    if (state.output == MessageOutput::log_reopened) state.log.close();
+    if (state.output == MessageOutput::log_reopened) close_log();
 }
 
 /// Errors and warnings come behind the plain output that precedes them, also when both go to one pipe.
@@ -131,25 +142,28 @@ std::string_view behind(std::string_view item, std::string_view keyword) {
     return item.substr(std::min(keyword.size() + 1, item.size()));
 }
 
+/// False, told, for a name that cannot be a log. One that cannot be opened is told too.
+bool open_log(const LogWord &word, std::string_view name) {
+    const char *refusal = name.starts_with('|') ? "A log file is no command: " : nullptr;
+    if (state.refuse_log != nullptr && state.refuse_log(name)) refusal = "A log file is no input file: ";
+    if (refusal != nullptr) {
+        WORD_tell("message", refusal + std::string(name));
+        return false;
+    }
+    state.log_name = name;
+    state.log_lost = false;
+    if (word.mode == nullptr) return true;
+    state.log = FILE_open(name, word.mode);
+    if (!state.log) tell_log_fault(name);
+    return true;
+}
+
 bool apply_log_word(std::string_view item) {
     for (const LogWord &word : kLogWords) {
         if (!begins_with(item, word.name)) continue;
-        const std::string_view name = behind(item, word.name);
-        state.log.close();
-        if (name.starts_with('|')) {
-            WORD_tell("message", "A log file is no command: " + std::string(name));
-            WORD_flush();
-            return true;
-        }
-        if (word.mode != nullptr)
-            state.log = FILE_open(name, word.mode);
-        else
-            state.log_name = name;
-        if (word.mode != nullptr && !state.log) {
-            tell_log_fault(name);
-            WORD_flush();
-        }
-        state.output = word.output;
+        close_log();
+        if (open_log(word, behind(item, word.name))) state.output = word.output;
+        WORD_flush();
         return true;
     }
     return false;
@@ -256,6 +270,15 @@ int MESS_get_max_lines() {
 
 void MESS_set_out(MessageOutput mode) {
     state.output = mode;
+}
+
+void MESS_refuse_log(LogRefusal refuses) {
+    state.refuse_log = refuses;
+}
+
+bool MESS_end_log() {
+    close_log();
+    return !state.log_lost;
 }
 
 void MESS_set_page(int mode) {

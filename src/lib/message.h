@@ -51,6 +51,11 @@ unsigned MESS_get();
 int MESS_check_set();
 int MESS_get_max_lines();
 void MESS_set_out(MessageOutput mode);
+/// Names for which it is true are no log files: nothing is written there, and that is told.
+using LogRefusal = bool (*)(std::string_view name);
+void MESS_refuse_log(LogRefusal refuses);
+/// Closes the log file. False when a part of what it was sent could not be written, which has been told.
+bool MESS_end_log();
 /// 0 never pause, 1 pause only where MESS_hold is called, 2 pause after each screenful.
 void MESS_set_page(int mode);
 

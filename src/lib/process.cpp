@@ -24,19 +24,26 @@ struct State {
 };
 State state;
 
-/// What was said on standard output may lie in a buffer until the end, and find no room then.
-int status_with_output(int status) {
+bool deliver_output() {
     errno = 0;
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
     const char *cause = errno != 0 ? std::strerror(errno) : "a part is lost";
     MESS_print(kError, "VYX_exit: Error writing standard output: %s\n", cause);
-    return status == kExitOk ? kExitSession : status;
+    return false;
+}
+
+/// `status`, unless it tells of success that is none.
+int status_unless(int status, bool whole) {
+    return status == kExitOk && !whole ? kExitSession : status;
 }
 
 } // namespace
 
 void VYX_exit(int status) {
-    std::exit(status_with_output(status));
+    // What was said on standard output and to the log may lie in a buffer until now, and find no room.
+    const bool said = deliver_output();
+    const bool logged = MESS_end_log();
+    std::exit(status_unless(status, said && logged));
 }
 
 const char *VYX_version() {
@@ -67,7 +74,7 @@ float VYX_elapse_time() {
 
 int VYX_back_proc(int status) {
     // What is buffered now would be written by both processes.
-    status = status_with_output(status);
+    status = status_unless(status, deliver_output());
     std::fflush(nullptr);
     const pid_t child = fork();
     if (child < 0) return 0;

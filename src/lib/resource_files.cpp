@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <utility>
@@ -79,6 +81,7 @@ void store_entry(std::string_view key, const std::string &value, const ResourceP
 }
 
 bool read_file(const std::string &path, ResourceSections &sections, const ResourceProgram &program) {
+    errno = 0;
     TextLines lines(FILE_open(path, "r"), path, kLongestLine);
     if (!lines) return false;
     state.read.push_back(path);
@@ -143,7 +146,8 @@ std::string read_element(const std::string &element, ResourceSections &sections,
     } else if (FILE_is_dir(element) != 0) {
         if (read_found_file(resource_file_of(element), sections, program, named)) return element;
     } else if (!read_found_file(element, sections, program, named) && named) {
-        WORD_tell("-df (default)", "Unable to read settings file: " + element);
+        const std::string cause = std::strerror(errno);
+        WORD_tell("-df (default)", "Unable to read settings file: " + element + ": " + cause);
     }
     return {};
 }

@@ -6,6 +6,7 @@
 #include "lib/flag.h"
 #include "lib/message.h"
 #include "lib/missing.h"
+#include "lib/output_name.h"
 #include "lib/resource.h"
 #include "lib/resource_sources.h"
 #include "lib/set_time.h"
@@ -55,6 +56,7 @@ void read_sources(std::span<const char *const> arguments, ResourceProgram &progr
     RES_read_environment(program);
     RES_read_command(arguments, program);
     default_file_path(program, data_directory);
+    MESS_refuse_log(FILE_is_input);
     RES_convert_all();
 }
 

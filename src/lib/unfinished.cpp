@@ -2,6 +2,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 
 #include <unistd.h>
@@ -18,8 +19,12 @@ constexpr std::array kEndingSignals{SIGHUP,  SIGINT,  SIGQUIT, SIGTERM, SIGPIPE,
 using Path = std::atomic<const char *>;
 static_assert(Path::is_always_lock_free, "a signal handler reads the paths");
 
+/// For the handlers: a stack that has overflowed has no room for them.
+constexpr std::size_t kStackBytes = 16384;
+
 struct State {
     std::array<Path, kMostFiles> paths{};
+    std::array<std::byte, kStackBytes> stack{};
     bool at_exit = false; ///< the end of the process removes the files
 };
 State state;
@@ -46,12 +51,24 @@ void catch_by_default(int signal_number, void (*handler)(int)) {
     if (!is_default) return;
     struct sigaction wanted {};
     wanted.sa_handler = handler;
+    wanted.sa_flags = SA_ONSTACK;
     sigfillset(&wanted.sa_mask);
     sigaction(signal_number, &wanted, nullptr);
 }
 
+/// Unless there is one already, as checking tools bring it.
+void use_own_stack() {
+    stack_t stack{};
+    if (sigaltstack(nullptr, &stack) != 0 || (stack.ss_flags & SS_DISABLE) == 0) return;
+    stack = {};
+    stack.ss_sp = state.stack.data();
+    stack.ss_size = state.stack.size();
+    sigaltstack(&stack, nullptr);
+}
+
 /// Again for each file: what a signal does may have been set back meanwhile.
 void catch_signals() {
+    use_own_stack();
     for (const int signal_number : kEndingSignals) catch_by_default(signal_number, end_by_signal);
     catch_by_default(SIGXFSZ, let_the_write_fail);
     if (!state.at_exit) state.at_exit = std::atexit(remove_all) == 0;

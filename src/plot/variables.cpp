@@ -1,12 +1,15 @@
 #include "plot/variables.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 #include "lib/data_file.h"
 #include "lib/resource.h"
 #include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
+#include "lib/words.h"
 
 namespace {
 
@@ -42,8 +45,12 @@ PlotVariable parse_line(std::string_view line) {
 std::vector<PlotVariable> read_variables(std::string_view file) {
     std::vector<PlotVariable> known;
     Stream stream = FILE_open_data(file);
+    if (!stream) {
+        const std::string cause = std::strerror(errno);
+        WORD_tell("variable", "Unable to open variable file: " + FILE_find_data(file) + ": " + cause);
+    }
     std::string line;
-    while (stream && stream.get_line(line))
+    while (stream.get_line(line))
         if (PlotVariable variable = parse_line(line); !variable.name.empty())
             known.push_back(std::move(variable));
     return known;

@@ -1,5 +1,5 @@
 #pragma once
-/// The commands that the user guide prints, as it prints them.
+/// The commands that the documents print, as they print them.
 
 #include <cstdlib>
 #include <filesystem>
@@ -8,9 +8,12 @@
 #include <string_view>
 #include <vector>
 
-struct GuideBlock {
-    int chapter = 0;
-    std::string text; ///< lines of one indented block
+inline constexpr const char *kGuide = VYX_SOURCE_DIR "/docs/user-guide.md";
+inline constexpr const char *kReadme = VYX_SOURCE_DIR "/README.md";
+
+struct GuideCommand {
+    int chapter = 0;  ///< 0 outside numbered ones
+    std::string text; ///< a line, or a whole loop
 
     /// A window is held until somebody ends it.
     [[nodiscard]] bool opens_window() const {
@@ -18,15 +21,20 @@ struct GuideBlock {
     }
 };
 
-/// Blocks in which the program runs. Chapter 0, which makes program and samples, is not among them.
-inline std::vector<GuideBlock> guide_blocks() {
+/// The commands of the indented blocks in which the program runs, or an interpreter shows what it has made.
+inline std::vector<GuideCommand> document_commands(const char *document) {
     constexpr std::string_view kIndent = "    ";
-    std::ifstream guide(VYX_SOURCE_DIR "/docs/user-guide.md");
-    std::vector<GuideBlock> blocks;
-    GuideBlock block;
+    std::ifstream guide(document);
+    std::vector<GuideCommand> commands;
+    GuideCommand block;
     const auto end_block = [&] {
-        const bool runs = block.text.find("vyxradar -") != std::string::npos;
-        if (runs && block.chapter > 0) blocks.push_back(block);
+        const bool runs = block.text.find("vyxradar -") != std::string::npos || block.text.starts_with("gs ");
+        const bool loop = block.text.find("\ndone") != std::string::npos;
+        for (std::size_t at = 0; runs && at < block.text.size();) {
+            const std::size_t end = loop ? block.text.size() : block.text.find('\n', at);
+            commands.push_back({block.chapter, block.text.substr(at, end - at)});
+            at = end + 1;
+        }
         block.text.clear();
     };
     for (std::string line; std::getline(guide, line);) {
@@ -38,26 +46,14 @@ inline std::vector<GuideBlock> guide_blocks() {
         if (line.starts_with("## ")) block.chapter = std::atoi(line.c_str() + 3);
     }
     end_block();
-    return blocks;
-}
-
-/// Each command of a block.
-inline std::vector<std::string> guide_commands(const GuideBlock &block) {
-    if (block.text.find("\ndone") != std::string::npos) return {block.text}; // a loop
-    std::vector<std::string> commands;
-    for (std::size_t at = 0; at < block.text.size();) {
-        const std::size_t end = block.text.find('\n', at);
-        commands.push_back(block.text.substr(at, end - at));
-        at = end + 1;
-    }
     return commands;
 }
 
-/// Goes where the commands are to run: program and samples are at hand, as the guide's beginning makes them.
+/// Goes where the commands are to run: the program, samples and a file of one's own are at hand.
 inline bool enter_guide_directory(const std::string &directory) {
     std::filesystem::current_path(directory);
     const std::string path =
         std::filesystem::path(VYX_PROGRAM).parent_path().string() + ":" + std::getenv("PATH");
     setenv("PATH", path.c_str(), 1);
-    return std::system("make_samples samples") == 0;
+    return std::system("make_samples samples && cp samples/KLSX_N0R_20030704_2200 FILE") == 0;
 }

@@ -228,7 +228,8 @@ TEST(OptionWords, LevelsAndSourcesDecideWhatIsTold) {
     EXPECT_EQ(lines[0], settings + ", line 4: Of 308 characters only the first 249 are read");
     EXPECT_EQ(lines[1], "-dr (draw): \"foo\" is not known");
     EXPECT_EQ(told("-ba -df " + dir.at("none")),
-              std::vector<std::string>{"-df (default): Unable to read settings file: " + dir.at("none")});
+              std::vector<std::string>{"-df (default): Unable to read settings file: " + dir.at("none") +
+                                       ": No such file or directory"});
 }
 
 } // namespace

@@ -93,6 +93,32 @@ TEST(Outputs, ARunThatIsKilledLeavesWholeFiles) {
     EXPECT_GT(whole, 0);
 }
 
+TEST(Outputs, WhoReadsWhileWeWriteSeesWholePictures) {
+    const ProgramRun run;
+    run.product("n0r", samples::reflectivity(0));
+    run.product("ncr", samples::composite(0));
+    ASSERT_EQ(run(kImage + "-pp png=x.png n0r").status, 0);
+    const Child writer(
+        {"sh", "-c",
+         "while :; do for f in n0r ncr; do " VYX_PROGRAM " " + kImage + "-pp png=x.png $f; done; done"},
+        run.dir.at("log"));
+    constexpr int kReads = 1000, kLeastChanges = 50;
+    int whole = 0, reads = 0, changes = 0;
+    std::string before;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+    while ((reads < kReads || changes < kLeastChanges) && std::chrono::steady_clock::now() < end) {
+        std::string now = file_text(run.dir.at("x.png"));
+        ++reads;
+        whole += now.size() > 8 && now.find("IEND") == now.size() - 8 ? 1 : 0;
+        changes += now != before ? 1 : 0;
+        before = std::move(now);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    EXPECT_EQ(whole, reads);
+    EXPECT_GE(reads, kReads);
+    EXPECT_GE(changes, kLeastChanges);
+}
+
 TEST(Outputs, AnInputIsNotWrittenOver) {
     const ProgramRun run;
     run.product("n0r", samples::reflectivity(0));
@@ -107,6 +133,13 @@ TEST(Outputs, AnInputIsNotWrittenOver) {
         EXPECT_EQ(run(kImage + "-pp " + kind + "=link n0r").status, 1) << kind;
     run.product("ncr", samples::composite(0));
     EXPECT_EQ(run("-ba -inp nids -de p,page.ps -of vyx:@n0r ncr n0r").status, 1);
+    for (const std::string kind : {"fi", "-fi", "@fi", "dfi"}) {
+        const RunResult log = run("-me=" + kind + "=link -inp nids -de p,page.ps n0r");
+        EXPECT_TRUE(contains(log.err, "-me (message): A log file is no input file: link\n")) << log.err;
+    }
+    const RunResult full = run("-me +fi=/dev/full -inp nids -mf none -de p,page.ps n0r");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_TRUE(contains(full.err, "Error writing log file: /dev/full: No space left on device\n"));
     EXPECT_EQ(file_text(run.dir.at("n0r")), before);
 }
 

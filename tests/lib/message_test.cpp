@@ -77,6 +77,19 @@ TEST_F(Message, ALogThatCannotBeOpenedIsToldOnce) {
     }
 }
 
+TEST_F(Message, ALogThatFillsUpIsToldAtTheEnd) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+    for (const char *word : {"fi=/dev/full", "+fi=/dev/full", "dfi=/dev/full"}) {
+        MESS_set_str(word);
+        testing::internal::CaptureStderr();
+        MESS_print(kMess, "one\n");
+        MESS_print(kMess, "two\n");
+        EXPECT_FALSE(MESS_end_log()) << word;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "MESS_print: Error writing log file: /dev/full: No space left on device\n");
+    }
+}
+
 TEST_F(Message, TheMaskDecides) {
     EXPECT_EQ(MESS_print(0x100000, "hidden"), 0);
     EXPECT_EQ(printed(0x100000, "hidden"), "");

@@ -2,6 +2,7 @@
 
 #include "lib/output_file.h"
 
+#include <array>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -57,6 +58,14 @@ int end_of(const std::function<void()> &work) {
     int status = 0;
     waitpid(child, &status, 0);
     return status;
+}
+
+/// Fills the stack.
+int depth_without_end(int depth) { // NOLINT(misc-no-recursion)
+    if (depth < 0) return 0;
+    std::array<volatile char, 4096> room{};
+    room[0] = static_cast<char>(depth);
+    return depth_without_end(depth + 1) + room[0];
 }
 
 class OutputFileTest : public testing::Test {
@@ -139,6 +148,15 @@ TEST_F(OutputFileTest, AProcessThatEndsLeavesTheOldFileOnly) {
     }
     EXPECT_EQ(end_of(write_half), 0);
     EXPECT_EQ(files(), 1) << "at a plain end, too";
+#ifndef __SANITIZE_ADDRESS__ // which ends the process itself
+    EXPECT_TRUE(WIFSIGNALED(end_of([&] {
+        write_half();
+        const rlimit small{1U << 20, 1U << 20};
+        setrlimit(RLIMIT_STACK, &small);
+        EXPECT_GT(depth_without_end(0), 0);
+    })));
+    EXPECT_EQ(files(), 1) << "when the stack is full";
+#endif
     EXPECT_EQ(content(name), "old");
     EXPECT_EQ(end_of([&] {
                   signal(SIGHUP, SIG_IGN);

@@ -31,7 +31,9 @@ TEST_F(VariablesTest, AreFoundByNameOrByItsFirstPart) {
     EXPECT_EQ(vars[3].decimals, 3);
     EXPECT_EQ(VAR_has("vil"), 1);
     EXPECT_EQ(VAR_has("broken"), 0);
+    testing::internal::CaptureStderr();
     EXPECT_EQ(VAR_setup("missing.var"), 4);
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with("missing.var: No such file or directory\n"));
     EXPECT_EQ(VAR_get_vars()[0].decimals, 0);
 }
 

@@ -12,6 +12,7 @@
 #include "lib/stream.h"
 #include "radar/lev2/reader.h"
 #include "samples/level2.h"
+#include "samples/level3.h"
 
 namespace {
 
@@ -281,11 +282,17 @@ TEST_F(Lev2Reader, DamageIsToldAndWhatStandsBeforeItIsRead) {
     const Bytes cut_radial(radial.begin(), radial.begin() + 100);
     samples::ByteWriter huge;
     huge.i32(-2147483647 - 1).text("BZh9");
+    samples::ByteWriter pieces; // one more than a record has
+    for (int i = 0; i < 101; ++i) pieces.append(samples::bzip2_compressed(Bytes(1)));
+    samples::ByteWriter many;
+    many.i32(static_cast<int>(pieces.bytes().size())).append(pieces.bytes());
     const struct {
         Bytes file;
         int radials;
         const char *said;
     } cases[]{
+        {joined({header, record, many.bytes()}), 1,
+         "LEV2_get_block: Record 2 has more than 100 compressed pieces\n"},
         {joined({header, record, damaged, record}), 1, "LEV2_get_block: Record 2 is damaged\n"},
         {joined({header, record, short_record}), 2, "LEV2_get_block: The file ends within record 2: "},
         {joined({header, record, huge.bytes()}), 1,

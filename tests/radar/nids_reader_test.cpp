@@ -213,6 +213,15 @@ TEST(NidsStream, DamagedAndEndlessCompressionEndsInTime) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(status(bomb), 1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "NIDS_read: Product larger than 67108864 bytes\n");
+    // More streams than a product has, each of one byte
+    Bytes pieces = message(made);
+    pieces.resize(kSymbologyAt);
+    const Bytes piece = samples::bzip2_compressed(Bytes(1));
+    for (int i = 0; i < 20'001; ++i) pieces.insert(pieces.end(), piece.begin(), piece.end());
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(status(pieces), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "NIDS_read: Product of more than 20000 compressed pieces, the rest is not read\n");
 }
 
 TEST(NidsNumbers, ThresholdWordsFloatsAndDates) {

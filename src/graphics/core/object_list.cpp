@@ -67,6 +67,7 @@ std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *da
     std::byte *const place = take(sizeof(ObjectRecord) + size);
     if (place == nullptr) {
         gerr_printf("newobj", "malloc error\n");
+        state.recording = false; // a list with a hole is of no use, and one message tells of it
         return nullptr;
     }
     auto *const record = new (place) ObjectRecord{type, value, size, nullptr};

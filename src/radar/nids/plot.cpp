@@ -116,10 +116,12 @@ void NIDS_check_variables() {
     static constexpr std::array words{"comp"sv,  "track"sv, "id"sv,       "tvs"sv,      "meso"sv,  "posh"sv,
                                       "poh"sv,   "hsize"sv, "vil"sv,      "dbzm"sv,     "dbzht"sv, "top"sv,
                                       "table"sv, "mvmt"sv,  "wave_dir"sv, "move_spd"sv, "watch"sv};
+    const std::vector<std::string> wanted = RES_getvals("variable");
+    if (wanted.empty()) return;
     const std::vector<std::string> described = VAR_known_names(kVariableFile);
     std::vector<std::string_view> known(words.begin(), words.end());
     known.insert(known.end(), described.begin(), described.end());
-    for (const std::string &entry : RES_getvals("variable")) {
+    for (const std::string &entry : wanted) {
         const std::string_view text = trimmed(entry), name = text.substr(0, text.find('-'));
         if (!name.empty() && std::ranges::find(known, name) == known.end())
             WORD_unknown("variable", name, known);
