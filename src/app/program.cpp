@@ -15,6 +15,8 @@
 #include "lib/flag.h"
 #include "lib/memory_reserve.h"
 #include "lib/message.h"
+#include "lib/message_option.h"
+#include "lib/output_name.h"
 #include "lib/process.h"
 #include "lib/resource.h"
 #include "lib/resource_start.h"
@@ -90,6 +92,7 @@ int dispatch(int type) {
 }
 
 int run(int argc, const char *const argv[]) {
+    MESS_refuse_log(FILE_is_input);
     RES_init(argc, argv, RES_keyed_ids(), RES_positional_ids());
     if (FLAG_help() == 1) {
         const std::string &name = RES_get_progname();

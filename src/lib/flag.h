@@ -3,13 +3,12 @@
 /// of the plot components.
 
 #include <cstdint>
-#include <string_view>
 
 /// Flag slots in use. kMissing in a slot means unset.
 enum FlagId : int {
     kFlagDevice = 2,      ///< workstation type, see DeviceKind
     kFlagDomain = 5,      ///< result of the domain decoding
-    kFlagPlotType = 11,   ///< plot type code, see FLAG_set_plot_type
+    kFlagPlotType = 11,   ///< plot type code, see flag_words.cpp
     kFlagInputType = 14,  ///< input type code 31 to 38
     kFlagFileParam = 15,  ///< 1 recalculate or overwrite, 2 append, 3 use existing
     kFlagRawForm = 16,    ///< 0 raw, 1 converted
@@ -55,9 +54,3 @@ void FLAG_set_batch(int value);
 void FLAG_setplot(int index, int value);
 int FLAG_getplot(int index);
 void FLAG_resetplot(int value);
-
-/// Values of the resources "draw", "plot_type" and "file_param". Unknown words change nothing and are
-/// told.
-void FLAG_set_draw(std::string_view value);
-void FLAG_set_plot_type(std::string_view word);
-void FLAG_set_file_param(std::string_view word);

@@ -1,7 +1,6 @@
 #include "lib/message.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cerrno>
 #include <cstdarg>
@@ -9,19 +8,15 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "lib/calendar.h"
 #include "lib/flag.h"
-#include "lib/process.h"
-#include "lib/scan.h"
 #include "lib/stream.h"
 #include "lib/text.h"
-#include "lib/words.h"
+#include "lib/version.h"
 
 namespace {
-
-enum Paging : int { kNeverPause = 0, kPauseWhereAsked = 1, kPauseAtScreenful = 2 };
 
 constexpr int kDefaultMaxLines = 22;
 
@@ -35,36 +30,9 @@ struct State {
     Stream log;         ///< closed between messages when `output` is log_reopened
     std::string log_name;
     bool log_lost = false; ///< the log could not be written to its end, and that was told
-    LogRefusal refuse_log = nullptr;
-    Stream copy; ///< the stream of MESS_file
+    Stream copy;           ///< the stream of MESS_file
 };
 State state;
-
-struct LevelWord {
-    std::string_view name;
-    unsigned mask;
-};
-constexpr std::array kLevelWords{
-    LevelWord{"none", 0},       LevelWord{"print", kPrint}, LevelWord{"error", kError},
-    LevelWord{"warn", kWarn},   LevelWord{"mess", kMess},   LevelWord{"out1", kOut1},
-    LevelWord{"out2", kOut2},   LevelWord{"out3", kOut3},   LevelWord{"out4", kOut4},
-    LevelWord{"debug", kDebug},
-};
-
-/// The bit of each group that the sub-level letters "a" to "d" keep.
-constexpr std::array kSubLevels{0x11111111U, 0x22222222U, 0x44444444U, 0x88888888U};
-
-/// How a log file item of a "message" value is opened.
-struct LogWord {
-    std::string_view name;
-    const char *mode; ///< null: opened for each message
-    MessageOutput output;
-};
-constexpr std::array kLogWords{
-    LogWord{"@fi", "a", MessageOutput::log_stamped}, LogWord{"+fi", "a", MessageOutput::terminal},
-    LogWord{"-fi", "w", MessageOutput::terminal},    LogWord{"dfi", nullptr, MessageOutput::log_reopened},
-    LogWord{"fi", "a", MessageOutput::log_only},
-};
 
 unsigned with_lower_bits(unsigned mask) {
     return static_cast<unsigned>((std::uint64_t{1} << std::bit_width(mask)) - 1);
@@ -74,9 +42,11 @@ void write(std::FILE *file, const std::string &text) {
     std::fwrite(text.data(), 1, text.size(), file);
 }
 
-void tell_log_fault(std::string_view name) {
-    const std::string cause = std::strerror(errno);
-    WORD_tell("message", "Unable to open log file: " + std::string(name) + ": " + cause);
+/// Once for a log.
+void tell_log_fault() {
+    if (std::exchange(state.log_lost, true)) return;
+    const char *cause = std::strerror(errno);
+    MESS_print(kWarn, "-me (message): Unable to open log file: %s: %s\n", state.log_name.c_str(), cause);
 }
 
 /// Closes the log. What it lacks is told once, past every sink: nowhere else would it be seen.
@@ -91,8 +61,7 @@ void close_log() {
 void write_log(const std::string &text) {
     if (state.output == MessageOutput::log_reopened) {
         state.log = FILE_open(state.log_name, "a");
-        // Once: this message, too, tries to open the log.
-        if (!state.log) tell_log_fault(state.log_name);
+        if (!state.log) tell_log_fault();
     }
     if (!state.log) return;
     if (state.output == MessageOutput::log_stamped) write(state.log.get(), DATE_get_current_str() + " -- ");
@@ -104,85 +73,6 @@ void write_log(const std::string &text) {
 void write_terminal(std::FILE *file, const std::string &text) {
     if (file == stderr) std::fflush(stdout);
     write(file, text);
-}
-
-/// Mask of a level word, which may end in a sub-level letter. An unknown word is "none".
-unsigned level_mask(std::string_view word) {
-    unsigned mask = 0;
-    for (const LevelWord &level : kLevelWords)
-        if (begins_with(word, level.name)) mask = level.mask;
-    const std::string last = lower_case(word.substr(word.empty() ? 0 : word.size() - 1));
-    if (last >= "a" && last <= "d") mask &= kSubLevels[static_cast<std::size_t>(last[0] - 'a')];
-    return mask;
-}
-
-/// A word that is none has the meaning of "none": it is told before it silences all.
-void tell_unknown_word(std::string_view word) {
-    for (const LevelWord &level : kLevelWords)
-        if (begins_with(word, level.name)) return;
-    std::vector<std::string_view> known{"page", "nopage", "line"};
-    for (const LevelWord &level : kLevelWords) known.push_back(level.name);
-    for (const LogWord &log : kLogWords) known.push_back(log.name);
-    WORD_unknown("message", word, known, "it counts as \"none\"");
-    WORD_flush();
-}
-
-void apply_level_word(std::string_view item) {
-    tell_unknown_word(item.substr(item.starts_with('+') || item.starts_with('-') ? 1 : 0));
-    if (item.starts_with('+'))
-        state.mask |= level_mask(item.substr(1));
-    else if (item.starts_with('-'))
-        state.mask &= ~level_mask(item.substr(1));
-    else
-        state.mask = with_lower_bits(level_mask(item));
-}
-
-/// What stands behind a keyword and the one separator of any kind.
-std::string_view behind(std::string_view item, std::string_view keyword) {
-    return item.substr(std::min(keyword.size() + 1, item.size()));
-}
-
-/// False, told, for a name that cannot be a log. One that cannot be opened is told too.
-bool open_log(const LogWord &word, std::string_view name) {
-    const char *refusal = name.starts_with('|') ? "A log file is no command: " : nullptr;
-    if (state.refuse_log != nullptr && state.refuse_log(name)) refusal = "A log file is no input file: ";
-    if (refusal != nullptr) {
-        WORD_tell("message", refusal + std::string(name));
-        return false;
-    }
-    state.log_name = name;
-    state.log_lost = false;
-    if (word.mode == nullptr) return true;
-    state.log = FILE_open(name, word.mode);
-    if (!state.log) tell_log_fault(name);
-    return true;
-}
-
-bool apply_log_word(std::string_view item) {
-    for (const LogWord &word : kLogWords) {
-        if (!begins_with(item, word.name)) continue;
-        close_log();
-        if (open_log(word, behind(item, word.name))) state.output = word.output;
-        WORD_flush();
-        return true;
-    }
-    return false;
-}
-
-void apply_item(std::string_view item) {
-    if (apply_log_word(item)) return;
-    if (begins_with(item, "nopage")) {
-        state.paging = kNeverPause;
-    } else if (begins_with(item, "page")) {
-        state.paging = kPauseAtScreenful;
-    } else if (begins_with(item, "line")) {
-        const std::string_view number = behind(item, "line");
-        if (!WORD_is_integer(number)) WORD_not("message", number, "a number of lines");
-        const int lines = Scanner(number).integer().value_or(0);
-        state.max_lines = lines < 1 ? kDefaultMaxLines : lines;
-    } else {
-        apply_level_word(item);
-    }
 }
 
 } // namespace
@@ -227,28 +117,22 @@ int MESS_hold(unsigned level, std::string_view text) {
 }
 
 int MESS_set(int operation, unsigned mask) {
-    constexpr int first_neutral = 5;  // operations below are explicit settings
-    constexpr int first_default = 16; // operations from here on yield to explicit settings
+    constexpr int first_neutral = 5;
+    constexpr int first_default = 16;
     if (operation < first_neutral) ++state.set_count;
     if (operation >= first_default && state.set_count > 0) return 0;
     switch (operation) {
-    case 0:
+    case kSetLevels:
     case 10:
     case 20: state.mask = with_lower_bits(mask); break;
-    case 1:
+    case kAddLevels:
     case 11:
     case 21: state.mask |= mask; break;
-    case -1:
+    case kRemoveLevels:
     case 9:
     case 19: state.mask &= ~mask; break;
     default: break;
     }
-    return 0;
-}
-
-int MESS_set_str(std::string_view text) {
-    ++state.set_count;
-    for (const std::string &item : parse_string(text, ',')) apply_item(trimmed(item));
     return 0;
 }
 
@@ -272,13 +156,22 @@ void MESS_set_out(MessageOutput mode) {
     state.output = mode;
 }
 
-void MESS_refuse_log(LogRefusal refuses) {
-    state.refuse_log = refuses;
+bool MESS_open_log(std::string_view name, const char *mode) {
+    close_log();
+    state.log_name = name;
+    state.log_lost = false;
+    if (mode == nullptr) return true;
+    state.log = FILE_open(name, mode);
+    return static_cast<bool>(state.log);
 }
 
 bool MESS_end_log() {
     close_log();
     return !state.log_lost;
+}
+
+void MESS_set_max_lines(int lines) {
+    state.max_lines = lines < 1 ? kDefaultMaxLines : lines;
 }
 
 void MESS_set_page(int mode) {

@@ -41,22 +41,27 @@ int MESS_hold(unsigned level, std::string_view text);
 /// Changes the level mask: operations 0, 10, 20 set mask and all lower bits; 1, 11, 21 add; -1, 9, 19 remove.
 /// Below 5 counts as an explicit setting; above 15 is a default that an explicit setting beats. Returns 0.
 int MESS_set(int operation, unsigned mask);
-
-/// Applies a "message" resource value such as "out2,+debug,fi=log". Returns 0.
-int MESS_set_str(std::string_view text);
+/// The explicit ones; kMarkAsSet changes no level.
+enum MessageOperation : int { kRemoveLevels = -1, kSetLevels = 0, kAddLevels = 1, kMarkAsSet = 4 };
 
 /// 1 when the mask shares a bit with the level mask.
 int MESS_check(unsigned mask);
 unsigned MESS_get();
 int MESS_check_set();
+/// Lines of a screenful; below 1: 22.
+void MESS_set_max_lines(int lines);
 int MESS_get_max_lines();
 void MESS_set_out(MessageOutput mode);
-/// Names for which it is true are no log files: nothing is written there, and that is told.
-using LogRefusal = bool (*)(std::string_view name);
-void MESS_refuse_log(LogRefusal refuses);
+/// A log file from now on: opened with `mode`, or for each message when that is null. False when it cannot be
+/// opened, for the reason in errno.
+bool MESS_open_log(std::string_view name, const char *mode);
 /// Closes the log file. False when a part of what it was sent could not be written, which has been told.
 bool MESS_end_log();
-/// 0 never pause, 1 pause only where MESS_hold is called, 2 pause after each screenful.
+enum MessagePaging : int {
+    kNeverPause = 0,
+    kPauseWhereAsked = 1, ///< only where MESS_hold is called
+    kPauseAtScreenful = 2 ///< after each screenful
+};
 void MESS_set_page(int mode);
 
 /// Opens (closing any previous) a stream that receives a copy of every shown message. Returns 0, or -1.

@@ -46,10 +46,6 @@ void VYX_exit(int status) {
     std::exit(status_unless(status, said && logged));
 }
 
-const char *VYX_version() {
-    return "5.60-LINUX-X11";
-}
-
 int VYX_sleep(float seconds) {
     if (!(seconds > 0.0F)) return -1;
     constexpr double longest = 1e9; // keeps an infinite wait within the clock's range

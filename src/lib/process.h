@@ -1,5 +1,5 @@
 #pragma once
-/// Process services: version, ending, sleeping, the elapsed-time clock, going into the background.
+/// Process services: ending, sleeping, the elapsed-time clock, going into the background.
 
 /// Exit statuses seen by the user.
 enum ExitStatus : int {
@@ -15,8 +15,6 @@ enum ExitStatus : int {
 
 /// A status of 0 becomes kExitSession, after a message, when standard output could not be written.
 [[noreturn]] void VYX_exit(int status);
-/// "5.60-LINUX-X11"
-const char *VYX_version();
 
 /// Sleeps (microsecond resolution) and adds to the slept-time total; -1 when `seconds` is not above 0, else
 /// 0.

@@ -6,6 +6,7 @@
 #include "lib/resource_sources.h"
 #include "lib/resource_start.h"
 #include "lib/text.h"
+#include "lib/version.h"
 
 namespace {
 

@@ -4,9 +4,10 @@
 
 #include "lib/date.h"
 #include "lib/flag.h"
+#include "lib/flag_words.h"
 #include "lib/message.h"
+#include "lib/message_option.h"
 #include "lib/missing.h"
-#include "lib/output_name.h"
 #include "lib/resource.h"
 #include "lib/resource_sources.h"
 #include "lib/set_time.h"
@@ -15,11 +16,10 @@
 namespace {
 
 constexpr unsigned kBatchLevels = 0xFF; ///< print, error and warning
-constexpr int kSetExplicitly = 0;       ///< operation of MESS_set
 
 void start_batch() {
     FLAG_set_batch(1);
-    if (MESS_check_set() == 0) MESS_set(kSetExplicitly, kBatchLevels);
+    if (MESS_check_set() == 0) MESS_set(kSetLevels, kBatchLevels);
 }
 
 void convert(const ResourceRecord &record) {
@@ -56,7 +56,6 @@ void read_sources(std::span<const char *const> arguments, ResourceProgram &progr
     RES_read_environment(program);
     RES_read_command(arguments, program);
     default_file_path(program, data_directory);
-    MESS_refuse_log(FILE_is_input);
     RES_convert_all();
 }
 

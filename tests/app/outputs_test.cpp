@@ -137,6 +137,8 @@ TEST(Outputs, AnInputIsNotWrittenOver) {
         const RunResult log = run("-me=" + kind + "=link -inp nids -de p,page.ps n0r");
         EXPECT_TRUE(contains(log.err, "-me (message): A log file is no input file: link\n")) << log.err;
     }
+    const RunResult closed = run("-me fi=/dev/null/log -inp nids -de p,page.ps n0r");
+    EXPECT_TRUE(contains(closed.err, "Unable to open log file: /dev/null/log: Not a directory\n"));
     const RunResult full = run("-me +fi=/dev/full -inp nids -mf none -de p,page.ps n0r");
     EXPECT_EQ(full.status, 1);
     EXPECT_TRUE(contains(full.err, "Error writing log file: /dev/full: No space left on device\n"));

@@ -1,4 +1,5 @@
 #include "lib/flag.h"
+#include "lib/flag_words.h"
 
 #include <string>
 

@@ -11,6 +11,7 @@
 
 #include "lib/calendar.h"
 #include "lib/flag.h"
+#include "lib/message_option.h"
 #include "lib/words.h"
 
 namespace {
