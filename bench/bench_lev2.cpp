@@ -10,9 +10,9 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/byte_reader.h"
-#include "lib/flag.h"
-#include "lib/resource.h"
+#include "lib/options/flags.h"
+#include "lib/resources/database.h"
+#include "lib/text/byte_reader.h"
 #include "plot/levels.h"
 #include "plot/map.h"
 #include "radar/common/cells.h"

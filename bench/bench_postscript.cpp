@@ -9,7 +9,7 @@
 
 #include "graphics/core/color_table.h"
 #include "graphics/devices/postscript.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "lib/message.h"
-#include "lib/resource.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
 #include "plot/map.h"
 #include "plot/region.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "graphics/images/image.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "scratch_file.h"
 
 namespace {

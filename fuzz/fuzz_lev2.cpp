@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/lev2/reader.h"
 #include "scratch_file.h"
 

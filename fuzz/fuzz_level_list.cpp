@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "plot/bar.h"
 #include "plot/color_table.h"
 #include "plot/level_colors.h"

@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "lib/file_naming.h"
-#include "lib/message.h"
-#include "lib/set_time.h"
+#include "lib/files/naming.h"
+#include "lib/report/message.h"
+#include "lib/time/fixed_time.h"
 
 namespace {
 

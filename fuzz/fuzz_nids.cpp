@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/nids/reader.h"
 
 namespace {

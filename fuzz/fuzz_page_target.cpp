@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "graphics/kernel/kernel.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "scratch_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

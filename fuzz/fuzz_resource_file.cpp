@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/resource_files.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/resources/settings_files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     static const ResourceProgram program = [] {

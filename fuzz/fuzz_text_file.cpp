@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "plot/city.h"
 #include "plot/region.h"
 #include "plot/variables.h"

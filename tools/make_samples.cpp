@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "lib/calendar.h"
-#include "lib/stream.h"
-#include "lib/text.h"
+#include "lib/system/calendar.h"
+#include "lib/system/stream.h"
+#include "lib/text/strings.h"
 #include "samples/level2.h"
 #include "samples/level3_products.h"
 

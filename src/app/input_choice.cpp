@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "app/input_type.h"
-#include "lib/file_naming.h"
-#include "lib/file_series.h"
-#include "lib/flag.h"
-#include "lib/kept_input.h"
-#include "lib/message.h"
-#include "lib/process.h"
-#include "lib/resource.h"
+#include "lib/files/kept_input.h"
+#include "lib/files/naming.h"
+#include "lib/files/series.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
+#include "lib/resources/database.h"
 #include "radar/common/file_kind.h"
 
 namespace {

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/resource.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
 #include "plot/station.h"
 
 namespace {

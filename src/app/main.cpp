@@ -1,8 +1,8 @@
 #include <malloc.h>
 
 #include "app/program.h"
-#include "lib/process.h"
-#include "lib/stream.h"
+#include "lib/report/process.h"
+#include "lib/system/stream.h"
 
 int main(int argc, char *argv[]) {
     FILE_open_standard_streams();

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/param_words.h"
-#include "lib/resource.h"
-#include "lib/resource_table.h"
-#include "lib/scan.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/options/table.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/database.h"
+#include "lib/resources/list_words.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/levels.h"
 #include "plot/session_params.h"
 #include "radar/common/options.h"

@@ -7,13 +7,13 @@
 #include <map>
 #include <optional>
 
-#include "lib/data_file.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/table.h"
-#include "lib/text.h"
-#include "lib/text_lines.h"
+#include "lib/report/message.h"
+#include "lib/report/text_lines.h"
+#include "lib/resources/data_files.h"
+#include "lib/resources/database.h"
+#include "lib/text/keyed_table.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/city_select.h"
 #include "plot/map.h"
 

@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

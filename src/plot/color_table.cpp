@@ -8,11 +8,11 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/message.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/database.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/data_file.h"
 
 namespace {

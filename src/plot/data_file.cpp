@@ -1,6 +1,6 @@
 #include "plot/data_file.h"
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 bool PLT_read_line(TextLines &lines, std::string &line) {
     if (!lines.next(line)) return false;

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "lib/data_file.h"
-#include "lib/text_lines.h"
+#include "lib/report/text_lines.h"
+#include "lib/resources/data_files.h"
 
 /// The next line without line end and surrounding blanks, cut (and told) at its longest length. False at the
 /// end.

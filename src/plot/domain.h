@@ -1,7 +1,7 @@
 #pragma once
 /// The plot domain record: projection, centre, grid. Stands below everything that uses domains.
 
-#include "lib/missing.h"
+#include "lib/text/missing.h"
 
 /// Projection codes. 1 to 9 are map projections, the others diagrams.
 enum Projection : int {

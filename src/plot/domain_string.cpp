@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/city.h"
 #include "plot/projection/names.h"
 #include "plot/projection/projection.h"

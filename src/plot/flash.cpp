@@ -2,7 +2,7 @@
 #include "graphics/core/transform.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/window/events.h"
-#include "lib/process.h"
+#include "lib/report/process.h"
 #include "plot/bar.h"
 #include "plot/color_table.h"
 

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/resources/database.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/level_colors.h"
 #include "plot/levels.h"

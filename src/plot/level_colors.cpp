@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "lib/scan.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/misfits.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/data_file.h"
 #include "plot/levels.h"

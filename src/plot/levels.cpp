@@ -7,10 +7,10 @@
 #include <optional>
 #include <vector>
 
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/color_table.h"
 #include "plot/level_colors.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
-#include "lib/param_words.h"
+#include "lib/resources/list_words.h"
 
 enum ContourType : int {
     kContourLines = 12,

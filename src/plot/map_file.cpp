@@ -9,8 +9,8 @@
 
 #include "graphics/core/types.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/byte_reader.h"
-#include "lib/scan.h"
+#include "lib/text/byte_reader.h"
+#include "lib/text/scan.h"
 #include "plot/map.h"
 #include "plot/map_pen.h"
 #include "plot/map_reach.h"

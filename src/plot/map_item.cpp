@@ -4,7 +4,7 @@
 #include <array>
 #include <tuple>
 
-#include "lib/scan.h"
+#include "lib/text/scan.h"
 
 namespace {
 

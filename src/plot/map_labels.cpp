@@ -6,7 +6,7 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 namespace {
 

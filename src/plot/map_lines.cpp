@@ -7,7 +7,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "plot/background.h"
 #include "plot/map.h"
 #include "plot/map_labels.h"

@@ -5,12 +5,12 @@
 #include <climits>
 #include <vector>
 
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/process.h"
-#include "lib/prompt.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
+#include "lib/resources/database.h"
+#include "lib/resources/prompt.h"
+#include "lib/text/strings.h"
 #include "plot/domain_string.h"
 #include "plot/projection/projection.h"
 #include "plot/region_file.h"

@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <vector>
 
-#include "lib/data_file.h"
-#include "lib/message.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/data_files.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "plot/region.h"
 
 namespace {

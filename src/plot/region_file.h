@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "lib/text_lines.h"
+#include "lib/report/text_lines.h"
 
 struct RegionLine {
     std::string abbreviation;

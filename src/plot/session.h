@@ -6,7 +6,7 @@
 
 #include "graphics/core/types.h"
 #include "graphics/window/events.h"
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 #include "plot/domain.h"
 
 /// Decodes the plot parameters and opens the workstation. -1 when nothing is to be drawn.

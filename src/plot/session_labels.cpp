@@ -5,11 +5,11 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/text/font.h"
-#include "lib/date.h"
-#include "lib/flag.h"
-#include "lib/resource.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/options/flags.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
 #include "plot/attribute.h"
 #include "plot/levels.h"
 

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "lib/param_words.h"
+#include "lib/resources/list_words.h"
 
 /// The words that these functions take.
 std::span<const WordRule> PLT_param_words();

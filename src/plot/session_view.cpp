@@ -7,7 +7,7 @@
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "plot/map.h"
 #include "plot/region.h"
 #include "plot/session.h"

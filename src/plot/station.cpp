@@ -4,7 +4,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/background.h"
 

@@ -4,12 +4,12 @@
 #include <cerrno>
 #include <cstring>
 
-#include "lib/data_file.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/stream.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/data_files.h"
+#include "lib/resources/database.h"
+#include "lib/system/stream.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

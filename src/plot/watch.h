@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 
 struct WatchPoint {
     float lat, lon; ///< degrees, north and east positive

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "lib/calendar.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/system/calendar.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

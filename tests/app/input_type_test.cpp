@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/resource.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/resources/database.h"
 
 namespace {
 

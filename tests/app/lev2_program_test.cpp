@@ -8,7 +8,7 @@
 
 #include "app/program_run.h"
 #include "graphics/images/image.h"
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "real_files.h"
 #include "samples/level2.h"
 #include "tsv.h"

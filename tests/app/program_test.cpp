@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "app/program_run.h"
-#include "lib/resource_table.h"
+#include "lib/options/table.h"
 
 namespace {
 

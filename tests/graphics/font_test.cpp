@@ -13,8 +13,8 @@
 
 #include "graphics/core/state.h"
 #include "graphics/text/current_font.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
 
 namespace {
 

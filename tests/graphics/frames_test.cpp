@@ -11,7 +11,7 @@
 #include "graphics/devices/raster.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/process.h"
+#include "lib/report/process.h"
 #include "no_more_memory.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include "graphics/image_fixture.h"
 #include "graphics/images/gif_format.h"
 #include "image_facts.h"
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 
 namespace {
 

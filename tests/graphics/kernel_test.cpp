@@ -8,8 +8,8 @@
 #include "graphics/core/stroke_output.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/session.h"
-#include "lib/flag.h"
-#include "lib/process.h"
+#include "lib/options/flags.h"
+#include "lib/report/process.h"
 #include "page_fixture.h"
 
 namespace {

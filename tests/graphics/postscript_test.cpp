@@ -22,8 +22,8 @@
 #include "graphics/core/state.h"
 #include "graphics/devices/paper.h"
 #include "graphics/devices/print_writer.h"
-#include "lib/calendar.h"
-#include "lib/text.h"
+#include "lib/system/calendar.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include "graphics/core/state.h"
 #include "graphics/core/stroke_output.h"
 #include "graphics/text/font.h"
-#include "lib/resource.h"
+#include "lib/resources/database.h"
 
 namespace {
 

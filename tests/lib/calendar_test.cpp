@@ -1,4 +1,4 @@
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 
 #include <climits>
 

@@ -1,8 +1,8 @@
-#include "lib/date.h"
+#include "lib/time/date.h"
 
 #include <gtest/gtest.h>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
-#include "lib/file_naming.h"
+#include "lib/files/naming.h"
 
 #include <cstdlib>
 
 #include <gtest/gtest.h>
 
-#include "lib/missing.h"
-#include "lib/resource.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "lib/set_time.h"
+#include "lib/text/missing.h"
+#include "lib/time/fixed_time.h"
 
 namespace {
 

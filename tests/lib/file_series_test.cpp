@@ -1,16 +1,16 @@
-#include "lib/file_series.h"
+#include "lib/files/series.h"
 
 #include <cstdlib>
 
 #include <gtest/gtest.h>
 
-#include "lib/file_list.h"
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/missing.h"
-#include "lib/resource.h"
+#include "lib/files/listing.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "lib/stream.h"
+#include "lib/system/stream.h"
+#include "lib/text/missing.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "lib/flag.h"
-#include "lib/flag_words.h"
+#include "lib/options/flags.h"
+#include "lib/resources/flag_words.h"
 
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "lib/missing.h"
+#include "lib/text/missing.h"
 
 namespace {
 

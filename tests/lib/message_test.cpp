@@ -1,4 +1,4 @@
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/calendar.h"
-#include "lib/flag.h"
-#include "lib/message_option.h"
-#include "lib/words.h"
+#include "lib/options/flags.h"
+#include "lib/report/message_words.h"
+#include "lib/report/misfits.h"
+#include "lib/system/calendar.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 /// Files that are written whole or not at all, and their names.
 
-#include "lib/output_file.h"
+#include "lib/files/output_file.h"
 
 #include <array>
 #include <csignal>
@@ -14,9 +14,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/file_naming.h"
-#include "lib/output_name.h"
-#include "lib/resource.h"
+#include "lib/files/naming.h"
+#include "lib/files/output_name.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 
 namespace {

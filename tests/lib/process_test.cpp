@@ -1,4 +1,4 @@
-#include "lib/process.h"
+#include "lib/report/process.h"
 
 #include <array>
 #include <climits>
@@ -12,8 +12,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/prompt.h"
-#include "lib/resource.h"
+#include "lib/resources/database.h"
+#include "lib/resources/prompt.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
-#include "lib/resource_files.h"
+#include "lib/resources/settings_files.h"
 
 #include <cstdlib>
 #include <filesystem>
 
 #include <gtest/gtest.h>
 
-#include "lib/data_file.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/resource_start.h"
+#include "lib/report/message.h"
+#include "lib/resources/data_files.h"
+#include "lib/resources/database.h"
+#include "lib/resources/start.h"
 #include "lib/scratch_dir.h"
 
 namespace {

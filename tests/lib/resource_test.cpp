@@ -1,15 +1,15 @@
-#include "lib/resource.h"
+#include "lib/resources/database.h"
 
 #include <cstdlib>
 
 #include <gtest/gtest.h>
 
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/missing.h"
-#include "lib/resource_start.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/resources/start.h"
 #include "lib/scratch_dir.h"
-#include "lib/set_time.h"
+#include "lib/text/missing.h"
+#include "lib/time/fixed_time.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "lib/stream.h"
+#include "lib/system/stream.h"
 
 #include <cstdlib>
 #include <fstream>
 
 #include <gtest/gtest.h>
 
-#include "lib/kept_input.h"
+#include "lib/files/kept_input.h"
 #include "lib/scratch_dir.h"
 
 namespace {

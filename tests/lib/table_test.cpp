@@ -1,4 +1,4 @@
-#include "lib/table.h"
+#include "lib/text/keyed_table.h"
 
 #include <gtest/gtest.h>
 

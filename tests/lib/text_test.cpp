@@ -1,12 +1,12 @@
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 #include <array>
 #include <cstdint>
 
 #include <gtest/gtest.h>
 
-#include "lib/byte_reader.h"
-#include "lib/scan.h"
+#include "lib/text/byte_reader.h"
+#include "lib/text/scan.h"
 
 using Items = std::vector<std::string>;
 

@@ -6,7 +6,7 @@
 
 #include "graphics/core/state.h"
 #include "graphics/text/font.h"
-#include "lib/stream.h"
+#include "lib/system/stream.h"
 #include "plot/drawing_fixture.h"
 #include "plot/map_file.h"
 #include "plot/map_item.h"

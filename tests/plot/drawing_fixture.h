@@ -9,8 +9,8 @@
 
 #include "graphics/core/object_list.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/flag.h"
-#include "lib/resource.h"
+#include "lib/options/flags.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/color_table.h"
 #include "plot/map.h"

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/resource.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/color_table.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 using MapLine = std::vector<std::pair<float, float>>; ///< latitude, longitude
 

@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/flag.h"
-#include "lib/resource.h"
+#include "lib/options/flags.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/color_table.h"
 #include "plot/session.h"

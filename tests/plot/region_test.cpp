@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/process.h"
-#include "lib/resource.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/region.h"
 

@@ -7,7 +7,7 @@
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "image_facts.h"
-#include "lib/process.h"
+#include "lib/report/process.h"
 #include "plot/map.h"
 #include "plot_page.h"
 

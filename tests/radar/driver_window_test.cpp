@@ -15,12 +15,12 @@
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "image_facts.h"
-#include "lib/file_naming.h"
-#include "lib/flag.h"
-#include "lib/process.h"
-#include "lib/resource.h"
+#include "lib/files/naming.h"
+#include "lib/options/flags.h"
+#include "lib/report/process.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "lib/stream.h"
+#include "lib/system/stream.h"
 #include "no_more_memory.h"
 
 namespace {

@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/resource.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
 #include "plot/levels.h"
 #include "radar/cell_places.h"
 #include "radar/lev2/plot.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "plot/drawing_fixture.h"
 #include "plot/levels.h"
 #include "plot/session.h"

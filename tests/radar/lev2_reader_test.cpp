@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "gzipped.h"
-#include "lib/message.h"
-#include "lib/resource.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "lib/stream.h"
+#include "lib/system/stream.h"
 #include "radar/lev2/reader.h"
 #include "samples/level2.h"
 #include "samples/level3.h"

@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
 #include "radar/common/file_date.h"
 #include "radar/lev2/reader.h"
 #include "real_files.h"

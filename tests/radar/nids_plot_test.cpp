@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "graphics/kernel/gph.h"
-#include "lib/file_naming.h"
+#include "lib/files/naming.h"
 #include "plot/drawing_fixture.h"
 #include "plot/levels.h"
 #include "plot/watch.h"

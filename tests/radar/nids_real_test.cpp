@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/reader.h"
 #include "real_files.h"

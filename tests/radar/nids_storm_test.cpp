@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/scan.h"
+#include "lib/text/scan.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/storm.h"
 #include "real_files.h"

@@ -4,8 +4,8 @@
 #include <fstream>
 
 #include "gzipped.h"
-#include "lib/message.h"
-#include "lib/resource.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "radar/common/file_kind.h"
 #include "radar/nids/plot.h"

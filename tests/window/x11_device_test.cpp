@@ -5,7 +5,7 @@
 #include "graphics/devices/x11.h"
 #include "graphics/text/font.h"
 #include "graphics/text/stroke.h"
-#include "lib/process.h"
+#include "lib/report/process.h"
 #include "window/onlooker.h"
 #include "window/x_server.h"
 

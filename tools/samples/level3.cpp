@@ -7,8 +7,8 @@
 #include <bzlib.h>
 #include <zlib.h>
 
-#include "lib/calendar.h"
-#include "lib/text.h"
+#include "lib/system/calendar.h"
+#include "lib/text/strings.h"
 
 namespace samples {
 

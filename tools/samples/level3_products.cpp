@@ -5,7 +5,7 @@
 #include <functional>
 #include <numbers>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 namespace samples {
 

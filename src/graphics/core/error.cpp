@@ -3,8 +3,8 @@
 #include <cstdarg>
 
 #include "graphics/core/state.h"
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
 
 void gerr_printf(const char *operation, const char *format, ...) {
     if (!gstate().kernel_open) return;

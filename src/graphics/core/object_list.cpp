@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "graphics/core/error.h"
-#include "lib/large_memory.h"
-#include "lib/text.h"
+#include "lib/system/large_memory.h"
+#include "lib/text/strings.h"
 
 namespace {
 

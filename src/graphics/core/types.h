@@ -1,7 +1,7 @@
 #pragma once
 /// Plain types of the graphics floor.
 
-#include "lib/missing.h"
+#include "lib/text/missing.h"
 
 /// What the workstation is. The codes are those of the device flag.
 enum class DeviceKind : int {

@@ -12,8 +12,8 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/memory_canvas.h"
-#include "lib/large_memory.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/system/large_memory.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 std::optional<PaperSize> find_paper(std::string_view name) {
     const auto found = std::ranges::find_if(

@@ -15,8 +15,8 @@
 #include "graphics/devices/postscript_options.h"
 #include "graphics/devices/postscript_page.h"
 #include "graphics/devices/print_writer.h"
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "graphics/devices/paper.h"
-#include "lib/scan.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/misfits.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "graphics/devices/print_setup.h"
-#include "lib/stream.h"
+#include "lib/system/stream.h"
 
 namespace {
 

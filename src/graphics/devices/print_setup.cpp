@@ -9,12 +9,12 @@
 
 #include "graphics/devices/panel.h"
 #include "graphics/devices/paper.h"
-#include "lib/calendar.h"
-#include "lib/message.h"
-#include "lib/output_name.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/files/output_name.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/system/calendar.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/output_file.h"
+#include "lib/files/output_file.h"
 
 /// How an output name asks to be opened.
 enum class PrintOutputKind { create, append, pipe };

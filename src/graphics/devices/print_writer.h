@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
-#include "lib/output_file.h"
+#include "lib/files/output_file.h"
 
 /// Owns the output of a print device. A failed write is remembered, later writes are dropped, and close()
 /// tells. Without a stream everything is dropped.

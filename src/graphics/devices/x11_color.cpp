@@ -5,7 +5,7 @@
 #include "graphics/core/state.h"
 #include "graphics/devices/x11.h"
 #include "graphics/devices/x11_state.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <string>
 
 #include "graphics/devices/x11_state.h"
-#include "lib/message.h"
-#include "lib/process.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
 
 namespace {
 

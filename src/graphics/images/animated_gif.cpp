@@ -7,7 +7,7 @@
 #include "graphics/images/image.h"
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "graphics/core/state.h"
 #include "graphics/devices/raster.h"
 #include "graphics/images/pixels.h"
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
 
 namespace {
 

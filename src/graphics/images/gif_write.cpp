@@ -4,7 +4,7 @@
 #include "graphics/images/gif_format.h"
 #include "graphics/images/image.h"
 #include "graphics/images/image_file.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "graphics/core/types.h"
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 
 /// The map domain of a picture, as the package format carries it; proj kMissing: none. Values and meaning are
 /// those of the plot domain record.

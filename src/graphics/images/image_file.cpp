@@ -5,9 +5,9 @@
 #include <string>
 
 #include "graphics/images/pixels.h"
-#include "lib/message.h"
-#include "lib/output_name.h"
-#include "lib/stream.h"
+#include "lib/files/output_name.h"
+#include "lib/report/message.h"
+#include "lib/system/stream.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "graphics/images/image.h"
-#include "lib/output_file.h"
+#include "lib/files/output_file.h"
 
 /// False after a message when the record holds no whole picture.
 bool can_write(const char *operation, const ImageRecord &record);

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 void png_on_error(png_structp png, png_const_charp text) {
     auto *fault = static_cast<PngFault *>(png_get_error_ptr(png));

@@ -5,7 +5,7 @@
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
 #include "graphics/images/png_fault.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

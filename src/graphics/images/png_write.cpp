@@ -3,9 +3,9 @@
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
 #include "graphics/images/png_fault.h"
-#include "lib/calendar.h"
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/system/calendar.h"
+#include "lib/text/strings.h"
 
 namespace {
 

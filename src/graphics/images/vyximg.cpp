@@ -10,9 +10,9 @@
 
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
-#include "lib/date.h"
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
 
 namespace {
 

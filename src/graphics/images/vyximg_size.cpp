@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "graphics/images/vyximg.h"
-#include "lib/scan.h"
-#include "lib/text.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
 #include "graphics/images/xwd_format.h"
-#include "lib/byte_reader.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/text/byte_reader.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include "graphics/kernel/checks.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/raster_ink.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -6,12 +6,12 @@
 #include "graphics/core/state.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/window_hooks.h"
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/process.h"
-#include "lib/prompt.h"
-#include "lib/resource.h"
-#include "lib/stream.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
+#include "lib/resources/database.h"
+#include "lib/resources/prompt.h"
+#include "lib/system/stream.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "graphics/core/state.h"
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/missing.h"
-#include "lib/text.h"
+#include "lib/text/missing.h"
+#include "lib/text/strings.h"
 
 namespace {
 

@@ -11,11 +11,11 @@
 #include "graphics/kernel/raster_ink.h"
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/text/font.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/stream.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/system/stream.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

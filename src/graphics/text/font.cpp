@@ -11,13 +11,13 @@
 #include "graphics/core/state.h"
 #include "graphics/text/current_font.h"
 #include "graphics/text/window_font.h"
-#include "lib/data_file.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/scan.h"
-#include "lib/stream.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/message.h"
+#include "lib/report/misfits.h"
+#include "lib/resources/data_files.h"
+#include "lib/resources/database.h"
+#include "lib/system/stream.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 

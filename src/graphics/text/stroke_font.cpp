@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lib/scan.h"
+#include "lib/text/scan.h"
 
 namespace {
 

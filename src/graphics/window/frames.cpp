@@ -11,7 +11,7 @@
 #include "graphics/devices/raster.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
-#include "lib/calendar.h"
-#include "lib/process.h"
+#include "lib/report/process.h"
+#include "lib/system/calendar.h"
 
 namespace {
 

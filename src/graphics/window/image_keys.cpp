@@ -9,10 +9,10 @@
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/stream.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/system/stream.h"
+#include "lib/text/strings.h"
 
 namespace {
 

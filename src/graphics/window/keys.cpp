@@ -3,7 +3,7 @@
 #include "graphics/devices/raster.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "graphics/devices/raster.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
-#include "lib/message.h"
-#include "lib/process.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "plot/domain.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 #include "plot/session.h"
 
 /// The steps in which formats differ, all of the one file that is open, and what the window calls.

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "lib/calendar.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/system/calendar.h"
 
 int NIDS_julian_date(int days, int &year, int &month, int &day) {
     constexpr std::array kMonthLengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/byte_reader.h"
+#include "lib/text/byte_reader.h"
 #include "radar/common/inflate.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <bzlib.h>
 #include <zlib.h>
 
-#include "lib/large_memory.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/system/large_memory.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "graphics/kernel/gph.h"
-#include "lib/text.h"
+#include "lib/text/strings.h"
 #include "plot/background.h"
 #include "plot/map.h"
 

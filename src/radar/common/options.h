@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-#include "lib/param_words.h"
+#include "lib/resources/list_words.h"
 #include "plot/domain.h"
 
 inline constexpr int kMaxRings = 4;

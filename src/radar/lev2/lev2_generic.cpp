@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string_view>
 
-#include "lib/byte_reader.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/text/byte_reader.h"
 #include "radar/lev2/lev2_radial.h"
 
 namespace {

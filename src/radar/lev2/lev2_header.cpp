@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "lib/byte_reader.h"
-#include "lib/date.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/byte_reader.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
 #include "plot/city.h"
 #include "radar/common/file_date.h"
 #include "radar/lev2/reader.h"

@@ -2,8 +2,8 @@
 #include <array>
 #include <cerrno>
 
-#include "lib/byte_reader.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/text/byte_reader.h"
 #include "plot/levels.h"
 #include "radar/lev2/lev2_radial.h"
 #include "radar/lev2/reader.h"

@@ -11,10 +11,10 @@
 #include <unistd.h>
 #include <zlib.h>
 
-#include "lib/byte_reader.h"
-#include "lib/kept_input.h"
-#include "lib/message.h"
-#include "lib/stream.h"
+#include "lib/files/kept_input.h"
+#include "lib/report/message.h"
+#include "lib/system/stream.h"
+#include "lib/text/byte_reader.h"
 #include "radar/common/inflate.h"
 #include "radar/lev2/reader.h"
 #include "radar/lev2/stream.h"

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <vector>
 
-#include "lib/message.h"
-#include "lib/scan.h"
-#include "lib/text.h"
-#include "lib/words.h"
+#include "lib/report/message.h"
+#include "lib/report/misfits.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 #include "radar/common/file_date.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "lib/missing.h"
+#include "lib/text/missing.h"
 #include "radar/lev2/reader.h"
 
 /// The variable that asks for the table of the cuts.

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 
 /// Moments of a radial.
 enum Lev2Type : int {

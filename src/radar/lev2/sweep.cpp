@@ -1,11 +1,11 @@
 #include <cmath>
 
 #include "graphics/kernel/gph.h"
-#include "lib/date.h"
-#include "lib/flag.h"
-#include "lib/message.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
 #include "plot/attribute.h"
 #include "plot/level_choice.h"
 #include "plot/map.h"

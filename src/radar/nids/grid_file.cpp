@@ -5,12 +5,12 @@
 #include <utility>
 #include <vector>
 
-#include "lib/date.h"
-#include "lib/file_naming.h"
-#include "lib/message.h"
-#include "lib/output_name.h"
-#include "lib/resource.h"
-#include "lib/text.h"
+#include "lib/files/naming.h"
+#include "lib/files/output_name.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
 #include "plot/session.h"
 
 namespace {

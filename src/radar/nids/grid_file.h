@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "lib/output_file.h"
+#include "lib/files/output_file.h"
 #include "radar/nids/product.h"
 
 class NidsGridFile {

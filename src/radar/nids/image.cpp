@@ -7,8 +7,8 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/date.h"
-#include "lib/flag.h"
+#include "lib/options/flags.h"
+#include "lib/time/date.h"
 #include "plot/attribute.h"
 #include "plot/level_choice.h"
 #include "plot/levels.h"

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/nids/header.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/stream.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/stream.h"
 

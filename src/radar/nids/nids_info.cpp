@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
 #include "plot/map.h"
 #include "radar/common/file_date.h"
 #include "radar/nids/header.h"

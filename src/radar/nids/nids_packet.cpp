@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/nids/stream.h"
 
 namespace {

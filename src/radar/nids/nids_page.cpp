@@ -1,4 +1,4 @@
-#include "lib/message.h"
+#include "lib/report/message.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/stream.h"
 

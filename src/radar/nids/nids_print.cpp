@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "lib/date.h"
-#include "lib/message.h"
+#include "lib/report/message.h"
+#include "lib/time/date.h"
 #include "plot/map.h"
 #include "plot/region.h"
 #include "radar/nids/reader.h"

@@ -5,10 +5,10 @@
 #include <limits>
 #include <string>
 
-#include "lib/kept_input.h"
-#include "lib/message.h"
-#include "lib/scan.h"
-#include "lib/stream.h"
+#include "lib/files/kept_input.h"
+#include "lib/report/message.h"
+#include "lib/system/stream.h"
+#include "lib/text/scan.h"
 #include "radar/common/inflate.h"
 #include "radar/nids/reader.h"
 

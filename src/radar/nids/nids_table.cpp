@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "lib/missing.h"
+#include "lib/text/missing.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 
-#include "lib/byte_reader.h"
+#include "lib/text/byte_reader.h"
 #include "radar/nids/reader.h"
 
 inline constexpr int kPackingPairs = 1; ///< raster rows of byte pairs: run, value

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "lib/param_words.h"
+#include "lib/resources/list_words.h"
 #include "plot/domain.h"
 #include "plot/station.h"
 #include "radar/nids/product.h"

@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "lib/calendar.h"
+#include "lib/system/calendar.h"
 #include "plot/domain.h"
 
 inline constexpr int kThresholds = 16;

@@ -7,7 +7,7 @@
 #include <charconv>
 #include <cstdio>
 
-#include "lib/text.h"
+#include "lib/text/strings.h"
 
 namespace {
 

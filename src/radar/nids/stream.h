@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "lib/byte_reader.h"
+#include "lib/text/byte_reader.h"
 #include "radar/common/inflate.h"
 
 /// The reader of the current view. A failed read leaves it where it is; end it with NIDS_exhaust.

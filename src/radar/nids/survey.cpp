@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "lib/message.h"
-#include "lib/text.h"
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
 #include "radar/nids/packet.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/stream.h"

@@ -2,7 +2,7 @@
 
 #include "graphics/kernel/gph.h"
 #include "graphics/kernel/kernel.h"
-#include "lib/flag.h"
+#include "lib/options/flags.h"
 #include "plot/levels.h"
 #include "radar/common/cells.h"
 #include "radar/nids/plot.h"
