@@ -7,7 +7,7 @@
 
 #include "lib/report/message.h"
 #include "plot/city.h"
-#include "plot/region.h"
+#include "plot/region_file.h"
 #include "plot/variables.h"
 #include "plot/watch_text.h"
 #include "scratch_file.h"

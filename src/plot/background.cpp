@@ -16,8 +16,8 @@
 #include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/map.h"
-#include "plot/map_file.h"
 #include "plot/map_item.h"
+#include "plot/map_outline.h"
 #include "plot/map_settings.h"
 #include "plot/session.h"
 

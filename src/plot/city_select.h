@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "plot/city.h"
+#include "plot/city_entry.h"
+#include "plot/domain.h"
 
 /// Words, their names compared ignoring case:
 ///   Name=, ST=, CN=, ID=   text; a trailing "*" stands for any rest

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "lib/files/naming.h"
-#include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/text/scan.h"
@@ -15,14 +13,12 @@
 #include "plot/city.h"
 #include "plot/projection/names.h"
 #include "plot/projection/projection.h"
-#include "plot/region.h"
 
 namespace {
 
 constexpr unsigned kParsing = 0x40000000; // debug level of the parser's messages
 constexpr int kDefaultNx = 25, kDefaultNy = 17;
 constexpr float kDefaultSpacing = 1.2F, kZoomSpacing = 1.0F;
-constexpr char kDomainKey = 'r'; // file-naming key of the domain text
 
 /// One form of a domain string: a letter for each token or pair of tokens.
 ///   z the word "size"   P projection       o central longitude   c centre (latitude and longitude, or one
@@ -212,7 +208,7 @@ void print_pattern(const Tokens &tokens, const char *message) {
 
 } // namespace
 
-int decode_domain(std::string_view text, PlotDomain &domain, int depth) {
+int decode_domain(std::string_view text, PlotDomain &domain, int depth, RegionDecoder region) {
     domain = PlotDomain{};
     if (trimmed(text).empty() || stricmp(text, "miss") == 0) return kMissing;
     Tokens tokens(text);
@@ -226,27 +222,7 @@ int decode_domain(std::string_view text, PlotDomain &domain, int depth) {
     }
     domain = PlotDomain{};
     if (tokens.size() != 1 || is_id(tokens[0]) || depth >= kDeepestRegion) return kDomainInvalid;
-    const int result = decode_region(tokens[0], domain, depth + 1);
+    const int result = region(tokens[0], domain, depth + 1);
     if (result == kDomainRegion) print_pattern(tokens, kRegionMessage);
     return result;
-}
-
-int DOM_decode(std::string_view text, PlotDomain &domain) {
-    const int result = decode_domain(text, domain, 0);
-    FLAG_set(kFlagDomain, result);
-    FILE_set_key(kDomainKey, text);
-    if (result > 0) DOM_set_base_prior(static_cast<float>(domain.ny - 1) * domain.dy);
-    if (result == kDomainInvalid) MESS_print(kWarn, "DOM_decode: Invalid plot domain\n");
-    return result;
-}
-
-void DOM_print(unsigned level, const PlotDomain &domain) {
-    std::string line(projection_name(domain.proj));
-    if (domain.ellipsoid == 1) line += ":e";
-    for (const float value : {domain.plat, domain.plon, domain.p3, domain.p4, domain.p5})
-        line += is_missing(value) ? ":" : format_text(":%3.3f", static_cast<double>(value));
-    line += format_text(",%3.3f,%3.3f,%d,%d,%4.4f,%4.4f\n", static_cast<double>(domain.clat),
-                        static_cast<double>(domain.clon), domain.nx, domain.ny,
-                        static_cast<double>(domain.dx), static_cast<double>(domain.dy));
-    MESS_print(level, "%s", line.c_str());
 }

@@ -1,5 +1,5 @@
 #pragma once
-/// Inside of the domain decoding: the token patterns, and the regions that they may name.
+/// Inside of the domain decoding: the token patterns. What a region is, is told by a function.
 
 #include <string_view>
 
@@ -16,8 +16,9 @@ enum DomainResult : int {
 /// How many regions may name one another before the text is invalid.
 inline constexpr int kDeepestRegion = 10;
 
-/// DOM_decode without message, flag, key and priority. `depth` counts the regions that led here.
-int decode_domain(std::string_view text, PlotDomain &domain, int depth);
+/// A text of a single token as a region: kDomainRegion, kDomainMenu, or kDomainInvalid. `depth` counts the
+/// regions that led here.
+using RegionDecoder = int (*)(std::string_view token, PlotDomain &domain, int depth);
 
-/// A text of a single token as a region: kDomainRegion, kDomainMenu, or kDomainInvalid.
-int decode_region(std::string_view token, PlotDomain &domain, int depth);
+/// DOM_decode without message, flag, key and priority.
+int decode_domain(std::string_view text, PlotDomain &domain, int depth, RegionDecoder region);

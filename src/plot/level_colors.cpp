@@ -8,7 +8,6 @@
 #include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/data_file.h"
-#include "plot/levels.h"
 
 namespace {
 

@@ -9,6 +9,8 @@
 
 #include "graphics/core/types.h"
 
+inline constexpr int kMaxLevels = 256;
+
 /// One level of a list.
 struct LevelElement {
     Attribute attribute;

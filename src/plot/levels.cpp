@@ -13,7 +13,6 @@
 #include "lib/text/strings.h"
 #include "plot/attribute.h"
 #include "plot/color_table.h"
-#include "plot/level_colors.h"
 
 namespace {
 

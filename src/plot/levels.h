@@ -8,6 +8,7 @@
 
 #include "graphics/core/types.h"
 #include "lib/resources/list_words.h"
+#include "plot/level_colors.h"
 
 enum ContourType : int {
     kContourLines = 12,
@@ -17,7 +18,6 @@ enum ContourType : int {
     kContourFillOld = 52,
     kContourNone = 99
 };
-inline constexpr int kMaxLevels = 256;
 inline constexpr int kBarOff = -2; ///< colour bar switched off by the user
 
 void CONT_init();

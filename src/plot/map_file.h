@@ -41,7 +41,3 @@ private:
     std::size_t begin_ = 0, end_ = 0; ///< what is read and not yet used
     Form form_ = Form::unknown;
 };
-
-enum class MapStyle { lines, areas };
-/// Draws the records of a map file as lines or as filled areas, see MAP_map.
-int draw_map_file(std::FILE *file, MapStyle style);

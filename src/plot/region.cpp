@@ -5,6 +5,7 @@
 #include <climits>
 #include <vector>
 
+#include "lib/files/naming.h"
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/report/process.h"
@@ -12,11 +13,14 @@
 #include "lib/resources/prompt.h"
 #include "lib/text/strings.h"
 #include "plot/domain_string.h"
+#include "plot/projection/names.h"
 #include "plot/projection/projection.h"
 #include "plot/region_file.h"
+#include "plot/station_priority.h"
 
 namespace {
 
+constexpr char kDomainKey = 'r'; ///< file-naming key of the domain text
 constexpr std::string_view kRegionFile = "vyx.reg";
 constexpr std::size_t kMostRegions = 19;
 constexpr int kAnswersTaken = 5;
@@ -56,8 +60,6 @@ struct State {
     std::vector<MenuEntry> menu = built_in_menu(); ///< entry 0 is the way back
     int num_regs = 0;          ///< one more than the last entry read from a file; 0 until one was read
     bool prompt_region = true; ///< the region may still be asked for
-    int priority = 3;          ///< of stations
-    int loc_prior = 4;         ///< of locations
 };
 
 State state;
@@ -84,16 +86,37 @@ int decode_resource(std::initializer_list<std::string_view> names, PlotDomain &d
     return 0;
 }
 
+int decode_region(std::string_view token, PlotDomain &domain, int depth);
+
 // The name of a region, without a colon.
 int decode_plain_region(std::string_view name, PlotDomain &domain, int depth) {
     std::string text;
     if (DOM_search_file(kRegionFile, name, text) == 1) {
         // A region that names itself means the built-in one.
-        const int result = stricmp(text, name) == 0 ? kDomainInvalid : decode_domain(text, domain, depth);
+        const int result =
+            stricmp(text, name) == 0 ? kDomainInvalid : decode_domain(text, domain, depth, decode_region);
         if (result > 0) return kDomainRegion;
         if (stricmp(text, name) != 0) return kDomainInvalid;
     }
     return DOM_get_def_region(name, domain) == 1 && is_possible_domain(domain) ? kDomainRegion
+                                                                               : kDomainInvalid;
+}
+
+int decode_region(std::string_view token, PlotDomain &domain, int depth) {
+    std::string text;
+    int found = 0;
+    if (begins_with(token, "fi:")) {
+        found = DOM_search_file(token.substr(3), "", text);
+    } else if (const std::size_t colon = token.find(':'); colon == std::string_view::npos) {
+        const int result = decode_plain_region(token, domain, depth);
+        if (result == kDomainInvalid) domain.proj = kProjUnknown;
+        return result;
+    } else if (colon + 1 == token.size()) {
+        return DOM_read_menu(token.substr(0, colon)) > 0 ? kDomainMenu : kDomainInvalid;
+    } else {
+        found = DOM_search_file(token.substr(0, colon), token.substr(colon + 1), text);
+    }
+    return found == 1 && decode_domain(text, domain, depth, decode_region) > 0 ? kDomainRegion
                                                                                : kDomainInvalid;
 }
 
@@ -134,21 +157,24 @@ int prompt_with_menu(PlotDomain &domain) {
 
 } // namespace
 
-int decode_region(std::string_view token, PlotDomain &domain, int depth) {
-    std::string text;
-    int found = 0;
-    if (begins_with(token, "fi:")) {
-        found = DOM_search_file(token.substr(3), "", text);
-    } else if (const std::size_t colon = token.find(':'); colon == std::string_view::npos) {
-        const int result = decode_plain_region(token, domain, depth);
-        if (result == kDomainInvalid) domain.proj = kProjUnknown;
-        return result;
-    } else if (colon + 1 == token.size()) {
-        return DOM_read_menu(token.substr(0, colon)) > 0 ? kDomainMenu : kDomainInvalid;
-    } else {
-        found = DOM_search_file(token.substr(0, colon), token.substr(colon + 1), text);
-    }
-    return found == 1 && decode_domain(text, domain, depth) > 0 ? kDomainRegion : kDomainInvalid;
+int DOM_decode(std::string_view text, PlotDomain &domain) {
+    const int result = decode_domain(text, domain, 0, decode_region);
+    FLAG_set(kFlagDomain, result);
+    FILE_set_key(kDomainKey, text);
+    if (result > 0) DOM_set_base_prior(static_cast<float>(domain.ny - 1) * domain.dy);
+    if (result == kDomainInvalid) MESS_print(kWarn, "DOM_decode: Invalid plot domain\n");
+    return result;
+}
+
+void DOM_print(unsigned level, const PlotDomain &domain) {
+    std::string line(projection_name(domain.proj));
+    if (domain.ellipsoid == 1) line += ":e";
+    for (const float value : {domain.plat, domain.plon, domain.p3, domain.p4, domain.p5})
+        line += is_missing(value) ? ":" : format_text(":%3.3f", static_cast<double>(value));
+    line += format_text(",%3.3f,%3.3f,%d,%d,%4.4f,%4.4f\n", static_cast<double>(domain.clat),
+                        static_cast<double>(domain.clon), domain.nx, domain.ny,
+                        static_cast<double>(domain.dx), static_cast<double>(domain.dy));
+    MESS_print(level, "%s", line.c_str());
 }
 
 int DOM_get_def_region(std::string_view name, PlotDomain &domain) {
@@ -218,31 +244,4 @@ void DOM_need_map(const PlotDomain &domain) {
 
 int DOM_get_grid_domain(PlotDomain &domain) {
     return decode_resource({"grid_domain", "region", "plot_domain"}, domain);
-}
-
-void DOM_set_base_prior(float height) {
-    static constexpr std::array heights{50.0F, 25.0F, 12.5F, 6.25F, 3.0F};
-    state.priority = 1;
-    for (const float limit : heights) state.priority += height > limit ? 0 : 1;
-    const char *given = RES_get("stat_prior");
-    const std::string_view text = given == nullptr ? std::string_view() : given;
-    const bool relative = text.starts_with('+') || text.starts_with('-');
-    // One digit, with or without a sign; anything else is for the city database alone.
-    if (text.size() != (relative ? 2U : 1U)) return;
-    const char digit = text.back();
-    if (digit < '0' || digit > '9') return;
-    const int number = digit - '0';
-    state.priority = !relative ? number : text[0] == '+' ? state.priority + number : state.priority - number;
-}
-
-int DOM_get_prior() {
-    return state.priority;
-}
-
-void DOM_set_loc_prior(int priority) {
-    state.loc_prior = priority;
-}
-
-int DOM_get_loc_prior() {
-    return state.loc_prior;
 }

@@ -21,14 +21,5 @@ void DOM_need_map(const PlotDomain &domain);
 void DOM_print(unsigned level, const PlotDomain &domain);
 /// Built-in region by abbreviation; 1, or 0 when there is none.
 int DOM_get_def_region(std::string_view name, PlotDomain &domain);
-/// Finds a region line; 1 with its domain string in `out`, 0 otherwise. An empty key takes the first line.
-int DOM_search_file(std::string_view file, std::string_view key, std::string &out);
 /// Reads a region file as the menu; number of entries, or 0.
 int DOM_read_menu(std::string_view file);
-void DOM_print_file(std::string_view file);
-
-/// Station priority from the domain height (plane units) and the resource "stat_prior".
-void DOM_set_base_prior(float height);
-int DOM_get_prior();
-void DOM_set_loc_prior(int priority);
-int DOM_get_loc_prior();

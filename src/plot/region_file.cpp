@@ -7,7 +7,6 @@
 #include "lib/resources/data_files.h"
 #include "lib/text/scan.h"
 #include "lib/text/strings.h"
-#include "plot/region.h"
 
 namespace {
 

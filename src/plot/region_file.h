@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "lib/report/text_lines.h"
 
@@ -18,3 +19,8 @@ struct RegionLine {
 TextLines open_region_file(std::string_view name);
 /// The next line that is neither blank nor a comment.
 std::optional<RegionLine> read_region_line(TextLines &lines);
+
+/// Finds a region line; 1 with its domain string in `out`, 0 otherwise. An empty key takes the first line.
+int DOM_search_file(std::string_view file, std::string_view key, std::string &out);
+/// Prints abbreviations and descriptions as a list.
+void DOM_print_file(std::string_view file);

@@ -29,6 +29,7 @@
 #include "plot/region.h"
 #include "plot/session.h"
 #include "plot/session_images.h"
+#include "plot/station_priority.h"
 
 namespace {
 

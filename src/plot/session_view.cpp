@@ -11,6 +11,7 @@
 #include "plot/map.h"
 #include "plot/region.h"
 #include "plot/session.h"
+#include "plot/station_priority.h"
 
 namespace {
 

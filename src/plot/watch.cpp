@@ -16,7 +16,6 @@
 #include "plot/attribute.h"
 #include "plot/background.h"
 #include "plot/map.h"
-#include "plot/watch_text.h"
 
 namespace {
 

@@ -1,19 +1,10 @@
 #pragma once
 /// Severe-weather watch boxes, read from public watch bulletins.
 
-#include <string_view>
 #include <vector>
 
 #include "lib/system/calendar.h"
-
-struct WatchPoint {
-    float lat, lon; ///< degrees, north and east positive
-};
-struct WatchBox {
-    std::string_view kind; ///< "TORNADO" or "SEVERE THUNDERSTORM"
-    int number = 0;
-    std::vector<WatchPoint> corners;
-};
+#include "plot/watch_text.h"
 
 /// Reads the watches in force at a date; without a year all of them. The files are those that the naming
 /// convention "watch" names for the eight hours before the date, else every file in the folder of the

@@ -7,7 +7,14 @@
 #include <string_view>
 #include <vector>
 
-#include "plot/watch.h"
+struct WatchPoint {
+    float lat, lon; ///< degrees, north and east positive
+};
+struct WatchBox {
+    std::string_view kind; ///< "TORNADO" or "SEVERE THUNDERSTORM"
+    int number = 0;
+    std::vector<WatchPoint> corners;
+};
 
 /// A time of the month, universal time, as bulletins write it: "102034".
 struct DayTime {

@@ -13,6 +13,8 @@
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/region.h"
+#include "plot/region_file.h"
+#include "plot/station_priority.h"
 
 namespace {
 
