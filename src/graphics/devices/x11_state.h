@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,6 +60,8 @@ struct XImageFree {
 };
 using XImageHandle = std::unique_ptr<XImage, XImageFree>;
 
+/// Deepest pixels that go through a colour map.
+inline constexpr int kMaxMappedDepth = 12;
 inline constexpr std::size_t kPatterns = 20;
 inline constexpr std::size_t kCursors = 9;
 inline constexpr std::size_t kMaxTitle = 59, kMaxProgram = 19;
@@ -89,6 +92,10 @@ struct X11Session {
     XWindow window;
     int width = 0, height = 0; ///< of the window
     unsigned long foreground = 0, background = 0;
+    unsigned long ink = 0;                 ///< black or white, which of them is seen on the background
+    std::set<unsigned long> own_cells;     ///< read-write cells of this program
+    std::set<unsigned long> foreign_cells; ///< cells that were found to be another program's alone
+    bool told_full = false;
     std::string title = "X11_Graph", program = "X11_Graph";
     std::array<Atom, static_cast<std::size_t>(XAtom::count)> atoms{};
 
@@ -130,6 +137,9 @@ const PixmapRecord *x11_pixmap(const X11Session &session, PixmapId id);
 std::string x11_title(std::string_view text);
 /// Tells which process of which machine the window belongs to.
 void x11_set_owner(const X11Session &session);
+
+/// Every cell of the colour map.
+std::vector<XColor> x11_map_cells(const X11Session &session);
 
 // Errors
 /// Protocol errors are counted from here on, and printed or not.

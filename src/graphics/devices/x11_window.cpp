@@ -91,7 +91,7 @@ bool connect(X11Session &s, const RasterWish &wish) {
     const unsigned long black = XBlackPixel(s.display(), s.screen),
                         white = XWhitePixel(s.display(), s.screen);
     s.background = wish.inverse ? white : black;
-    s.foreground = wish.inverse ? black : white;
+    s.foreground = s.ink = wish.inverse ? black : white;
     return true;
 }
 
