@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "graphics/core/color_table.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
 #include "lib/report/message.h"
@@ -228,6 +230,29 @@ int ATTR_parse_marker(std::string_view text) {
     return written_number(text);
 }
 
+namespace {
+
+/// Light that a component of a screen gives off, 0 to 1.
+float light(float component) {
+    constexpr float kGamma = 2.2F;
+    return std::pow(std::clamp(component, 0.0F, 1.0F), kGamma);
+}
+
+/// Texts in this ink cannot be read on the window's background.
+bool is_hidden(bool black) {
+    if (!gtype_is_WIN_PIX()) return false; // paper is white, and printers turn white ink
+    const Rgb back = gget_color_rgb(kColorBackground);
+    constexpr float kRed = 0.2126F, kGreen = 0.7152F, kBlue = 0.0722F; // shares of white light
+    constexpr float kStray = 0.05F;   ///< light of the room on a black screen
+    constexpr float kReadable = 2.5F; ///< ratio of the lighter to the darker
+    const float level =
+        kRed * light(back.red) + kGreen * light(back.green) + kBlue * light(back.blue) + kStray;
+    return (black ? level / kStray : (1 + kStray) / level) < kReadable;
+}
+
+} // namespace
+
 const char *ATTRIB_text_default() {
-    return gget_inverse() ? "black" : "white";
+    const bool black = gget_inverse() != 0;
+    return black != is_hidden(black) ? "black" : "white";
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "graphics/core/color_table.h"
+#include "graphics/kernel/kernel.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/attribute.h"
@@ -130,6 +132,37 @@ TEST_F(Colors, AttributeStrings) {
     EXPECT_EQ(from_resource.width, 2);
     EXPECT_EQ(ATTRIB_get("color_unset", "red", from_resource), 0);
     EXPECT_EQ(from_resource.color, 1);
+}
+
+TEST_F(Colors, TextsAreSeenOnEveryBackground) {
+    read("black 0 0 0\nwhite 1 1 1\nyellow 1 1 0\nlgray .68 .68 .68\nnavy 0 0 .5\nred 1 0 0\ngreen 0 .5 0\n");
+    struct Case {
+        const char *background;
+        bool inverse;
+        const char *ink;
+    };
+    for (const Case &c :
+         {Case{"", false, "white"}, Case{"", true, "black"}, Case{"white", false, "black"},
+          Case{"black", true, "white"}, Case{"white", true, "black"}, Case{"none", true, "black"},
+          Case{"yellow", false, "black"}, Case{"lgray", false, "black"}, Case{"navy", true, "white"},
+          // What can be read stays as it is described.
+          Case{"red", false, "white"}, Case{"red", true, "black"}, Case{"green", false, "white"}}) {
+        SCOPED_TRACE(testing::Message() << c.background << (c.inverse ? " inverse" : ""));
+        RES_put("background", c.background);
+        gset_inverse(c.inverse ? 1 : 0);
+        gset_color_lookup([](std::string_view name, Rgb &color) {
+            const int index = CLR_get_ind(std::string(name));
+            if (index >= 0) color = CLR_get_rgb(index);
+            return index >= 0;
+        });
+        ASSERT_EQ(gopen_ws(1, "memory", DeviceKind::win), 0);
+        EXPECT_STREQ(ATTRIB_text_default(), c.ink);
+        gclose_ws(1);
+        // A page is white whatever the window is; its device turns white ink.
+        ASSERT_EQ(gopen_ws(1, scratch_.at("page.ps"), DeviceKind::ps), 0);
+        EXPECT_STREQ(ATTRIB_text_default(), c.inverse ? "black" : "white");
+        gclose_ws(1);
+    }
 }
 
 TEST(Attributes, PatternsAndMarkers) {

@@ -98,6 +98,10 @@ public:
         XDestroyWindow(display_, cover);
         XSync(display_, False);
     }
+    void destroy() const {
+        XDestroyWindow(display_, window());
+        XSync(display_, False);
+    }
     void move_to(int x, int y) const {
         XMoveWindow(display_, window(), x, y);
         XSync(display_, False);

@@ -133,6 +133,28 @@ TEST_F(WindowEvents, FramesLeaveNothingOnTheServer) {
     EXPECT_EQ(gx11_counts().errors, 0);
 }
 
+TEST_F(WindowEvents, TheTitleTellsAFrameWhileThereIsOne) {
+    const std::string plain = eye_->title(eye_->window());
+    const auto told = [this] {
+        await_events();
+        return eye_->title(eye_->window());
+    };
+    gcreate_frame(0);
+    gcreate_frame(1);
+    gdisplay_frame(1);
+    EXPECT_EQ(told(), plain + " [1]");
+    eye_->resize(260, 180);
+    await_events();
+    gcheck_event();
+    EXPECT_EQ(gget_num_images(), 0) << "frames end with a new size";
+    EXPECT_EQ(told(), plain);
+    gcreate_frame(0);
+    gdisplay_frame(0);
+    EXPECT_EQ(told(), plain + " [0]");
+    gdelete_frame(0);
+    EXPECT_EQ(told(), plain);
+}
+
 constexpr std::int64_t kFirst = 1057356000, kStep = 300; ///< of the series, seconds since 1970
 
 /// While the window is held the clock goes a minute forwards, as soon as the newer file is there.

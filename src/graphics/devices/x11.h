@@ -2,7 +2,8 @@
 /// The window of an X server behind the verbs of raster.h: same names and arguments, and what only a window
 /// has. One connection at a time; without one every verb does nothing.
 ///
-/// Losing the connection, and the 25th protocol error, end the program with kExitGraphics after a message.
+/// Losing the connection or the window, and the 25th protocol error, end the program with kExitGraphics after
+/// a message.
 
 #include <optional>
 #include <span>
@@ -50,12 +51,15 @@ std::optional<std::string> gx11_default(std::string_view option);
 /// The colour that the server knows by this name.
 std::optional<Rgb> gx11_parse_color(std::string_view name);
 
-/// Title of window and icon, at most 59 characters, underscores shown as blanks.
+/// Title of window and icon, at most 59 characters, underscores shown as blanks; UTF-8, other bytes are taken
+/// for Latin-1.
 void gx11_set_title(std::string_view title);
 /// Title with a remark behind it; the bare title for an empty one.
 void gx11_set_title_extra(std::string_view extra);
 /// The window's present name without the title: the remark, from whomever it is.
 std::string gx11_title_extra();
+/// Tells the window manager which process the window belongs to: again after the program has forked.
+void gx11_set_owner();
 /// Cursor types as in window/events.h.
 void gx11_set_cursor(int type);
 /// Volume -100 to 100 percent.

@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <utility>
 
+#include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/x11.h"
 #include "graphics/devices/x11_state.h"
@@ -54,16 +56,69 @@ bool shared_color(const X11Session &s, XColor &color) {
     return compose(s, color) || XAllocColor(s.display(), s.colors(), &color) != 0;
 }
 
+void store(const X11Session &s, XColor &color) {
+    XStoreColor(s.display(), s.colors(), &color);
+    XQueryColor(s.display(), s.colors(), &color);
+}
+
 /// A read-write cell of our own. Without one, read-write colours are over.
-bool own_cell(const X11Session &s, XColor &color) {
+bool own_cell(X11Session &s, XColor &color) {
     unsigned long pixel = 0;
     const bool had = XAllocColorCells(s.display(), s.colors(), False, nullptr, 0, &pixel, 1) != 0;
     MESS_print(kDebug, "Allocated RW Cells: %d\n", had ? 1 : 0);
     gstate().rw_colors = had;
     if (!had) return false;
     color.pixel = pixel;
-    XStoreColor(s.display(), s.colors(), &color);
-    XQueryColor(s.display(), s.colors(), &color);
+    s.own_cells.insert(pixel);
+    store(s, color);
+    return true;
+}
+
+/// How light the eye takes a colour for, of the sum of its components' shares 1.
+constexpr float kRedShare = 0.30F, kGreenShare = 0.59F, kBlueShare = 0.11F;
+
+/// Square of the difference that is seen, 0 to 1.
+float difference(const XColor &a, const XColor &b) {
+    const Rgb first = make_rgb(a), second = make_rgb(b);
+    const auto square = [](float x) { return x * x; };
+    return kRedShare * square(first.red - second.red) + kGreenShare * square(first.green - second.green) +
+           kBlueShare * square(first.blue - second.blue);
+}
+
+void tell_full(X11Session &s) {
+    if (std::exchange(s.told_full, true)) return;
+    gerr_printf("galloc_colr", "the colour map is full, the nearest colours are taken%s\n",
+                s.own_colors ? "" : "; -pp lcmap gives the window a map of its own");
+}
+
+/// The cell is ours, or becomes ours and others' together, so that nobody changes it.
+bool share_cell(X11Session &s, XColor &cell) {
+    if (s.own_cells.contains(cell.pixel)) return true;
+    if (s.foreign_cells.contains(cell.pixel)) return false;
+    const unsigned long pixel = cell.pixel;
+    if (XAllocColor(s.display(), s.colors(), &cell) != 0) return true;
+    s.foreign_cells.insert(pixel);
+    return false;
+}
+
+/// The nearest of the colours that a full map has. Cells that another program writes may change at any time:
+/// one is taken only where every shared cell is much farther off.
+bool nearest_color(X11Session &s, XColor &color) {
+    const bool mapped = s.visual->c_class == PseudoColor || s.visual->c_class == GrayScale;
+    if (!mapped || s.depth > kMaxMappedDepth) return false;
+    tell_full(s);
+    std::vector<XColor> cells = x11_map_cells(s);
+    std::ranges::stable_sort(cells, {}, [&color](const XColor &cell) { return difference(cell, color); });
+    constexpr float kMuchFarther = 4, kStillNear = 0.01F; // of squares
+    const float farthest = std::max(kMuchFarther * difference(cells.front(), color), kStillNear);
+    const XColor wanted = color;
+    color = cells.front();
+    for (XColor &cell : cells) {
+        if (difference(cell, wanted) > farthest) break;
+        if (!share_cell(s, cell)) continue;
+        color = cell;
+        break;
+    }
     return true;
 }
 
@@ -75,19 +130,26 @@ void trace(const char *what, int index, const Rgb &asked, const XColor &got) {
 
 } // namespace
 
+std::vector<XColor> x11_map_cells(const X11Session &session) {
+    std::vector<XColor> cells(std::size_t{1} << session.depth);
+    for (std::size_t i = 0; i < cells.size(); ++i) cells[i].pixel = i;
+    XQueryColors(session.display(), session.colors(), cells.data(), static_cast<int>(cells.size()));
+    return cells;
+}
+
 RasterColor gx11_alloc_color(int index, const Rgb &color, long pixel) {
-    const X11Session *const s = x11_session();
+    X11Session *const s = x11_session();
     if (s == nullptr) return {};
     XColor wanted = make_color(color);
     const char *done = nullptr;
-    if (pixel >= 0 && gstate().rw_colors && s->visual->c_class != TrueColor) {
+    const bool own = pixel >= 0 && s->own_cells.contains(static_cast<unsigned long>(pixel));
+    if (own && gstate().rw_colors) {
         wanted.pixel = static_cast<unsigned long>(pixel);
-        XStoreColor(s->display(), s->colors(), &wanted);
-        XQueryColor(s->display(), s->colors(), &wanted);
+        store(*s, wanted);
         done = "Stored RW Cells";
     } else if (pixel < 0 && gstate().rw_colors && own_cell(*s, wanted)) {
         done = "Stored new RW Cells";
-    } else if (shared_color(*s, wanted)) {
+    } else if (shared_color(*s, wanted) || nearest_color(*s, wanted)) {
         done = pixel < 0 ? "Allocated new RW Cells" : "Allocated RW Cells";
     }
     if (done == nullptr) return {};
@@ -103,10 +165,27 @@ std::optional<Rgb> gx11_parse_color(std::string_view name) {
     return make_rgb(color);
 }
 
+namespace {
+
+/// Black or white in the window's own colour map, whichever is seen on the background.
+unsigned long visible_ink(X11Session &s) {
+    XColor back{};
+    back.pixel = s.background;
+    XQueryColor(s.display(), s.colors(), &back);
+    const Rgb color = make_rgb(back);
+    const float light = kRedShare * color.red + kGreenShare * color.green + kBlueShare * color.blue;
+    const float other = light > 0.5F ? 0.0F : 1.0F;
+    XColor ink = make_color({other, other, other});
+    return shared_color(s, ink) || nearest_color(s, ink) ? ink.pixel : s.foreground;
+}
+
+} // namespace
+
 void gx11_set_background(long pixel) {
     X11Session *const s = x11_session();
     if (s == nullptr || pixel < 0) return;
     s->background = static_cast<unsigned long>(pixel);
+    s->ink = visible_ink(*s);
     XSetWindowBackground(s->display(), s->window.get(), s->background);
     XSetForeground(s->display(), s->root_context.get(), s->background);
     for (const XDrawing &context : s->contexts) XSetBackground(s->display(), context.get(), s->background);

@@ -229,7 +229,14 @@ void gx11_outline(int kind, PixelPoint a, PixelPoint b, bool invert) {
     const X11Session *const s = x11_settled();
     if (s == nullptr) return;
     const GC line = s->context(RasterContext::line);
-    if (invert) XSetFunction(s->display(), line, GXxor);
+    XGCValues before{}, now{};
+    XGetGCValues(s->display(), line, GCForeground, &before); // the library knows
+    before.function = GXcopy;
+    now.function = invert ? GXxor : GXcopy;
+    // Background becomes ink and ink background. A full colour map may have no such two: all bits turn then.
+    const unsigned long swap = s->ink ^ s->background;
+    now.foreground = !invert ? s->ink : swap != 0 ? swap : XAllPlanes();
+    XChangeGC(s->display(), line, GCFunction | GCForeground, &now);
     if (kind == 1) {
         XDrawLine(s->display(), s->window.get(), line, a.x, a.y, b.x, b.y);
     } else {
@@ -238,7 +245,7 @@ void gx11_outline(int kind, PixelPoint a, PixelPoint b, bool invert) {
         XDrawRectangle(s->display(), s->window.get(), line, left, top, positive(right - left),
                        positive(bottom - top));
     }
-    if (invert) XSetFunction(s->display(), line, GXcopy);
+    XChangeGC(s->display(), line, GCFunction | GCForeground, &before);
     XFlush(s->display());
 }
 

@@ -29,7 +29,15 @@ std::string request_name(Display *display, int opcode) {
     return name.data();
 }
 
+/// The window has gone, and the event that says so is not read yet.
+bool misses_window(const XErrorEvent &event) {
+    const X11Session *const s = x11_session();
+    return s != nullptr && s->window && event.resourceid == s->window.get() &&
+           (event.error_code == BadWindow || event.error_code == BadDrawable);
+}
+
 int on_error(Display *display, XErrorEvent *event) {
+    if (misses_window(*event)) x11_window_gone();
     state.seen = true;
     if (!state.print) return 0;
     ++state.count;
@@ -49,6 +57,12 @@ int on_lost_connection(Display * /*display*/) {
 }
 
 } // namespace
+
+void x11_window_gone() {
+    x11_abandon();
+    MESS_print(kError, "X11 window was destroyed by another program\n");
+    VYX_exit(kExitGraphics);
+}
 
 void x11_install_handlers() {
     XSetErrorHandler(on_error);

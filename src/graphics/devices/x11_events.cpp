@@ -52,8 +52,9 @@ RasterEvent motion_event(Display *display, XEvent &event) {
 
 RasterEvent message_event(const X11Session &s, const XClientMessageEvent &event) {
     RasterEvent out;
-    if (event.message_type == s.protocols) {
-        if (static_cast<Atom>(event.data.l[0]) == s.delete_window) out.kind = RasterEventKind::close;
+    if (event.message_type == s.atom(XAtom::protocols)) {
+        if (static_cast<Atom>(event.data.l[0]) == s.atom(XAtom::delete_window))
+            out.kind = RasterEventKind::close;
         return out;
     }
     constexpr int kByteFormat = 8;
@@ -97,6 +98,9 @@ RasterEvent gx11_next_event() {
     case FocusIn: return plain(RasterEventKind::focus_in);
     case FocusOut: return plain(RasterEventKind::focus_out);
     case ConfigureNotify: return configure_event(*s, event.xconfigure);
+    case DestroyNotify:
+        if (event.xdestroywindow.window == s->window.get()) x11_window_gone();
+        return {};
     case ClientMessage: return message_event(*s, event.xclient);
     case KeyPress: return key_event(event.xkey);
     case ButtonPress: return button_event(event.xbutton, RasterEventKind::button_press);

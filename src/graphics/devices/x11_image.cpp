@@ -7,13 +7,9 @@
 namespace {
 
 constexpr float kFull = 65535;
-/// Deepest pixels that go through a colour map.
-constexpr int kMaxMappedDepth = 12;
 
 std::vector<Rgb> map_colors(const X11Session &s) {
-    std::vector<XColor> cells(std::size_t{1} << s.depth);
-    for (std::size_t i = 0; i < cells.size(); ++i) cells[i].pixel = i;
-    XQueryColors(s.display(), s.colors(), cells.data(), static_cast<int>(cells.size()));
+    const std::vector<XColor> cells = x11_map_cells(s);
     std::vector<Rgb> colors(cells.size());
     std::ranges::transform(cells, colors.begin(), [](const XColor &c) {
         return Rgb{static_cast<float>(c.red) / kFull, static_cast<float>(c.green) / kFull,

@@ -5,7 +5,9 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -58,9 +60,22 @@ struct XImageFree {
 };
 using XImageHandle = std::unique_ptr<XImage, XImageFree>;
 
+/// Deepest pixels that go through a colour map.
+inline constexpr int kMaxMappedDepth = 12;
 inline constexpr std::size_t kPatterns = 20;
 inline constexpr std::size_t kCursors = 9;
 inline constexpr std::size_t kMaxTitle = 59, kMaxProgram = 19;
+
+/// Names that the server keeps numbers for.
+enum class XAtom : std::size_t {
+    protocols,
+    delete_window,
+    net_name,
+    net_icon_name,
+    net_pid,
+    utf8_string,
+    count
+};
 
 struct PixmapRecord {
     XPixmap pixmap;
@@ -77,8 +92,12 @@ struct X11Session {
     XWindow window;
     int width = 0, height = 0; ///< of the window
     unsigned long foreground = 0, background = 0;
+    unsigned long ink = 0;                 ///< black or white, which of them is seen on the background
+    std::set<unsigned long> own_cells;     ///< read-write cells of this program
+    std::set<unsigned long> foreign_cells; ///< cells that were found to be another program's alone
+    bool told_full = false;
     std::string title = "X11_Graph", program = "X11_Graph";
-    Atom protocols = 0, delete_window = 0;
+    std::array<Atom, static_cast<std::size_t>(XAtom::count)> atoms{};
 
     XDrawing root_context; ///< copies and clears; foreground is the background colour
     std::array<XDrawing, kRasterContexts> contexts;
@@ -99,6 +118,7 @@ struct X11Session {
     [[nodiscard]] Colormap colors() const {
         return own_colors ? own_colors.get() : XDefaultColormap(display(), screen);
     }
+    [[nodiscard]] Atom atom(XAtom which) const { return atoms[static_cast<std::size_t>(which)]; }
     [[nodiscard]] GC context(RasterContext which) const {
         return contexts[static_cast<std::size_t>(which)].get();
     }
@@ -113,6 +133,14 @@ void x11_abandon();
 /// Null for a picture that is not of this session.
 const PixmapRecord *x11_pixmap(const X11Session &session, PixmapId id);
 
+/// The title as it is kept: UTF-8, at most kMaxTitle characters.
+std::string x11_title(std::string_view text);
+/// Tells which process of which machine the window belongs to.
+void x11_set_owner(const X11Session &session);
+
+/// Every cell of the colour map.
+std::vector<XColor> x11_map_cells(const X11Session &session);
+
 // Errors
 /// Protocol errors are counted from here on, and printed or not.
 void x11_watch_errors(bool print);
@@ -122,5 +150,7 @@ bool x11_no_error(Display *display);
 void x11_begin_trial(Display *display);
 bool x11_end_trial(Display *display);
 int x11_error_count();
+/// Ends the program, because somebody else has destroyed its window.
+[[noreturn]] void x11_window_gone();
 /// Installs the handlers of protocol errors and of a lost connection.
 void x11_install_handlers();

@@ -30,17 +30,31 @@ struct State {
     X11Session *abandoned = nullptr; ///< never freed: the program is ending, and the server cannot be asked
 } state;
 
-std::string shown(std::string_view text) {
-    std::string result(text);
-    std::ranges::replace(result, '_', ' ');
-    return result;
-}
-
 /// Where and how large the window is wanted, and whether the user said so.
 struct Placement {
     int x, y, width, height;
     long hints = PPosition | PSize;
+    int gravity = NorthWestGravity; ///< the corner of the window manager's frame that the place is for
 };
+
+/// Somebody else hears what windows ask for. Its frame takes the place of the window's border.
+bool has_window_manager(const X11Session &s) {
+    XWindowAttributes root;
+    return XGetWindowAttributes(s.display(), XRootWindow(s.display(), s.screen), &root) != 0 &&
+           (root.all_event_masks & SubstructureRedirectMask) != 0;
+}
+
+/// A place counted from the right or bottom edge: that corner of the frame stays there, whatever is put
+/// around the window.
+void place_from_edges(const X11Session &s, int given, Placement &p) {
+    const bool from_right = (given & XNegative) != 0, from_bottom = (given & YNegative) != 0;
+    if (!from_right && !from_bottom) return;
+    // A window manager counts from the outside of the border that the window came with.
+    const int border = has_window_manager(s) ? 2 * static_cast<int>(kBorderWidth) : 0;
+    if (from_right) p.x += XDisplayWidth(s.display(), s.screen) - p.width - border;
+    if (from_bottom) p.y += XDisplayHeight(s.display(), s.screen) - p.height - border;
+    p.gravity = !from_bottom ? NorthEastGravity : from_right ? SouthEastGravity : SouthWestGravity;
+}
 
 Placement place(const X11Session &s, const RasterWish &wish) {
     Placement p{wish.x, wish.y, wish.width, wish.height};
@@ -56,8 +70,9 @@ Placement place(const X11Session &s, const RasterWish &wish) {
         p.hints = (p.hints & ~PSize) | USSize;
     }
     if ((given & XValue) != 0 && (given & YValue) != 0) {
-        p.x = (given & XNegative) != 0 ? x + XDisplayWidth(s.display(), s.screen) - p.width : x;
-        p.y = (given & YNegative) != 0 ? y + XDisplayHeight(s.display(), s.screen) - p.height : y;
+        p.x = x;
+        p.y = y;
+        place_from_edges(s, given, p);
         p.hints = (p.hints & ~PPosition) | USPosition;
     }
     return p;
@@ -76,7 +91,7 @@ bool connect(X11Session &s, const RasterWish &wish) {
     const unsigned long black = XBlackPixel(s.display(), s.screen),
                         white = XWhitePixel(s.display(), s.screen);
     s.background = wish.inverse ? white : black;
-    s.foreground = wish.inverse ? black : white;
+    s.foreground = s.ink = wish.inverse ? black : white;
     return true;
 }
 
@@ -104,12 +119,22 @@ bool create_window(X11Session &s, const Placement &p) {
     return true;
 }
 
+void intern_names(X11Session &s) {
+    // In the order of XAtom. The library takes names that it could change, and does not.
+    std::array<const char *, static_cast<std::size_t>(XAtom::count)> names{
+        "WM_PROTOCOLS",      "WM_DELETE_WINDOW", "_NET_WM_NAME",
+        "_NET_WM_ICON_NAME", "_NET_WM_PID",      "UTF8_STRING"};
+    XInternAtoms(s.display(), const_cast<char **>(names.data()), static_cast<int>(names.size()), False,
+                 s.atoms.data());
+}
+
 /// What the window manager is told.
 void describe(X11Session &s, const RasterWish &wish, const Placement &p) {
     Display *const display = s.display();
     const Window window = s.window.get();
     XSizeHints size{};
-    size.flags = p.hints;
+    size.flags = p.hints | PWinGravity;
+    size.win_gravity = p.gravity;
     size.x = p.x;
     size.y = p.y;
     size.width = p.width;
@@ -131,9 +156,9 @@ void describe(X11Session &s, const RasterWish &wish, const Placement &p) {
     XClassHint names{instance.data(), class_name.data()};
     XSetClassHint(display, window, &names);
 
-    s.protocols = XInternAtom(display, "WM_PROTOCOLS", False);
-    s.delete_window = XInternAtom(display, "WM_DELETE_WINDOW", False);
-    XSetWMProtocols(display, window, &s.delete_window, 1);
+    Atom close = s.atom(XAtom::delete_window);
+    XSetWMProtocols(display, window, &close, 1);
+    x11_set_owner(s);
 }
 
 /// Waits for the first sign of the window on the screen and leaves it in the queue.
@@ -215,12 +240,6 @@ std::string font_list() {
     return gx11_default("font_list").value_or("");
 }
 
-void name_window(const X11Session &s, const std::string &text) {
-    XStoreName(s.display(), s.window.get(), text.c_str());
-    XSetIconName(s.display(), s.window.get(), text.c_str());
-    XFlush(s.display());
-}
-
 } // namespace
 
 X11Session *x11_session() {
@@ -253,7 +272,6 @@ bool gx11_open(const RasterWish &wish, RasterWindow &window) {
     state.session = std::make_unique<X11Session>();
     X11Session &s = *state.session;
     if (!wish.program.empty()) s.program = wish.program.substr(0, kMaxProgram);
-    if (!wish.title.empty()) s.title = wish.title.substr(0, kMaxTitle);
     if (!connect(s, wish)) {
         state.session.reset();
         return false;
@@ -263,7 +281,8 @@ bool gx11_open(const RasterWish &wish, RasterWindow &window) {
         state.session.reset();
         return false;
     }
-    name_window(s, shown(s.title));
+    intern_names(s);
+    gx11_set_title(wish.title.empty() ? s.title : wish.title);
     describe(s, wish, placement);
     create_root_context(s);
     s.base = s.drawable = gx11_create_pixmap(s.width, s.height);
@@ -298,29 +317,6 @@ std::optional<std::string> gx11_default(std::string_view option) {
     const char *const value = XGetDefault(s->display(), s->program.c_str(), std::string(option).c_str());
     if (value == nullptr) return std::nullopt;
     return std::string(value);
-}
-
-void gx11_set_title(std::string_view title) {
-    X11Session *const s = x11_session();
-    if (s == nullptr) return;
-    s->title = title.substr(0, kMaxTitle);
-    name_window(*s, shown(s->title));
-}
-
-void gx11_set_title_extra(std::string_view extra) {
-    const X11Session *const s = x11_session();
-    if (s == nullptr) return;
-    name_window(*s, shown(s->title) + (extra.empty() ? "" : " " + std::string(extra)));
-}
-
-std::string gx11_title_extra() {
-    const X11Session *const s = x11_session();
-    char *name = nullptr;
-    if (s == nullptr || XFetchName(s->display(), s->window.get(), &name) == 0 || name == nullptr) return {};
-    const std::string present(name);
-    XFree(name);
-    const std::size_t behind = s->title.size() + 1;
-    return present.size() > behind ? present.substr(behind) : std::string();
 }
 
 void gx11_set_cursor(int type) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "graphics/core/state.h"
+#include "graphics/devices/x11.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/window_hooks.h"
 #include "lib/options/flags.h"
@@ -68,6 +69,7 @@ int GPH_end(int ws_id) {
 
 int GPH_hold(int flag) {
     const auto hold = gwindow_hooks().hold;
+    if (gtype_is_WIN()) gx11_set_owner(); // the program may have gone into the background
     return hold != nullptr && gtype_is_WIN() ? hold(flag) : 0;
 }
 

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <functional>
 #include <map>
+#include <set>
 #include <vector>
 
 #include "graphics/core/error.h"
@@ -36,8 +37,9 @@ struct State {
     std::vector<FontEntry> list;
     /// By file name, what was read since the list was: labels change fonts often.
     std::map<std::string, StrokeFont, std::less<>> parsed;
-    StrokeFont none;                  ///< draws nothing
-    const StrokeFont *loaded = &none; ///< `none` or one of `parsed`
+    StrokeFont none;                           ///< draws nothing
+    const StrokeFont *loaded = &none;          ///< `none` or one of `parsed`
+    std::set<std::string, std::less<>> failed; ///< names that could not be loaded since the list was read
     std::string default_name;
     WindowFonts window_fonts;
     bool window_font = false; ///< the loaded font is the window's
@@ -130,6 +132,21 @@ std::optional<StrokeFont> load_file(std::string_view name) {
     return parse_stroke_font(content);
 }
 
+/// Tells of each name once, however many texts ask for it.
+bool load_once(std::string_view name) {
+    if (state.failed.contains(name)) return false;
+    if (read_font(name) == 0) return true;
+    state.failed.emplace(name);
+    return false;
+}
+
+/// A font that cannot be had is replaced by one that can: texts are drawn all the same.
+int load_or_replace(std::string_view name) {
+    if (load_once(name) || load_once(kFallbackFont)) return 0;
+    const auto loads = [](const FontEntry &entry) { return load_once(entry.file); };
+    return std::ranges::any_of(state.list, loads) ? 0 : -1;
+}
+
 } // namespace
 
 const StrokeFont &current_stroke_font() {
@@ -179,12 +196,13 @@ int read_font(std::string_view name) {
 void gsetup_fonts() {
     state.loaded = &state.none;
     state.parsed.clear();
+    state.failed.clear();
     read_list();
     const auto wanted = static_cast<std::size_t>(std::max(gstate().text.font, 1));
     if (state.list.empty())
-        read_font(kFallbackFont);
+        load_or_replace(kFallbackFont);
     else
-        read_font(state.list[wanted <= state.list.size() ? wanted - 1 : 0].file);
+        load_or_replace(state.list[wanted <= state.list.size() ? wanted - 1 : 0].file);
 }
 
 int gload_font(int font) {
@@ -193,7 +211,7 @@ int gload_font(int font) {
         gerr_printf("gset_fontprec", "invalid font id: %d\n", font);
         return -1;
     }
-    return read_font(state.list[static_cast<std::size_t>(font) - 1].file);
+    return load_or_replace(state.list[static_cast<std::size_t>(font) - 1].file);
 }
 
 int gget_font_index(std::string_view name) {

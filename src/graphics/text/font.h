@@ -7,13 +7,16 @@
 
 #include "graphics/core/types.h"
 
-/// Loads the font list (resource "font_list", else "vyx.fnl" along "file_path") and the current font.
+/// Loads the font list (resource "font_list", else "vyx.fnl" along "file_path") and the current font. Where
+/// that one cannot be loaded the package's own strokes stand in, after a message: "modern.fnt", else any of
+/// the list.
 void gsetup_fonts();
 /// Makes a font file (searched along "file_path") the current font; a file is read once until gsetup_fonts is
 /// called again. 0, or -1 with a message; then text draws nothing.
 int read_font(std::string_view name);
-/// Loads entry `font` (from 1) of the font list. 0 also when the list is empty (nothing is loaded then); -1
-/// with a message for a number outside the list or a font that cannot be loaded.
+/// Loads entry `font` (from 1) of the font list, or what stands in for one that cannot be loaded; a message
+/// tells of each such font once until gsetup_fonts is called again. 0 also when the list is empty (nothing is
+/// loaded then); -1 with a message for a number outside the list, or when nothing stands in.
 int gload_font(int font);
 /// 1-based position of a font in the list, a number as it stands, else 1.
 int gget_font_index(std::string_view name);

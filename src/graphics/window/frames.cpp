@@ -17,6 +17,7 @@ namespace {
 
 struct State {
     FrameTable table;
+    bool titled = false; ///< the window's title tells a frame
 } state;
 
 Frame &slot(int frame) {
@@ -80,6 +81,11 @@ void remove_from_row(int frame) {
 void show_frame_title(int frame) {
     if (!state.table.titles || state.table.count == 0) return;
     gset_win_title_extra("[" + std::to_string(frame) + "]");
+    state.titled = true;
+}
+
+void clear_frame_title() {
+    if (std::exchange(state.titled, false)) gset_win_title_extra("");
 }
 
 } // namespace
@@ -99,6 +105,7 @@ void ginit_loop() {
     }
     state.table.count = 0;
     state.table.current = -1;
+    clear_frame_title();
 }
 
 int gcreate_frame(int frame) {
@@ -162,6 +169,7 @@ int gdelete_frame(int frame) {
     remove_from_row(n);
     --t.count;
     if (t.count == 0) {
+        clear_frame_title();
         graster_clear(graster_base());
         gupdate_window();
     }

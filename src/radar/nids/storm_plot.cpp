@@ -40,7 +40,7 @@ void draw_marker(const Point &place, const StormMarker &marker) {
 /// White shows on a dark background only.
 StormMarker plain_marker() {
     StormMarker marker = kPlainStorm;
-    if (gtype_is_file()) marker.color = "black";
+    marker.color = gtype_is_file() ? "black" : ATTRIB_text_default();
     return marker;
 }
 
