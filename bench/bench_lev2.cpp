@@ -8,13 +8,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/options/flags.h"
 #include "lib/resources/database.h"
 #include "lib/text/byte_reader.h"
-#include "plot/levels.h"
-#include "plot/map.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
 #include "radar/common/cells.h"
 #include "radar/common/inflate.h"
 #include "radar/lev2/painter.h"

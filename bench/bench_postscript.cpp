@@ -7,8 +7,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "graphics/core/color_table.h"
-#include "graphics/devices/postscript.h"
+#include "graphics/core/color_slots.h"
+#include "graphics/devices/print/postscript.h"
 #include "lib/report/message.h"
 
 namespace {

@@ -12,9 +12,9 @@
 #include <X11/Xlib.h>
 #include <benchmark/benchmark.h>
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/images/image.h"
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "plot/attribute.h"
-#include "plot/color_table.h"
+#include "plot/colour/attribute.h"
+#include "plot/colour/named_colors.h"
 #include "scratch_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

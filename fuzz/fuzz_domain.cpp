@@ -7,8 +7,8 @@
 
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
-#include "plot/map.h"
-#include "plot/region.h"
+#include "plot/map/current_map.h"
+#include "plot/places/region.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     static const bool quiet = [] {

@@ -8,10 +8,10 @@
 #include <string_view>
 
 #include "lib/text/strings.h"
-#include "plot/bar.h"
-#include "plot/color_table.h"
-#include "plot/level_colors.h"
-#include "plot/levels.h"
+#include "plot/bar/color_bar.h"
+#include "plot/colour/level_list.h"
+#include "plot/colour/levels.h"
+#include "plot/colour/named_colors.h"
 #include "scratch_file.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "plot/map_file.h"
+#include "plot/background/line_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     if (size == 0) return 0;

@@ -10,16 +10,16 @@
 #include <vector>
 
 #include "app/option_check.h"
-#include "graphics/devices/postscript_options.h"
-#include "graphics/devices/print_setup.h"
+#include "graphics/devices/print/postscript_options.h"
+#include "graphics/devices/print/setup_file.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/resources/sources.h"
 #include "lib/text/strings.h"
 #include "lib/time/date.h"
 #include "lib/time/fixed_time.h"
-#include "plot/map_item.h"
-#include "plot/session.h"
+#include "plot/background/item.h"
+#include "plot/session/plot_session.h"
 #include "radar/common/options.h"
 #include "radar/nids/storm.h"
 

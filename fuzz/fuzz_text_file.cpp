@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "lib/report/message.h"
-#include "plot/city.h"
-#include "plot/region_file.h"
-#include "plot/variables.h"
-#include "plot/watch_text.h"
+#include "plot/places/city.h"
+#include "plot/places/region_lines.h"
+#include "plot/symbols/variables.h"
+#include "plot/symbols/watch_text.h"
 #include "scratch_file.h"
 
 namespace {

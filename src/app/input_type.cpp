@@ -10,7 +10,7 @@
 #include "lib/report/misfits.h"
 #include "lib/resources/database.h"
 #include "lib/text/strings.h"
-#include "plot/station.h"
+#include "plot/symbols/station.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "app/input_type.h"
 #include "app/option_check.h"
-#include "graphics/devices/postscript_options.h"
+#include "graphics/devices/print/postscript_options.h"
 #include "graphics/text/font.h"
 #include "lib/files/naming.h"
 #include "lib/options/flags.h"
@@ -20,8 +20,8 @@
 #include "lib/scratch_dir.h"
 #include "lib/text/strings.h"
 #include "lib/time/fixed_time.h"
-#include "plot/color_table.h"
-#include "plot/look_check.h"
+#include "plot/colour/look_check.h"
+#include "plot/colour/named_colors.h"
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
 

@@ -2,7 +2,7 @@
 #include <limits>
 #include <string>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "page_fixture.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "graphics/core/state.h"
-#include "graphics/devices/raster.h"
-#include "graphics/kernel/gph.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/report/process.h"
 #include "no_more_memory.h"

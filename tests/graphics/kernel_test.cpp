@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "graphics/core/stroke_output.h"
-#include "graphics/kernel/gph.h"
-#include "graphics/kernel/session.h"
+#include "graphics/kernel/helpers.h"
+#include "graphics/kernel/identity.h"
 #include "lib/options/flags.h"
 #include "lib/report/process.h"
 #include "page_fixture.h"

@@ -1,6 +1,6 @@
 // The PostScript device: what it writes, what it leaves out, and what a page renderer makes of it.
 
-#include "graphics/devices/postscript.h"
+#include "graphics/devices/print/postscript.h"
 
 #include <algorithm>
 #include <array>
@@ -18,10 +18,10 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "graphics/core/color_table.h"
+#include "graphics/core/color_slots.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/paper.h"
-#include "graphics/devices/print_writer.h"
+#include "graphics/devices/print/number_writer.h"
+#include "graphics/devices/print/paper.h"
 #include "lib/system/calendar.h"
 #include "lib/text/strings.h"
 

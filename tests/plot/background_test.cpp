@@ -1,4 +1,4 @@
-#include "plot/background.h"
+#include "plot/background/background_map.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,10 +7,10 @@
 #include "graphics/core/state.h"
 #include "graphics/text/font.h"
 #include "lib/system/stream.h"
+#include "plot/background/item.h"
+#include "plot/background/line_file.h"
 #include "plot/drawing_fixture.h"
-#include "plot/map_file.h"
-#include "plot/map_item.h"
-#include "plot/map_settings.h"
+#include "plot/map/settings.h"
 #include "plot/map_writer.h"
 
 namespace {

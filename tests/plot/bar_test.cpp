@@ -1,13 +1,13 @@
 // The colour bar: where it stands, which levels it shows, and that its numbers can be read.
 
-#include "plot/bar.h"
+#include "plot/bar/color_bar.h"
 
 #include <map>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/text/font.h"
-#include "plot/level_choice.h"
-#include "plot/levels.h"
+#include "plot/colour/level_choice.h"
+#include "plot/colour/levels.h"
 #include "plot_page.h"
 
 namespace {

@@ -6,7 +6,7 @@
 
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/city.h"
+#include "plot/places/city.h"
 
 namespace {
 

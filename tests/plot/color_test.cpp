@@ -1,14 +1,14 @@
 // Colour tables and attribute strings.
 
-#include "plot/color_table.h"
+#include "plot/colour/named_colors.h"
 
 #include <gtest/gtest.h>
 
-#include "graphics/core/color_table.h"
+#include "graphics/core/color_slots.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/attribute.h"
+#include "plot/colour/attribute.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "lib/options/flags.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/color_table.h"
-#include "plot/map.h"
+#include "plot/colour/named_colors.h"
+#include "plot/map/current_map.h"
 
 struct DrawnText {
     Point place;

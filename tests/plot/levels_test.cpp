@@ -1,6 +1,6 @@
 // Fill levels: lists and files of levels, the lookup of a value, intervals.
 
-#include "plot/levels.h"
+#include "plot/colour/levels.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,7 @@
 
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/color_table.h"
+#include "plot/colour/named_colors.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 /// Leaving out what a plot cannot show must never leave out what it shows.
 
-#include "plot/map_reach.h"
+#include "plot/background/reach.h"
 
 #include <array>
 #include <cmath>
 #include <random>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "plot/drawing_fixture.h"
 
 namespace {

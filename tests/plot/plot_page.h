@@ -14,8 +14,8 @@
 #include "lib/options/flags.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/color_table.h"
-#include "plot/session.h"
+#include "plot/colour/named_colors.h"
+#include "plot/session/plot_session.h"
 
 /// A text that the page shows, from the comment before its strokes.
 struct PageText {

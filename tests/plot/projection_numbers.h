@@ -2,7 +2,7 @@
 /// Plane positions computed by the program proj (Debian package proj-bin 9.1) on our sphere: metres / 100000
 /// unless the comment says otherwise. The command stands above its rows; it reads "longitude latitude".
 
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 struct ProjectionNumber {
     int proj;

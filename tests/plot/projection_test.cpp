@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/kernel/kernel.h"
-#include "plot/map.h"
+#include "plot/map/current_map.h"
 #include "plot/projection/names.h"
 #include "projection_numbers.h"
 

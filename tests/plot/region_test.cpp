@@ -12,9 +12,9 @@
 #include "lib/report/process.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
-#include "plot/region.h"
-#include "plot/region_file.h"
-#include "plot/station_priority.h"
+#include "plot/places/region.h"
+#include "plot/places/region_lines.h"
+#include "plot/places/station_priority.h"
 
 namespace {
 

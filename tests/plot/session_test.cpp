@@ -1,14 +1,14 @@
 // The plot session: frames, overlays, labels and plot parameters.
 
-#include "plot/session.h"
+#include "plot/session/plot_session.h"
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
 #include "lib/files/naming.h"
 #include "lib/report/process.h"
-#include "plot/levels.h"
-#include "plot/map_settings.h"
+#include "plot/colour/levels.h"
+#include "plot/map/settings.h"
 #include "plot_page.h"
 
 namespace {

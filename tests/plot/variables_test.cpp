@@ -1,9 +1,9 @@
-#include "plot/variables.h"
+#include "plot/symbols/variables.h"
 
 #include <set>
 
 #include "plot/drawing_fixture.h"
-#include "plot/station.h"
+#include "plot/symbols/station.h"
 
 namespace {
 

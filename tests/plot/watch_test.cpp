@@ -1,7 +1,7 @@
-#include "plot/watch.h"
+#include "plot/symbols/watch.h"
 
 #include "plot/drawing_fixture.h"
-#include "plot/watch_text.h"
+#include "plot/symbols/watch_text.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "plot/wind.h"
+#include "plot/symbols/wind.h"
 
 #include <limits>
 

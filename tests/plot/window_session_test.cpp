@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <cstring>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "image_facts.h"
 #include "lib/report/process.h"
-#include "plot/map.h"
+#include "plot/map/current_map.h"
 #include "plot_page.h"
 
 namespace {

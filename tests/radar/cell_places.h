@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "plot/map.h"
+#include "plot/map/current_map.h"
 #include "radar/common/cells.h"
 
 inline constexpr int kNoCell = -1;

@@ -4,14 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include "graphics/devices/raster.h"
-#include "graphics/kernel/gph.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/options/flags.h"
 #include "lib/resources/database.h"
-#include "plot/levels.h"
-#include "plot/map.h"
-#include "plot/session.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
+#include "plot/session/plot_session.h"
 #include "radar/common/cells.h"
 
 namespace {

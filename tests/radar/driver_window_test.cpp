@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "graphics/devices/raster.h"
-#include "graphics/kernel/gph.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "image_facts.h"

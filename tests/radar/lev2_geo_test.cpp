@@ -8,7 +8,7 @@
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
-#include "plot/levels.h"
+#include "plot/colour/levels.h"
 #include "radar/cell_places.h"
 #include "radar/lev2/plot.h"
 #include "real_files.h"

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "lib/report/message.h"
+#include "plot/colour/levels.h"
 #include "plot/drawing_fixture.h"
-#include "plot/levels.h"
-#include "plot/session.h"
+#include "plot/session/plot_session.h"
 #include "radar/lev2/plot.h"
 #include "samples/level2.h"
 

@@ -6,8 +6,8 @@
 #include <map>
 
 #include "graphics/kernel/kernel.h"
-#include "plot/levels.h"
-#include "plot/map.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
 #include "radar/cell_places.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"

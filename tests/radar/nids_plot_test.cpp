@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "lib/files/naming.h"
+#include "plot/colour/levels.h"
 #include "plot/drawing_fixture.h"
-#include "plot/levels.h"
-#include "plot/watch.h"
+#include "plot/symbols/watch.h"
 #include "radar/common/cells.h"
 #include "radar/common/options.h"
 #include "radar/nids/image.h"

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "plot/map.h"
+#include "plot/map/current_map.h"
 #include "radar/common/file_date.h"
-#include "radar/nids/nids_table.h"
+#include "radar/nids/product_table.h"
 #include "radar/nids/reader.h"
 #include "samples/level3.h"
 

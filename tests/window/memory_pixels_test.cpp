@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "graphics/devices/memory.h"
-#include "graphics/devices/x11.h"
+#include "graphics/devices/memory/display.h"
+#include "graphics/devices/x11/display.h"
 #include "x_server.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/core/state.h"
-#include "graphics/devices/x11.h"
+#include "graphics/devices/x11/display.h"
 #include "lib/resources/database.h"
 #include "window/onlooker.h"
 #include "window/window_program.h"

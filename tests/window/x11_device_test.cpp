@@ -2,7 +2,7 @@
 
 #include "graphics/core/state.h"
 #include "graphics/core/transform.h"
-#include "graphics/devices/x11.h"
+#include "graphics/devices/x11/display.h"
 #include "graphics/text/font.h"
 #include "graphics/text/stroke.h"
 #include "lib/report/process.h"

@@ -7,8 +7,8 @@
 #include <X11/Xatom.h>
 
 #include "graphics/core/state.h"
-#include "graphics/devices/x11.h"
-#include "graphics/devices/x11_state.h"
+#include "graphics/devices/x11/display.h"
+#include "graphics/devices/x11/state.h"
 #include "lib/report/process.h"
 #include "window/onlooker.h"
 #include "window/window_program.h"

@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "graphics/core/state.h"
-#include "graphics/kernel/checks.h"
+#include "graphics/kernel/argument_checks.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/raster_ink.h"
 #include "graphics/text/font.h"

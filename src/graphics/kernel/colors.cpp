@@ -5,10 +5,10 @@
 #include <string>
 
 #include "graphics/core/state.h"
-#include "graphics/devices/postscript.h"
-#include "graphics/devices/raster.h"
-#include "graphics/devices/x11.h"
-#include "graphics/kernel/checks.h"
+#include "graphics/devices/print/postscript.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/devices/x11/display.h"
+#include "graphics/kernel/argument_checks.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/raster_ink.h"
 #include "lib/report/message.h"

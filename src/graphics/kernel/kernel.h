@@ -9,11 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "graphics/core/color_table.h"
+#include "graphics/core/color_slots.h"
 #include "graphics/core/error.h"
 #include "graphics/core/object_list.h"
 #include "graphics/core/transform.h"
-#include "graphics/devices/raster_types.h"
+#include "graphics/devices/common/raster_types.h"
 
 // Opening and closing -------------------------------------------------------------
 

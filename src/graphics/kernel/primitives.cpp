@@ -4,8 +4,8 @@
 
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/postscript.h"
-#include "graphics/kernel/checks.h"
+#include "graphics/devices/print/postscript.h"
+#include "graphics/kernel/argument_checks.h"
 #include "graphics/kernel/device_points.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/marker_shapes.h"

@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "graphics/core/color_table.h"
+#include "graphics/core/color_slots.h"
 #include "graphics/core/error.h"
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/kernel/device_points.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/marker_shapes.h"

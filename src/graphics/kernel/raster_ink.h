@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
-#include "graphics/devices/raster_types.h"
+#include "graphics/devices/common/raster_types.h"
 
 /// -1 after a report for `operation` when memory is out.
 int raster_polyline(const char *operation, std::span<const Point> world);

@@ -2,7 +2,7 @@
 
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
-#include "graphics/kernel/checks.h"
+#include "graphics/kernel/argument_checks.h"
 #include "graphics/kernel/kernel.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "graphics/core/state.h"
 #include "graphics/core/transform.h"
-#include "graphics/devices/raster.h"
-#include "graphics/devices/x11.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/devices/x11/display.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"

@@ -8,7 +8,7 @@
 #include "graphics/core/error.h"
 #include "graphics/core/object_list.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "lib/report/message.h"

@@ -1,7 +1,7 @@
 #pragma once
 /// Frames of a window or memory display: pictures that are drawn apart and shown as a loop.
 
-#include "graphics/devices/raster_types.h"
+#include "graphics/devices/common/raster_types.h"
 
 inline constexpr int kMaxFrames = 128;
 inline constexpr float kLastDelay = 1.0F; ///< seconds; the newest picture of a loop stays longer

@@ -1,6 +1,6 @@
 /// The hold loop: keeps the window alive after the plot until the user ends it.
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/window/events.h"

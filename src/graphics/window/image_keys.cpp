@@ -3,9 +3,9 @@
 #include <array>
 #include <cstdio>
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/images/capture.h"
-#include "graphics/kernel/session.h"
+#include "graphics/kernel/identity.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"

@@ -1,6 +1,6 @@
 #include "graphics/window/keys.h"
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
 #include "lib/report/message.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "graphics/devices/x11.h"
+#include "graphics/devices/x11/display.h"
 
 /// True for the keys that end the hold.
 bool is_quit_key(const RasterEvent &event);

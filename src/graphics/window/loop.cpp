@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "lib/report/message.h"

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstring>
 
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 /// Enlarges a part of an image by repeating its pixels.
 
-#include "graphics/devices/raster_types.h"
+#include "graphics/devices/common/raster_types.h"
 
 /// An image of the same size and layout whose upper left pixel is (left, top) of `image`, each pixel repeated
 /// `zoom` times in both directions. What lies beyond the edge repeats the edge. Pixels of 1, 4, 8, 16, 24 and

@@ -1,8 +1,8 @@
 #include "graphics/window/rubber_band.h"
 
 #include "graphics/core/mapping.h"
-#include "graphics/devices/raster.h"
-#include "graphics/devices/x11.h"
+#include "graphics/devices/raster/display.h"
+#include "graphics/devices/x11/display.h"
 #include "graphics/window/events.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/raster.h"
+#include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/replicate.h"

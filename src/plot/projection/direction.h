@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "plot/projection/projection.h"
+#include "plot/projection/transform.h"
 
 /// Where a direction from true north at plane point (x, y) points on the plane, from its y axis; not brought
 /// into [0, 360). Nothing where the projection shows no place.

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 /// WGS-84 radii in plane units, for the satellite view on the ellipsoid.
 inline constexpr double kEarthEquatorial = 63.78137;

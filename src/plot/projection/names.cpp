@@ -3,7 +3,7 @@
 #include <array>
 
 #include "lib/text/strings.h"
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 namespace {
 

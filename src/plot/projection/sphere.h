@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 /// Degrees.
 struct SpherePoint {

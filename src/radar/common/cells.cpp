@@ -4,10 +4,10 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
-#include "plot/levels.h"
-#include "plot/map.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "graphics/core/types.h"
-#include "graphics/devices/raster_types.h"
-#include "plot/domain.h"
+#include "graphics/devices/common/raster_types.h"
+#include "plot/domain/plot_domain.h"
 #include "plot/projection/sphere.h"
 
 inline constexpr std::size_t kCellLevels = 256;

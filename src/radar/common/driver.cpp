@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "lib/files/naming.h"
@@ -17,12 +17,12 @@
 #include "lib/resources/database.h"
 #include "lib/system/memory_reserve.h"
 #include "lib/system/stream.h"
-#include "plot/bar.h"
-#include "plot/levels.h"
-#include "plot/map.h"
-#include "plot/map_settings.h"
-#include "plot/region.h"
-#include "plot/session_images.h"
+#include "plot/bar/color_bar.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
+#include "plot/map/settings.h"
+#include "plot/places/region.h"
+#include "plot/session/images.h"
 
 namespace {
 

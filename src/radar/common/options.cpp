@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <string>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "lib/text/strings.h"
-#include "plot/background.h"
-#include "plot/map.h"
+#include "plot/background/background_map.h"
+#include "plot/map/current_map.h"
 
 namespace {
 

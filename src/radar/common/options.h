@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "lib/resources/list_words.h"
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 inline constexpr int kMaxRings = 4;
 inline constexpr float kDefaultRingNm = 100.0F;

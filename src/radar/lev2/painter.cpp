@@ -4,7 +4,7 @@
 #include <bit>
 #include <cmath>
 
-#include "plot/levels.h"
+#include "plot/colour/levels.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/files/kept_input.h"
 #include "lib/files/naming.h"
@@ -13,11 +13,11 @@
 #include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "lib/time/date.h"
-#include "plot/background.h"
-#include "plot/levels.h"
-#include "plot/map.h"
-#include "plot/region.h"
-#include "plot/session.h"
+#include "plot/background/background_map.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
+#include "plot/places/region.h"
+#include "plot/session/plot_session.h"
 #include "radar/common/driver.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 #include "radar/common/cells.h"
 #include "radar/common/options.h"
 #include "radar/lev2/moment.h"

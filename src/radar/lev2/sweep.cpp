@@ -1,15 +1,15 @@
 #include <cmath>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/text/strings.h"
 #include "lib/time/date.h"
-#include "plot/attribute.h"
-#include "plot/level_choice.h"
-#include "plot/map.h"
-#include "plot/session.h"
+#include "plot/colour/attribute.h"
+#include "plot/colour/level_choice.h"
+#include "plot/map/current_map.h"
+#include "plot/session/plot_session.h"
 #include "radar/lev2/painter.h"
 #include "radar/lev2/plot.h"
 

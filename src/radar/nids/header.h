@@ -1,7 +1,7 @@
 #pragma once
 /// What the readers of this room need of the header blocks beyond the public declarations.
 
-#include "radar/nids/nids_table.h"
+#include "radar/nids/product_table.h"
 
 /// The rules of the open product.
 const NidsProduct &NIDS_product();

@@ -5,16 +5,16 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/options/flags.h"
 #include "lib/time/date.h"
-#include "plot/attribute.h"
-#include "plot/level_choice.h"
-#include "plot/levels.h"
-#include "plot/map.h"
-#include "plot/session.h"
-#include "plot/wind.h"
+#include "plot/colour/attribute.h"
+#include "plot/colour/level_choice.h"
+#include "plot/colour/levels.h"
+#include "plot/map/current_map.h"
+#include "plot/session/plot_session.h"
+#include "plot/symbols/wind.h"
 #include "radar/nids/grid_file.h"
 #include "radar/nids/levels.h"
 #include "radar/nids/plot.h"

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "lib/resources/list_words.h"
-#include "plot/domain.h"
-#include "plot/station.h"
+#include "plot/domain/plot_domain.h"
+#include "plot/symbols/station.h"
 #include "radar/nids/product.h"
 
 /// One line of a storm table.

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "lib/system/calendar.h"
-#include "plot/domain.h"
+#include "plot/domain/plot_domain.h"
 
 inline constexpr int kThresholds = 16;
 /// Source identifiers above this are national mosaics.

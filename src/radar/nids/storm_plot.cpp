@@ -4,11 +4,11 @@
 #include <array>
 #include <cmath>
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
-#include "plot/attribute.h"
-#include "plot/map.h"
-#include "plot/wind.h"
+#include "plot/colour/attribute.h"
+#include "plot/map/current_map.h"
+#include "plot/symbols/wind.h"
 #include "radar/nids/storm.h"
 
 namespace {

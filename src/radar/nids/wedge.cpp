@@ -1,9 +1,9 @@
 #include "radar/nids/wedge.h"
 
-#include "graphics/kernel/gph.h"
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/options/flags.h"
-#include "plot/levels.h"
+#include "plot/colour/levels.h"
 #include "radar/common/cells.h"
 #include "radar/nids/plot.h"
 

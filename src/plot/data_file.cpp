@@ -1,9 +1,0 @@
-#include "plot/data_file.h"
-
-#include "lib/text/strings.h"
-
-bool PLT_read_line(TextLines &lines, std::string &line) {
-    if (!lines.next(line)) return false;
-    line = std::string(trimmed(line));
-    return true;
-}

@@ -1,0 +1,109 @@
+#include <algorithm>
+#include <string_view>
+
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "lib/text/byte_reader.h"
+#include "lib/text/strings.h"
+#include "lib/time/date.h"
+#include "plot/places/city.h"
+#include "radar/common/file_date.h"
+#include "radar/lev2/reader.h"
+#include "radar/lev2/stream.h"
+
+namespace {
+
+constexpr std::size_t kIdLetters = 4;
+constexpr int kMillisecondsPerDay = 86400000;
+constexpr int kLastDay = 100000; ///< in the year 2243; a later date is a damaged one
+
+/// The identifier when it is made of capital letters and digits, else nothing.
+std::string identifier(std::span<const std::byte> bytes) {
+    std::string id;
+    for (const std::byte b : bytes) {
+        const char c = static_cast<char>(std::to_integer<unsigned char>(b));
+        if (is_digit(c) || (c >= 'A' && c <= 'Z')) id += c;
+    }
+    return id.size() == kIdLetters ? id : std::string();
+}
+
+std::string given_identifier() {
+    const char *given = RES_get("identifier");
+    return given != nullptr ? given : "";
+}
+
+DateRecord volume_date(int days, int milliseconds) {
+    DateRecord date;
+    if (days >= 1 && days <= kLastDay) NIDS_julian_date(days, date.year, date.month, date.day);
+    if (milliseconds >= 0 && milliseconds < kMillisecondsPerDay)
+        NIDS_dec_time(milliseconds / 1000, date.hour, date.minute, date.second);
+    return date;
+}
+
+std::string last_three(const std::string &id) {
+    return id.size() == kIdLetters ? id.substr(1) : id;
+}
+
+/// Walks to the first radial; true when it tells where the radar stands.
+bool place_in_data(float &lat, float &lon) {
+    Lev2Radial radial;
+    while (LEV2_get_block(radial) == 1) {
+        if (radial.type == kLev2Legacy || radial.type == kLev2Generic) break;
+        LEV2_next_block();
+    }
+    const bool found = radial.type == kLev2Generic && !is_missing(radial.lat);
+    if (found) {
+        lat = radial.lat;
+        lon = radial.lon;
+    }
+    // Of a pipe the first radial stays the present message, and is read again.
+    LEV2_rewind_file();
+    return found;
+}
+
+bool names_archive(std::span<const std::byte> bytes) {
+    const auto begins = [bytes](std::string_view name) {
+        return std::ranges::equal(bytes.first(name.size()), name, {},
+                                  [](std::byte b) { return static_cast<char>(std::to_integer<int>(b)); });
+    };
+    return begins("AR2V") || begins("ARCHIVE2");
+}
+
+/// The first message has a type, a time and a place among its segments that a message can have.
+bool message_makes_sense() {
+    constexpr int kLastType = 33;
+    Lev2Radial first;
+    const bool sense = LEV2_get_block(first) == 1 && first.type >= 1 && first.type <= kLastType &&
+                       first.date >= 1 && first.date <= kLastDay && first.time >= 0 &&
+                       first.time < kMillisecondsPerDay && first.segment >= 1 &&
+                       first.segment <= first.segments;
+    LEV2_rewind_file();
+    return sense;
+}
+
+} // namespace
+
+int LEV2_get_header(Lev2Info &info) {
+    info = Lev2Info{};
+    LEV2_rewind_file();
+    const auto bytes = LEV2_header_bytes();
+    if (bytes.size() < kLev2HeaderBytes) return -1;
+    if (!names_archive(bytes) && !message_makes_sense()) return -1;
+    ByteReader reader(bytes);
+    reader.take(12); // archive name and version
+    const int days = reader.i32(), milliseconds = reader.i32();
+    info.date = volume_date(days, milliseconds);
+    std::string id = identifier(reader.take(kIdLetters));
+    if (id.empty()) id = given_identifier();
+    info.id = last_three(id);
+    if (!id.empty() && (CTY_get_loc("rad.cty", id, info.lat, info.lon) == 1 ||
+                        CTY_get_loc("rad.cty", info.id, info.lat, info.lon) == 1))
+        return 0;
+    if (!place_in_data(info.lat, info.lon))
+        MESS_print(
+            kWarn,
+            "LEV2_get_header: The place of radar \"%s\" is not known, it is drawn at %.2f %.2f; give its "
+            "identifier with -id\n",
+            id.c_str(), static_cast<double>(info.lat), static_cast<double>(info.lon));
+    return 0;
+}

@@ -1,0 +1,255 @@
+#include <algorithm>
+#include <array>
+
+#include "lib/report/message.h"
+#include "lib/text/strings.h"
+#include "plot/map/current_map.h"
+#include "radar/common/file_date.h"
+#include "radar/nids/header.h"
+#include "radar/nids/packet.h"
+#include "radar/nids/reader.h"
+#include "radar/nids/stream.h"
+
+namespace {
+
+/// Grid points each way of a product that has neither rows nor bins.
+constexpr int kPlainGrid = 460;
+constexpr float kScreenSize = 511;
+constexpr float kKmPerPlaneUnit = 100;
+
+/// Where the extremes stand: indexes of the product parameters (0: none), and value = word / divisor x
+/// factor.
+struct ExtremeRule {
+    NidsExtremes rule;
+    unsigned minimum_word, maximum_word;
+    float divisor, factor;
+    int decimals; ///< in the label, -1: not there
+};
+constexpr auto kExtremeRules = std::to_array<ExtremeRule>({
+    {NidsExtremes::maximum, 0, 4, 1, 1, 0},
+    {NidsExtremes::both, 4, 5, 1, 1, 0},
+    {NidsExtremes::both_tenths, 4, 5, 10, 1, 1},
+    {NidsExtremes::both_correlation, 4, 5, 1, 0.00333F, 1},
+    {NidsExtremes::difference, 7, 4, 100, 1, 2},
+    {NidsExtremes::maximum_tenths, 0, 4, 10, 1, 1},
+    {NidsExtremes::maximum_hundredths, 0, 4, 100, 1, 2},
+    {NidsExtremes::maximum_unlabelled, 0, 4, 1, 1, -1},
+});
+constexpr bool rules_stand_in_order() {
+    for (std::size_t i = 0; i < kExtremeRules.size(); ++i)
+        if (static_cast<std::size_t>(kExtremeRules[i].rule) != i) return false;
+    return true;
+}
+static_assert(rules_stand_in_order());
+
+const ExtremeRule &extreme_rule(const NidsProduct &product) {
+    return kExtremeRules[static_cast<std::size_t>(product.extremes)];
+}
+
+bool is_mosaic(const NidsInfo &info) {
+    return info.source > kLastRadarSource;
+}
+
+void set_name_and_size(NidsInfo &info) {
+    std::string_view name;
+    if (is_mosaic(info)) {
+        const NidsMosaic *mosaic = NIDS_find_mosaic(info.code);
+        // A mosaic without a size of its own has that of the product before.
+        if (mosaic != nullptr && !is_missing(mosaic->bin_km)) info.resolution = mosaic->bin_km;
+        if (mosaic != nullptr) name = mosaic->name;
+        info.range = 0;
+    } else {
+        const NidsProduct &product = NIDS_product();
+        name = product.name;
+        info.resolution = product.bin_nm;
+        if (!name.empty()) info.range = product.range_nm;
+    }
+    info.name = name.empty() ? format_text("Not supported - %d", info.code) : std::string(name);
+}
+
+void set_grid_size(NidsInfo &info) {
+    info.columns = info.rows = kPlainGrid;
+    if (info.packet == kPacketRaster || info.packet == kPacketDigitalPrecip)
+        info.columns = info.rows = NIDS_get_ras_hdr().rows;
+    else if (info.packet == kPacketRadial || info.packet == kPacketDigitalRadial)
+        info.columns = info.rows = 2 * NIDS_get_rad_hdr().bins;
+    if (is_mosaic(info)) info.columns = NIDS_get_prod_desc().p[10];
+}
+
+/// Plane units of one bin at the radar.
+float bin_in_plane(float bin_nm, float latitude) {
+    if (is_missing(bin_nm)) return bin_nm;
+    const int projection = MAP_get_proj();
+    MAP_proj(kProjPolar);
+    const float size = MAP_factor(latitude) * (bin_nm * kKmPerNauticalMile) / kKmPerPlaneUnit;
+    MAP_proj(projection);
+    return size;
+}
+
+PlotDomain mosaic_domain(const NidsInfo &info, float latitude, float longitude) {
+    PlotDomain domain;
+    DOM_init(domain);
+    domain.proj = kProjLambert;
+    domain.plat = 90;
+    domain.plon = longitude;
+    domain.p3 = 33;
+    domain.p4 = 45;
+    domain.p5 = 1;
+    domain.clat = latitude;
+    domain.clon = longitude;
+    domain.dx = domain.dy = info.resolution / kKmPerPlaneUnit;
+    domain.nx = info.columns;
+    domain.ny = info.rows;
+    return domain;
+}
+
+PlotDomain radar_domain(const NidsInfo &info, float latitude, float longitude) {
+    PlotDomain domain;
+    DOM_init(domain);
+    domain.proj = kProjPolar;
+    domain.clat = latitude;
+    domain.clon = longitude;
+    domain.nx = info.columns;
+    domain.ny = info.rows;
+    switch (NIDS_product().grid) {
+    case NidsGrid::screen:
+        domain.proj = kProjPixel;
+        domain.clat = domain.clon = 0;
+        domain.dx = domain.dy = kScreenSize;
+        break;
+    case NidsGrid::precipitation:
+        domain.plat = 90;
+        domain.plon = -105;
+        domain.dx = domain.dy = info.resolution; // this product's size is in plane units
+        break;
+    case NidsGrid::radar:
+        domain.plat = latitude;
+        domain.plon = longitude;
+        // Half as wide again as high, as the screen is.
+        domain.nx = info.columns * 3 / 2 + 1;
+        domain.ny = info.rows + 1;
+        domain.dx = domain.dy = bin_in_plane(info.resolution, latitude);
+        break;
+    }
+    return domain;
+}
+
+void set_domain(NidsInfo &info) {
+    const NidsDescription &description = NIDS_get_prod_desc();
+    const float latitude = static_cast<float>(description.latitude) / 1000;
+    const float longitude = static_cast<float>(description.longitude) / 1000;
+    info.domain =
+        is_mosaic(info) ? mosaic_domain(info, latitude, longitude) : radar_domain(info, latitude, longitude);
+}
+
+void set_extremes(NidsInfo &info) {
+    const ExtremeRule &rule = extreme_rule(NIDS_product());
+    const auto value = [&rule](unsigned word) {
+        return word == 0 ? 0.0F
+                         : static_cast<float>(NIDS_get_prod_desc().p[word]) / rule.divisor * rule.factor;
+    };
+    info.minimum = value(rule.minimum_word);
+    info.maximum = value(rule.maximum_word);
+}
+
+std::string begin_label(int days, int minutes) {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    NIDS_julian_date(days, year, month, day);
+    NIDS_dec_time(minutes * 60, hour, minute, second);
+    return format_text(" B=%d/%.2d:%.2d", day, hour, minute);
+}
+
+std::string part_label(NidsLabelPart part) {
+    const auto &p = NIDS_get_prod_desc().p;
+    switch (part) {
+    case NidsLabelPart::none: break;
+    case NidsLabelPart::begin_p5: return begin_label(p[5], p[6]);
+    case NidsLabelPart::begin_p1: return begin_label(p[1], p[2]);
+    case NidsLabelPart::storm_motion: return format_text(" Stm=%.0f-%.0f", p[9] / 10.0, p[8] / 10.0);
+    case NidsLabelPart::layer: return format_text(" Lyr=%d-%d", p[5], p[6]);
+    }
+    return {};
+}
+
+std::string extremes_label(const NidsInfo &info, const ExtremeRule &rule) {
+    const double minimum = static_cast<double>(info.minimum), maximum = static_cast<double>(info.maximum);
+    if (rule.decimals < 0) return {};
+    if (rule.minimum_word != 0)
+        return format_text(" Mn,Mx=%.*f,%.*f", rule.decimals, minimum, rule.decimals, maximum);
+    return format_text(" Mx=%.*f", rule.decimals, maximum);
+}
+
+void set_label(NidsInfo &info) {
+    constexpr std::array<std::string_view, 3> kModes{"Md=mt", "Md=cl", "Md=pr"};
+    const NidsProduct &product = NIDS_product();
+    const auto mode = static_cast<std::size_t>(info.mode);
+    std::string label(mode < kModes.size() ? kModes[mode] : std::string_view{});
+    if (is_mosaic(info))
+        label += format_text(" Res=%3.1f", static_cast<double>(info.resolution));
+    else if (product.label_range)
+        label += format_text(" Rng=%.0f(%.1f)", static_cast<double>(info.range),
+                             static_cast<double>(info.resolution));
+    if (product.elevation == NidsElevation::labelled)
+        label += format_text(" El=%.1f", static_cast<double>(info.elevation));
+    label += part_label(product.label);
+    label += extremes_label(info, extreme_rule(product));
+    info.label = label;
+}
+
+void set_date(NidsInfo &info) {
+    const NidsDescription &description = NIDS_get_prod_desc();
+    info.date = DateRecord{};
+    MESS_print(kOut4, "Volume Scan date: %d\n", description.scan_days);
+    NIDS_julian_date(description.scan_days, info.date.year, info.date.month, info.date.day);
+    MESS_print(kOut4, "Volume Scan time: %d\n", description.scan_seconds);
+    NIDS_dec_time(description.scan_seconds, info.date.hour, info.date.minute, info.date.second);
+}
+
+/// Reads up to the first packet's header; its code, or 0 when the product has no image.
+int first_packet() {
+    int code = 0;
+    if (NIDS_prod_symb() < 1 || NIDS_prod_symb_layer() < 1) return 0;
+    return NIDS_packet(code) == 1 ? code : 0;
+}
+
+/// Two codes that agree and a place on the earth: bytes that are no product hardly have both.
+bool makes_sense(const NidsDescription &description) {
+    constexpr int kMostLatitude = 90000, kMostLongitude = 180000; // thousandths of a degree
+    const auto within = [](int value, int most) { return value >= -most && value <= most; };
+    return description.code == NIDS_get_mess().code && within(description.latitude, kMostLatitude) &&
+           within(description.longitude, kMostLongitude);
+}
+
+/// The image begins within the product, which of a cut file is longer than what is there.
+bool image_within() {
+    const std::size_t offset = std::size_t{NIDS_get_prod_desc().symbology} * 2;
+    const auto announced = static_cast<std::size_t>(std::max(NIDS_get_mess().length, 0));
+    return offset <= std::max(announced, NIDS_extent().view);
+}
+
+} // namespace
+
+int NIDS_get_header(NidsInfo &record) {
+    NIDS_clear_header();
+    NIDS_clear_packets();
+    if (!NIDS_rewind() || !NIDS_select_product()) return 0;
+    if (NIDS_mess_header() < 1 || NIDS_prod_desc() < 1 || !makes_sense(NIDS_get_prod_desc())) return 0;
+    const int packet = first_packet();
+    if (NIDS_is_encrypted() || !image_within()) return 0;
+
+    const NidsDescription &description = NIDS_get_prod_desc();
+    record.source = NIDS_get_mess().source;
+    record.mode = description.mode;
+    record.code = NIDS_get_mess().code;
+    record.packet = packet;
+    record.thresholds = NIDS_get_thres();
+    record.elevation =
+        NIDS_product().elevation == NidsElevation::none ? 0 : static_cast<float>(description.p[3]) / 10;
+    set_name_and_size(record);
+    set_grid_size(record);
+    set_domain(record);
+    set_extremes(record);
+    set_label(record);
+    set_date(record);
+    return 1;
+}
