@@ -3,6 +3,7 @@
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -168,6 +169,37 @@ TEST_F(DriverFrames, ANewerFileJoinsAsTheLast) {
     plot_series();
     EXPECT_EQ(toy.drawn, (Names{"10", "20", "30"})) << "a zoom draws what is shown";
     EXPECT_EQ(pictures(), after);
+}
+
+TEST_F(DriverFrames, AFileThatHasGrownIsDrawnAnewInItsPlace) {
+    plot_series();
+    const auto look = [] { RADAR_next_file(toy_steps()); };
+    look();
+    EXPECT_EQ(toy.drawn.size(), 3U) << "it is as it was";
+    const std::string last = "toy_20030704_2220";
+    files_.write(last, "toy and more");
+    look();
+    EXPECT_EQ(toy.drawn, (Names{"00", "10", "20", "20"}));
+    EXPECT_EQ(gget_num_images(), 3);
+    EXPECT_EQ(gget_frame_source(0), files_.at("toy_20030704_2200")) << "no frame has moved";
+    EXPECT_EQ(gget_frame_source(2), files_.at(last));
+    look();
+    EXPECT_EQ(toy.drawn.size(), 4U);
+    std::filesystem::last_write_time(files_.at(last), std::filesystem::last_write_time(files_.at(last)) +
+                                                          std::chrono::hours(1));
+    look();
+    EXPECT_EQ(toy.drawn.size(), 5U) << "of the same length, but written again";
+
+    gdelete_frame(kFrameLast);
+    files_.write(last, "toy and still more");
+    look();
+    EXPECT_EQ(toy.drawn.size(), 5U) << "a frame that was deleted does not come back";
+    add_file(3);
+    set_now(3);
+    look();
+    EXPECT_EQ(toy.drawn.back(), "30");
+    EXPECT_EQ(gget_frame_source(0), files_.at("toy_20030704_2210"));
+    EXPECT_EQ(gget_frame_source(1), files_.at("toy_20030704_2230"));
 }
 
 TEST_F(DriverFrames, WithoutFramesTheNewestReplacesThePicture) {
