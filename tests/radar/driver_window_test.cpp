@@ -23,6 +23,8 @@
 #include "lib/scratch_dir.h"
 #include "lib/stream.h"
 #include "no_more_memory.h"
+#include "plot/map.h"
+#include "radar/common/readout.h"
 
 namespace {
 
@@ -282,6 +284,44 @@ TEST_F(DriverFrames, PicturesThatCannotBeKeptAreMissed) {
     EXPECT_EXIT(plot_without_memory(), testing::ExitedWithCode(kExitNoMemory),
                 "out of memory; only the first 0 files");
 #endif
+}
+
+bool read_toy(const std::string &file, RadarReading &reading) {
+    reading.value = file.substr(file.size() - 2);
+    return true;
+}
+
+TEST_F(DriverFrames, TheFileOfTheFrameThatIsSeenIsRead) {
+    plot_series();
+    Point middle;
+    MAP_tran_center(middle.x, middle.y);
+    const auto read = [middle](const char *event, std::optional<Point> place = {}) {
+        const Point at = place.value_or(middle);
+        const auto reading = RADAR_read(event, at.x, at.y, read_toy);
+        return reading ? reading->value : std::string("nothing");
+    };
+    gdisplay_frame(1);
+    EXPECT_EQ(read("v-Alt"), "10");
+    EXPECT_EQ(read("B1-M"), "10");
+    EXPECT_EQ(read("B1-P-Alt"), "10");
+    for (const char *other : {"B1-P", "B1-R", "B1-P-Shft", "B1-M-Shft", "v", "v-Alt-Shft", "size", "l-Alt"})
+        EXPECT_EQ(read(other), "nothing") << other;
+    EXPECT_EQ(read("v-Alt", Point{1000, 1000}), "outside the map");
+    gdisplay_frame(0);
+    gdelete_frame(kFrameCurrent);
+    EXPECT_EQ(read("v-Alt"), "10") << "the frame has moved, and its file with it";
+
+    files_.write("toy_20030704_2210", "another toy");
+    EXPECT_EQ(read("v-Alt"), "file not read: it has changed since it was drawn");
+    FILE_delete(files_.at("toy_20030704_2210"));
+    EXPECT_EQ(read("v-Alt"), "file not read: it is gone");
+    gdisplay_frame(1);
+    EXPECT_EQ(read("v-Alt"), "20");
+
+    RES_put("num_hour", "0");
+    ginit_loop();
+    plot_series();
+    EXPECT_EQ(read("B1-P"), "20") << "without a loop a press alone asks";
 }
 
 TEST_F(DriverFrames, ANewSizeStartsTheSeriesAgain) {
