@@ -17,6 +17,7 @@
 #include "graphics/window/frames.h"
 #include "image_facts.h"
 #include "lib/file_naming.h"
+#include "lib/file_series.h"
 #include "lib/flag.h"
 #include "lib/process.h"
 #include "lib/resource.h"
@@ -214,6 +215,17 @@ TEST_F(DriverFrames, WithoutFramesTheNewestReplacesThePicture) {
     RADAR_next_file(toy_steps());
     EXPECT_EQ(toy.drawn.back(), "30");
     EXPECT_NE(picture_of(graster_base()), before);
+}
+
+TEST_F(DriverFrames, ALookThatFindsNothingChangesNothing) {
+    RES_put("num_hour", "0");
+    plot_series();
+    set_now(3000); // nothing is found so late, and the name that was looked for is no file
+    RADAR_next_file(toy_steps());
+    std::string name;
+    FILE_first(FILE_get_date());
+    ASSERT_EQ(FILE_get_next(name), 1);
+    EXPECT_EQ(name, files_.at("toy_20030704_2220")) << "what a zoom draws is what is shown";
 }
 
 TEST_F(DriverFrames, AMissingFileIsSkippedAndFewerFilesLeaveFewerFrames) {

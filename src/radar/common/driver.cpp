@@ -281,6 +281,17 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     return 0;
 }
 
+namespace {
+
+/// The look for a newer file has moved the file selection on; without one it is again what a redraw draws.
+int stay() {
+    std::string name;
+    if (!state.shown.empty()) FILE_set_file(state.shown.back(), name);
+    return 0;
+}
+
+} // namespace
+
 int RADAR_next_file(const RadarSteps &steps) {
     if (state.drawing) return 0;
     std::string name;
@@ -288,12 +299,12 @@ int RADAR_next_file(const RadarSteps &steps) {
     MESS_print(kOut4, "File: %d %s\n", static_cast<int>(time), name.c_str());
     watch_files(steps);
     const bool known = !state.shown.empty() && state.shown.back() == name;
-    if (known ? stamp_of(name) == state.stamps[name] : time == state.last_time) return 0;
+    if (known ? stamp_of(name) == state.stamps[name] : time == state.last_time) return stay();
     const int frames = gget_num_images();
     // The last file has grown: its picture is drawn anew, unless the user has deleted it, and no other moves.
     const bool grown = known && time == state.last_time;
-    if (grown && frames > 0 && gget_frame_source(kFrameLast) != name) return 0;
-    if (FILE_exist(name) == 0 || !open_file(steps, name)) return 0;
+    if (grown && frames > 0 && gget_frame_source(kFrameLast) != name) return stay();
+    if (FILE_exist(name) == 0 || !open_file(steps, name)) return stay();
     for (int i = 0; !grown && i + 1 < frames; ++i) gcopy_frame(i, i + 1);
     const int target = frames > 0 ? frames - 1 : kFrameBase;
     gselect_frame(target);

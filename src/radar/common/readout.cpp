@@ -107,14 +107,13 @@ std::string RADAR_reading_text(const RadarReading &reading) {
 }
 
 std::optional<RadarReading> RADAR_read(std::string_view event, float x, float y, RadarReader read) {
-    if (!asks(event)) return {};
+    if (!asks(event) || !is_map_projection(MAP_get_proj())) return {};
     RadarReading reading;
     const Point place = seen_place(x, y);
     const Rect plot = GPH_get_win(2);
     const bool inside =
         place.x >= plot.xmin && place.x <= plot.xmax && place.y >= plot.ymin && place.y <= plot.ymax;
-    const bool on_map = is_map_projection(MAP_get_proj()) && inside &&
-                        MAP_untran(reading.lat, reading.lon, place.x, place.y) == 1;
+    const bool on_map = inside && MAP_untran(reading.lat, reading.lon, place.x, place.y) == 1;
     if (!on_map) {
         reading.lat = reading.lon = kMissingF;
         reading.value = "outside the map";
