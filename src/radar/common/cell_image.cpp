@@ -20,7 +20,7 @@ Along along_radial(const CellStrip &strip, const Point &point) {
     const double azimuth = std::atan2(static_cast<double>(point.x), static_cast<double>(point.y)) / kDegree;
     const double turn = std::remainder(azimuth - middle, 360.0);
     const double range = std::hypot(static_cast<double>(point.x), static_cast<double>(point.y));
-    return {std::abs(turn) / half, range * std::cos(turn * kDegree) / std::cos(half * kDegree)};
+    return {std::abs(turn / half), range * std::cos(turn * kDegree) / std::cos(half * kDegree)};
 }
 
 Along along_row(const CellStrip &strip, const Point &point) {
@@ -30,6 +30,11 @@ Along along_row(const CellStrip &strip, const Point &point) {
 }
 
 } // namespace
+
+void CellImage::add(CellStrip strip) {
+    cells_ += strip.levels.size();
+    if (is_whole()) strips_.push_back(std::move(strip));
+}
 
 std::optional<FoundCell> CellImage::at(const Point &point,
                                        const std::function<bool(const FoundCell &)> &draws) const {

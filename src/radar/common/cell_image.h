@@ -19,6 +19,9 @@ struct CellStrip {
     std::vector<std::uint16_t> levels;
 };
 
+/// The largest national mosaics have 15 million cells; a damaged file may speak of more than memory holds.
+inline constexpr std::size_t kMostKeptCells = 64U << 20;
+
 struct FoundCell {
     std::size_t look = 0;
     unsigned level = 0;
@@ -27,8 +30,10 @@ struct FoundCell {
 
 class CellImage {
 public:
-    /// In the order in which they are drawn.
-    void add(CellStrip strip) { strips_.push_back(std::move(strip)); }
+    /// In the order in which they are drawn. What is more than kMostKeptCells is not kept.
+    void add(CellStrip strip);
+    /// False when something was not kept.
+    [[nodiscard]] bool is_whole() const { return cells_ <= kMostKeptCells; }
     /// The cell seen at a point: where cells overlap, the last one drawn of those that `draws` says are
     /// drawn; where none is, the one whose middle line is nearest. Nothing beyond the image.
     [[nodiscard]] std::optional<FoundCell> at(const Point &point,
@@ -36,4 +41,5 @@ public:
 
 private:
     std::vector<CellStrip> strips_;
+    std::size_t cells_ = 0;
 };

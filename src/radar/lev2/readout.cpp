@@ -66,7 +66,7 @@ bool load(const std::string &file) {
     state.sweep.reset();
     Lev2Info &info = LEV2_state().info;
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    const bool read = LEV2_open_file(file) == 1 && LEV2_get_header(info) == 0;
+    bool read = LEV2_open_file(file) == 1 && LEV2_get_header(info) == 0;
     if (read) {
         Sweep &sweep = state.sweep.emplace();
         sweep.file = file;
@@ -74,6 +74,8 @@ bool load(const std::string &file) {
         sweep.antenna_m = info.antenna_m;
         LEV2_visit_cut([&sweep](const Lev2Radial &radial) { keep_radial(radial, sweep); });
         sweep.unit = LEV2_moment(LEV2_state().choice.type).unit;
+        read = sweep.cells.is_whole();
+        if (!read) state.sweep.reset();
     }
     LEV2_close_file();
     return read;

@@ -117,12 +117,14 @@ bool load(const std::string &file) {
     }
     state.image.reset();
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    const bool read = NIDS_open_stream(file) == 1 && NIDS_get_header(info) == 1;
+    bool read = NIDS_open_stream(file) == 1 && NIDS_get_header(info) == 1;
     if (read) {
         // The levels may be those of another product that was drawn later.
         NIDS_choose_levels(info);
         state.image = read_image(info);
         state.image->file = file;
+        read = state.image->cells.is_whole();
+        if (!read) state.image.reset();
     }
     NIDS_close_stream();
     return read;
