@@ -1,5 +1,6 @@
 #include "graphics/window/events.h"
 
+#include <optional>
 #include <utility>
 
 #include "graphics/core/state.h"
@@ -10,6 +11,7 @@
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"
 #include "graphics/window/rubber_band.h"
+#include "lib/message.h"
 
 namespace {
 
@@ -27,6 +29,7 @@ struct State {
     bool drawing = false;  ///< events come from the middle of a drawing
     bool new_size = false; ///< a size change waits for the end of the drawing
     int cursor = 0;
+    std::optional<RasterEvent> held; ///< the press of the button that is held down
     MouseCallback callback = nullptr;
 } state;
 
@@ -109,12 +112,14 @@ void on_key(const RasterEvent &event) {
 
 void on_press(const RasterEvent &event) {
     if (!awaits_input()) return;
+    state.held = event;
     act_on_button(event);
     band_press(event.x, event.y);
     tell(kButtonEvent, button_name(event, 'P'), static_cast<float>(event.x), static_cast<float>(event.y));
 }
 
 void on_release(const RasterEvent &event) {
+    state.held.reset();
     if (!awaits_input()) {
         band_reset();
         return;
@@ -122,6 +127,14 @@ void on_release(const RasterEvent &event) {
     state.user_event = true;
     band_release();
     tell(kButtonEvent, button_name(event, 'R'), static_cast<float>(event.x), static_cast<float>(event.y));
+}
+
+/// Unlike a press or a release it is no user event, and the cursor stays: motions come by the hundred.
+void on_motion(const RasterEvent &event) {
+    band_move(event.x, event.y);
+    if (!state.held || !awaits_input() || state.callback == nullptr) return;
+    state.callback(kButtonEvent, button_name(*state.held, 'M'), xp_W(xZ_p(static_cast<float>(event.x))),
+                   yp_W(yZ_p(static_cast<float>(event.y))));
 }
 
 void process_event(const RasterEvent &event) {
@@ -140,7 +153,7 @@ void process_event(const RasterEvent &event) {
     case RasterEventKind::key_press: on_key(event); break;
     case RasterEventKind::button_press: on_press(event); break;
     case RasterEventKind::button_release: on_release(event); break;
-    case RasterEventKind::motion: band_move(event.x, event.y); break;
+    case RasterEventKind::motion: on_motion(event); break;
     case RasterEventKind::other: break;
     }
 }
@@ -154,6 +167,8 @@ int process_pending() {
         process_event(gx11_next_event());
         users += state.user_event ? 1 : 0;
     }
+    // A running loop comes back to its round only after the frame's time, which may be long.
+    if (users > 0) MESS_flush();
     return users;
 }
 

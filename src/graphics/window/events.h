@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// kind 2: key or "size", 3: button; place in world coordinates of the current transform (size: pixels).
+/// kind 2: key or "size", 3: button ("B1-P" pressed, "B1-M" moved while held, "B1-R" released); place in
+/// world coordinates of the current transform (size: pixels).
 using MouseCallback = void (*)(int kind, std::string_view event, float x, float y);
 void gset_mouse_callback(MouseCallback function);
 enum InputMode : int { kInputIdle = 0, kInputWaiting = 1, kInputSeen = 2, kInputQuit = 3 };

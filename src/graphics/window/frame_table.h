@@ -2,6 +2,7 @@
 /// The frames and the loop, shared by the sources of frames, stepping and the hold loop only.
 
 #include <array>
+#include <string>
 
 #include "graphics/window/frames.h"
 
@@ -10,6 +11,7 @@ inline constexpr float kFirstDelay = 0.5F; ///< seconds
 struct Frame {
     PixmapId pixmap = kNoPixmap;
     float delay = kFirstDelay; ///< seconds
+    std::string source;        ///< what the picture was made from, in the words of who drew it
 };
 
 struct FrameTable {

@@ -1,6 +1,9 @@
 #pragma once
 /// Frames of a window or memory display: pictures that are drawn apart and shown as a loop.
 
+#include <string>
+#include <string_view>
+
 #include "graphics/devices/raster_types.h"
 
 inline constexpr int kMaxFrames = 128;
@@ -28,6 +31,12 @@ int gswitch_frame(int a, int b);
 int gget_num_images();
 int gget_cur_frame();
 PixmapId gget_frame_id(int frame);
+/// What a frame's picture was made from: it goes where the picture goes. Empty where nobody has told.
+void gset_frame_source(int frame, std::string_view source);
+std::string gget_frame_source(int frame);
+/// Shows a text in the title behind the frame's number, until the next picture is shown; an empty one takes
+/// it away.
+void gshow_note(std::string_view text);
 /// Seconds that a frame is shown.
 float gget_frame_delay(int frame);
 

@@ -6,6 +6,7 @@
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "lib/calendar.h"
+#include "lib/message.h"
 #include "lib/process.h"
 
 namespace {
@@ -66,6 +67,7 @@ void wait_for_event() {
 
 void hold_round(Refresh &refresh, int &idle_rounds) {
     const FrameTable &t = gframe_table();
+    MESS_flush();
     if (animated(t)) {
         show_next_frame();
         idle_rounds = 0;

@@ -13,7 +13,7 @@ bool act_on_key(const RasterEvent &event);
 void act_on_button(const RasterEvent &event);
 /// "x-Alt-Shft-Cntrl"
 std::string key_name(const RasterEvent &event);
-/// "B1-P-Shft" for `what` 'P', "B1-R" for 'R'.
+/// "B1-P-Shft" for `what` 'P', "B1-R" for 'R', "B1-M" for 'M'.
 std::string button_name(const RasterEvent &event, char what);
 
 /// One file of the picture, or one of each frame of a running loop, named after the window's title.
