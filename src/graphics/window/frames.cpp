@@ -74,7 +74,7 @@ void remove_from_row(int frame) {
     auto *const end = t.frames.begin() + t.count;
     std::move(first + 1, end, first);
     slot(t.count - 1) = Frame{kNoPixmap, t.delay};
-    if (frame == t.count - 1) slot(frame - 1).delay = kLastDelay;
+    if (frame == t.count - 1) slot(frame - 1).delay = t.last_delay;
 }
 
 void show_frame_title(int frame) {
@@ -98,6 +98,7 @@ void ginit_loop() {
         frame.delay = kFirstDelay;
     }
     state.table.count = 0;
+    state.table.place = gget_frame_place();
     state.table.current = -1;
 }
 
@@ -119,7 +120,7 @@ int gcreate_frame(int frame) {
     }
     graster_clear(slot(n).pixmap);
     if (n > 0) slot(n - 1).delay = t.delay;
-    if (is_slot(t.count)) slot(t.count).delay = kLastDelay;
+    if (is_slot(t.count)) slot(t.count).delay = t.last_delay;
     MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(slot(n).pixmap));
     if (n == t.count) ++t.count;
     return n;
@@ -162,6 +163,7 @@ int gdelete_frame(int frame) {
     remove_from_row(n);
     --t.count;
     if (t.count == 0) {
+        greset_zoom();
         graster_clear(graster_base());
         gupdate_window();
     }
@@ -210,6 +212,10 @@ int gget_num_images() {
 
 int gget_cur_frame() {
     return state.table.current;
+}
+
+int gget_frame_place() {
+    return state.table.current >= 0 ? state.table.current : state.table.place;
 }
 
 PixmapId gget_frame_id(int frame) {
