@@ -35,6 +35,17 @@ TEST_F(WindowLoop, RunsPausesAndSteps) {
     act("click 2");
     EXPECT_TRUE(comes_true([&] { return frame() != (first + 4) % 6; }, kDeadline))
         << "button 2 starts the loop";
+    press("Caps_Lock");
+    press("alt+l");
+    EXPECT_TRUE(comes_to_rest()) << "Caps Lock does not matter";
+    press("Caps_Lock");
+    for (const char *const stops : {"key Left", "click 5"}) {
+        const int at = frame();
+        press("alt+l");
+        ASSERT_TRUE(comes_true([&] { return frame() != at; }, kDeadline));
+        act(stops);
+        EXPECT_TRUE(comes_to_rest()) << stops;
+    }
     EXPECT_EQ(end("Return"), 0) << log();
 }
 
@@ -55,6 +66,10 @@ TEST_F(WindowLoop, AFrameIsDeleted) {
     const Picture other = eye_->picture();
     EXPECT_NE(other, gone);
     EXPECT_NE(other, left);
+    press("alt+r");
+    EXPECT_TRUE(comes_to_rest());
+    EXPECT_EQ(frame(), 0) << "drawing again leads nowhere else";
+    EXPECT_EQ(eye_->picture(), other);
     press("alt+l");
     std::set<int> seen;
     EXPECT_FALSE(
