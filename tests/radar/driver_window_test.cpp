@@ -1,4 +1,4 @@
-// The driver's frames on the memory display: a series, newer files, a change of size while drawing.
+// The driver's frames on the memory display: a series, newer files, a loop that stands.
 
 #include "radar/common/driver.h"
 
@@ -37,7 +37,6 @@ constexpr std::int64_t kTenMinutes = 600;
 struct ToyFormat {
     std::string open;
     std::vector<std::string> drawn; ///< "10" is the file of ten past
-    int resize_at = -1;             ///< the picture during which the window changes its size
 } toy;
 
 int open_toy(std::string_view name) {
@@ -61,8 +60,6 @@ PlotDomain toy_domain() {
     return domain;
 }
 
-RadarSteps toy_steps();
-
 int draw_toy() {
     toy.drawn.push_back(toy.open);
     GPH_trans(1);
@@ -70,11 +67,6 @@ int draw_toy() {
     gset_fill_colr_ind(2 + (toy.open.front() - '0'));
     GPH_frect(0, 0, 1, 1);
     GPH_trans(2);
-    if (static_cast<int>(toy.drawn.size()) == toy.resize_at) {
-        PlotDomain domain = toy_domain();
-        ginit_loop(); // as a window of a new size does
-        RADAR_plot(toy_steps(), {}, domain);
-    }
     return 0;
 }
 
@@ -336,12 +328,12 @@ TEST_F(DriverFrames, TheFileOfTheFrameThatIsSeenIsRead) {
     EXPECT_EQ(read("B1-P"), "20") << "without a loop a press alone asks";
 }
 
-TEST_F(DriverFrames, ANewSizeStartsTheSeriesAgain) {
-    toy.resize_at = 2;
+TEST_F(DriverFrames, ALoopThatStandsIsNotStartedByAnotherPlot) {
     plot_series();
-    EXPECT_EQ(toy.drawn, (Names{"00", "10", "00", "10", "20"}));
-    EXPECT_EQ(gget_num_images(), 3);
-    EXPECT_EQ(gget_cur_frame(), 2);
+    EXPECT_EQ(gget_looping(), 1);
+    gset_looping(0);
+    plot_series();
+    EXPECT_EQ(gget_looping(), 0);
 }
 
 } // namespace

@@ -18,13 +18,17 @@ struct FrameTable {
     std::array<Frame, kMaxFrames> frames;
     int count = 0;
     int current = -1; ///< the frame shown last; -1 before any
+    int place = -1;   ///< `current` before the frames were forgotten
 
     bool looping = false;
-    float delay = kFirstDelay; ///< seconds
+    float delay = kFirstDelay;     ///< seconds
+    float last_delay = kLastDelay; ///< seconds; the last frame's
+    bool proportional = false;     ///< it follows the delay of the others
     int direction = kLoopForward;
     bool titles = true;      ///< the window title tells the frame
     int refresh_seconds = 0; ///< 0: never
     void (*refresh)() = nullptr;
+    void (*deleted)(int frame) = nullptr;
 };
 
 FrameTable &gframe_table();

@@ -76,7 +76,7 @@ void remove_from_row(int frame) {
     auto *const end = t.frames.begin() + t.count;
     std::move(first + 1, end, first);
     slot(t.count - 1) = Frame{kNoPixmap, t.delay, {}};
-    if (frame == t.count - 1) slot(frame - 1).delay = kLastDelay;
+    if (frame == t.count - 1) slot(frame - 1).delay = t.last_delay;
 }
 
 /// "[3]"; empty when titles do not tell the frame.
@@ -114,6 +114,7 @@ void ginit_loop() {
         frame.source.clear();
     }
     state.table.count = 0;
+    state.table.place = gget_frame_place();
     state.table.current = -1;
     clear_frame_title();
 }
@@ -137,7 +138,7 @@ int gcreate_frame(int frame) {
     graster_clear(slot(n).pixmap);
     slot(n).source.clear();
     if (n > 0) slot(n - 1).delay = t.delay;
-    if (is_slot(t.count)) slot(t.count).delay = kLastDelay;
+    if (is_slot(t.count)) slot(t.count).delay = t.last_delay;
     MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(slot(n).pixmap));
     if (n == t.count) ++t.count;
     return n;
@@ -181,6 +182,7 @@ int gdelete_frame(int frame) {
     --t.count;
     if (t.count == 0) {
         clear_frame_title();
+        greset_zoom();
         graster_clear(graster_base());
         gupdate_window();
     }
@@ -251,6 +253,10 @@ void gshow_note(std::string_view text) {
     gset_win_title_extra(title + std::string(text));
     state.noted = !text.empty();
     state.titled = !title.empty() || state.noted;
+}
+
+int gget_frame_place() {
+    return state.table.current >= 0 ? state.table.current : state.table.place;
 }
 
 PixmapId gget_frame_id(int frame) {

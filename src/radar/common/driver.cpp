@@ -42,10 +42,10 @@ struct FileStamp {
 
 struct State {
     bool series = false;
-    bool drawing = false;
-    bool again = false;                  ///< the window changed its size while the picture was drawn
-    bool refreshed = false;              ///< `shown` is no longer what the file selection would give
+    bool started = false;                ///< a series has been drawn, and its loop begun
+    bool reselected = false;             ///< `shown` is no longer what the file selection would give
     std::vector<std::string> shown;      ///< the files, oldest first
+    std::vector<std::string> drawn;      ///< those of the series that is being drawn
     std::vector<std::string> unreadable; ///< tried before the first that could be read, and told
     bool lacks_file = false;             ///< a file of the series could not be read
     std::int64_t last_time = kMissing;   ///< of the last file, seconds since 1970 cut to the file interval
@@ -89,17 +89,17 @@ std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
     return {};
 }
 
-/// Walks the files of the selection, or those shown when newer ones have joined them.
+/// Walks the files of the selection, or those shown when they are others by now.
 class FileWalk {
 public:
     explicit FileWalk(const DateRecord &base_date) {
         FILE_first(base_date);
         state.series = FILE_get_num_file() != 0;
-        if (state.refreshed) again_ = state.shown;
-        state.shown.clear();
+        if (state.reselected) again_ = state.shown;
+        state.drawn.clear();
     }
     bool next(std::string &name) {
-        if (!state.refreshed) return FILE_get_next(name) == 1;
+        if (!state.reselected) return FILE_get_next(name) == 1;
         if (at_ >= again_.size()) return false;
         FILE_set_file(again_[at_++], name);
         return true;
@@ -110,14 +110,18 @@ private:
     std::size_t at_ = 0;
 };
 
-/// Draws the open file and closes it.
-void draw_open_file(const RadarSteps &steps, const std::string &name) {
-    state.last_time = time_of_file();
-    state.shown.push_back(name);
-    state.stamps[name] = state.opened;
+/// Files that are shown no more are forgotten.
+void forget_stamps() {
     std::erase_if(state.stamps, [](const auto &entry) {
         return std::ranges::find(state.shown, entry.first) == state.shown.end();
     });
+}
+
+/// Draws the open file and closes it.
+void draw_open_file(const RadarSteps &steps, const std::string &name) {
+    state.last_time = time_of_file();
+    state.drawn.push_back(name);
+    state.stamps[name] = state.opened;
     steps.plot_frame();
     steps.close_file();
 }
@@ -166,6 +170,9 @@ template <typename Work> bool with_memory(const RadarSteps &steps, const std::st
         return true;
     } catch (const std::bad_alloc &) {
     } catch (const std::length_error &) {
+    } catch (const DrawingStopped &) {
+        steps.close_file();
+        throw;
     }
     steps.close_file();
     MESS_print(kError, "RADAR_plot: Out of memory at file: %s\n", name.c_str());
@@ -183,7 +190,6 @@ bool draw_file(const RadarSteps &steps, const std::string &name, bool is_open, i
         return false;
     }
     draw_open_file(steps, name);
-    if (state.again) return false;
     end_picture(drawn);
     ++drawn;
     return true;
@@ -195,17 +201,22 @@ void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::stri
     int drawn = 0;
     std::string name;
     bool more = true;
-    while (more && !state.again && files.next(name)) {
+    while (more && files.next(name)) {
         const bool is_open = name == open;
         if (is_open) open.clear();
-        const bool whole = with_memory(steps, name, [&] { more = draw_file(steps, name, is_open, drawn); });
+        const bool whole = with_memory(steps, name, [&] {
+            gpump_events(); // reading takes its time, too
+            more = draw_file(steps, name, is_open, drawn);
+        });
         more = more && whole;
     }
     steps.close_file();
     state.unreadable.clear(); // they may be there when the picture is drawn again
-    if (!state.series || state.again || !PLT_keeps_frames()) return;
+    state.shown = std::move(state.drawn);
+    forget_stamps();
+    if (!state.series || !PLT_keeps_frames()) return;
     while (gget_num_images() > drawn) gdelete_frame(kFrameLast);
-    gset_looping(1);
+    if (!std::exchange(state.started, true)) gset_looping(1);
 }
 
 void set_map(const PlotDomain &domain) {
@@ -213,17 +224,37 @@ void set_map(const PlotDomain &domain) {
     MAP_fill_cont(0);
 }
 
-/// Until a picture is whole that no change of size has overtaken.
+/// A window that stays follows the size that the user gives it; an image file has the size asked for.
+template <typename Work> bool is_drawn(Work work) {
+    try {
+        const StoppableDrawing drawing(!PLT_wants_image());
+        work();
+        return true;
+    } catch (const DrawingStopped &) {
+        return false;
+    }
+}
+
+/// Until a picture is whole that no change of size has overtaken, or the user asks for something else.
 void draw(const RadarSteps &steps, const DateRecord &base_date, const PlotDomain &domain, std::string open) {
-    state.drawing = true;
-    draw_series(steps, base_date, std::move(open));
-    while (std::exchange(state.again, false)) {
+    while (!is_drawn([&] { draw_series(steps, base_date, std::exchange(open, {})); })) {
+        if (gquit_wanted() && PLT_wants_image()) {
+            MESS_print(kWarn, "RADAR_plot: The window was closed before every image was written\n");
+            PLT_miss_picture();
+        }
+        if (gquit_wanted() || gview_wanted()) return;
+        gfollow_size();
         PLT_begin_images();
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
-        draw_series(steps, base_date, {});
     }
-    state.drawing = false;
+}
+
+/// The user has deleted a frame: its file stays away.
+void forget_file(int frame) {
+    if (frame < 0 || static_cast<std::size_t>(frame) >= state.shown.size()) return;
+    state.shown.erase(state.shown.begin() + frame);
+    state.reselected = true;
 }
 
 /// Looks for newer files from now on: soon where the last file may still be growing.
@@ -239,6 +270,7 @@ void listen(const RadarSteps &steps) {
     PLT_set_callback(steps.mouse);
     PLT_set_zoom_func(steps.plot);
     PLT_set_resize_func(steps.plot);
+    gset_delete_callback(forget_file);
 }
 
 } // namespace
@@ -248,10 +280,6 @@ bool RADAR_is_open() {
 }
 
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
-    if (state.drawing) {
-        state.again = true;
-        return 0;
-    }
     if (RADAR_is_open()) {
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
@@ -293,7 +321,6 @@ int stay() {
 } // namespace
 
 int RADAR_next_file(const RadarSteps &steps) {
-    if (state.drawing) return 0;
     std::string name;
     const std::int64_t time = FILE_set_current(nullptr, name);
     MESS_print(kOut4, "File: %d %s\n", static_cast<int>(time), name.c_str());
@@ -311,11 +338,12 @@ int RADAR_next_file(const RadarSteps &steps) {
     gclear_frame(target);
     if (frames > 0) gset_frame_source(target, name);
     if (!state.shown.empty()) state.shown.erase(grown ? state.shown.end() - 1 : state.shown.begin());
-    state.refreshed = true;
-    state.drawing = true;
-    with_memory(steps, name, [&] { draw_open_file(steps, name); });
-    state.drawing = false;
-    if (std::exchange(state.again, false) && steps.plot != nullptr) {
+    state.shown.push_back(name);
+    state.reselected = true;
+    const bool drawn = is_drawn([&] { with_memory(steps, name, [&] { draw_open_file(steps, name); }); });
+    forget_stamps();
+    if (!drawn && !gquit_wanted() && !gview_wanted() && steps.plot != nullptr) {
+        gfollow_size();
         PlotDomain domain = MAP_get_domain();
         return steps.plot(domain);
     }
