@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "graphics/devices/raster/display.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
@@ -224,6 +225,78 @@ TEST_F(WindowSession, ABoxBecomesTheDomain) {
     EXPECT_FLOAT_EQ(redraws.last.dx, 1);
     EXPECT_EQ(redraws.last.clon, -90);
     EXPECT_EQ(PLT_get_zoom(), 0);
+    PLT_close();
+}
+
+void fill(int color, float right) {
+    GPH_trans(1);
+    gset_fill_int_style(1);
+    gset_fill_colr_ind(color);
+    GPH_frect(0, 0, right, 1);
+}
+
+int draw_newer(PlotDomain & /*domain*/) {
+    EXPECT_EQ(gget_zoom(), 1) << "a picture is drawn unmagnified";
+    gselect_frame(kFrameBase);
+    gclear_frame(kFrameBase);
+    fill(3, 0.5F);
+    return 0;
+}
+
+std::vector<std::byte> base_picture() {
+    RasterImage image;
+    EXPECT_TRUE(graster_read(graster_base(), image));
+    return image.data;
+}
+
+TEST_F(WindowSession, ARefreshIsSeenThroughTheZoom) {
+    PLT_open(1);
+    MAP_setup(state_domain());
+    PlotDomain domain = state_domain();
+    draw_newer(domain);
+    const std::vector<std::byte> newer = base_picture();
+    gzoom(0, 160, 128, -2, 0);
+    const std::vector<std::byte> newer_magnified = base_picture();
+    EXPECT_NE(newer_magnified, newer);
+    gunzoom();
+    gclear_frame(kFrameBase);
+    fill(2, 0.3F);
+    PLT_set_refresh_func(60, draw_newer);
+    gzoom(0, 160, 128, -2, 0);
+    PLT_plot_refresh();
+    EXPECT_EQ(gget_zoom(), 2);
+    EXPECT_EQ(base_picture(), newer_magnified);
+    gunzoom();
+    EXPECT_EQ(base_picture(), newer) << "not the old data";
+    PLT_close();
+}
+
+TEST_F(WindowSession, EscapeLeavesABoxAndOneLevel) {
+    PLT_open(1);
+    MAP_setup(state_domain());
+    PLT_set_zoom_func(note_redraw);
+    redraws.count = 0;
+    const Rect limits = MAP_get_limits();
+    const auto draw_box = [&](float right, float height) {
+        PLT_plot_zoom("B1-P-Shft", limits.xmin, limits.ymax);
+        return PLT_plot_zoom("B1-R", limits.xmin + right, limits.ymax - height);
+    };
+    draw_box(0.01F, 3);
+    EXPECT_EQ(redraws.count, 0) << "a few pixels are no box";
+    PLT_plot_zoom("B1-P-Shft", limits.xmin, limits.ymax);
+    PLT_plot_zoom("\x1b", 0, 0);
+    EXPECT_EQ(PLT_plot_zoom("B1-R", limits.xmin + 3, limits.ymax - 3), -1);
+    EXPECT_EQ(redraws.count, 0);
+    draw_box(5, 5);
+    draw_box(3, 3);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 0.3F);
+    PLT_plot_zoom("\x1b", 0, 0);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 0.5F);
+    PLT_plot_zoom("\x1b", 0, 0);
+    EXPECT_FLOAT_EQ(redraws.last.dx, 1);
+    EXPECT_EQ(PLT_get_zoom(), 0);
+    PLT_plot_zoom("\x1b", 0, 0);
+    EXPECT_EQ(redraws.count, 4) << "there is nothing left to leave";
     PLT_close();
 }
 

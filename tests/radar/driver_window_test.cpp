@@ -1,8 +1,9 @@
-// The driver's frames on the memory display: a series, newer files, a change of size while drawing.
+// The driver's frames on the memory display: a series, newer files, a loop that stands.
 
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -16,12 +17,15 @@
 #include "graphics/window/frames.h"
 #include "image_facts.h"
 #include "lib/files/naming.h"
+#include "lib/files/series.h"
 #include "lib/options/flags.h"
 #include "lib/report/process.h"
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "lib/system/stream.h"
 #include "no_more_memory.h"
+#include "plot/map/current_map.h"
+#include "radar/common/readout.h"
 
 namespace {
 
@@ -33,7 +37,6 @@ constexpr std::int64_t kTenMinutes = 600;
 struct ToyFormat {
     std::string open;
     std::vector<std::string> drawn; ///< "10" is the file of ten past
-    int resize_at = -1;             ///< the picture during which the window changes its size
 } toy;
 
 int open_toy(std::string_view name) {
@@ -57,8 +60,6 @@ PlotDomain toy_domain() {
     return domain;
 }
 
-RadarSteps toy_steps();
-
 int draw_toy() {
     toy.drawn.push_back(toy.open);
     GPH_trans(1);
@@ -66,11 +67,6 @@ int draw_toy() {
     gset_fill_colr_ind(2 + (toy.open.front() - '0'));
     GPH_frect(0, 0, 1, 1);
     GPH_trans(2);
-    if (static_cast<int>(toy.drawn.size()) == toy.resize_at) {
-        PlotDomain domain = toy_domain();
-        ginit_loop(); // as a window of a new size does
-        RADAR_plot(toy_steps(), {}, domain);
-    }
     return 0;
 }
 
@@ -170,6 +166,37 @@ TEST_F(DriverFrames, ANewerFileJoinsAsTheLast) {
     EXPECT_EQ(pictures(), after);
 }
 
+TEST_F(DriverFrames, AFileThatHasGrownIsDrawnAnewInItsPlace) {
+    plot_series();
+    const auto look = [] { RADAR_next_file(toy_steps()); };
+    look();
+    EXPECT_EQ(toy.drawn.size(), 3U) << "it is as it was";
+    const std::string last = "toy_20030704_2220";
+    files_.write(last, "toy and more");
+    look();
+    EXPECT_EQ(toy.drawn, (Names{"00", "10", "20", "20"}));
+    EXPECT_EQ(gget_num_images(), 3);
+    EXPECT_EQ(gget_frame_source(0), files_.at("toy_20030704_2200")) << "no frame has moved";
+    EXPECT_EQ(gget_frame_source(2), files_.at(last));
+    look();
+    EXPECT_EQ(toy.drawn.size(), 4U);
+    std::filesystem::last_write_time(files_.at(last), std::filesystem::last_write_time(files_.at(last)) +
+                                                          std::chrono::hours(1));
+    look();
+    EXPECT_EQ(toy.drawn.size(), 5U) << "of the same length, but written again";
+
+    gdelete_frame(kFrameLast);
+    files_.write(last, "toy and still more");
+    look();
+    EXPECT_EQ(toy.drawn.size(), 5U) << "a frame that was deleted does not come back";
+    add_file(3);
+    set_now(3);
+    look();
+    EXPECT_EQ(toy.drawn.back(), "30");
+    EXPECT_EQ(gget_frame_source(0), files_.at("toy_20030704_2210"));
+    EXPECT_EQ(gget_frame_source(1), files_.at("toy_20030704_2230"));
+}
+
 TEST_F(DriverFrames, WithoutFramesTheNewestReplacesThePicture) {
     RES_put("num_hour", "0");
     plot_series();
@@ -180,6 +207,17 @@ TEST_F(DriverFrames, WithoutFramesTheNewestReplacesThePicture) {
     RADAR_next_file(toy_steps());
     EXPECT_EQ(toy.drawn.back(), "30");
     EXPECT_NE(picture_of(graster_base()), before);
+}
+
+TEST_F(DriverFrames, ALookThatFindsNothingChangesNothing) {
+    RES_put("num_hour", "0");
+    plot_series();
+    set_now(3000); // nothing is found so late, and the name that was looked for is no file
+    RADAR_next_file(toy_steps());
+    std::string name;
+    FILE_first(FILE_get_date());
+    ASSERT_EQ(FILE_get_next(name), 1);
+    EXPECT_EQ(name, files_.at("toy_20030704_2220")) << "what a zoom draws is what is shown";
 }
 
 TEST_F(DriverFrames, AMissingFileIsSkippedAndFewerFilesLeaveFewerFrames) {
@@ -252,12 +290,50 @@ TEST_F(DriverFrames, PicturesThatCannotBeKeptAreMissed) {
 #endif
 }
 
-TEST_F(DriverFrames, ANewSizeStartsTheSeriesAgain) {
-    toy.resize_at = 2;
+bool read_toy(const std::string &file, RadarReading &reading) {
+    reading.value = file.substr(file.size() - 2);
+    return true;
+}
+
+TEST_F(DriverFrames, TheFileOfTheFrameThatIsSeenIsRead) {
     plot_series();
-    EXPECT_EQ(toy.drawn, (Names{"00", "10", "00", "10", "20"}));
-    EXPECT_EQ(gget_num_images(), 3);
-    EXPECT_EQ(gget_cur_frame(), 2);
+    Point middle;
+    MAP_tran_center(middle.x, middle.y);
+    const auto read = [middle](const char *event, std::optional<Point> place = {}) {
+        const Point at = place.value_or(middle);
+        const auto reading = RADAR_read(event, at.x, at.y, read_toy);
+        return reading ? reading->value : std::string("nothing");
+    };
+    gdisplay_frame(1);
+    EXPECT_EQ(read("v-Alt"), "10");
+    EXPECT_EQ(read("B1-M"), "10");
+    EXPECT_EQ(read("B1-P-Alt"), "10");
+    for (const char *other : {"B1-P", "B1-R", "B1-P-Shft", "B1-M-Shft", "v", "v-Alt-Shft", "size", "l-Alt"})
+        EXPECT_EQ(read(other), "nothing") << other;
+    EXPECT_EQ(read("v-Alt", Point{1000, 1000}), "outside the map");
+    gdisplay_frame(0);
+    gdelete_frame(kFrameCurrent);
+    EXPECT_EQ(read("v-Alt"), "10") << "the frame has moved, and its file with it";
+
+    files_.write("toy_20030704_2210", "another toy");
+    EXPECT_EQ(read("v-Alt"), "file not read: it has changed since it was drawn");
+    FILE_delete(files_.at("toy_20030704_2210"));
+    EXPECT_EQ(read("v-Alt"), "file not read: it is gone");
+    gdisplay_frame(1);
+    EXPECT_EQ(read("v-Alt"), "20");
+
+    RES_put("num_hour", "0");
+    ginit_loop();
+    plot_series();
+    EXPECT_EQ(read("B1-P"), "20") << "without a loop a press alone asks";
+}
+
+TEST_F(DriverFrames, ALoopThatStandsIsNotStartedByAnotherPlot) {
+    plot_series();
+    EXPECT_EQ(gget_looping(), 1);
+    gset_looping(0);
+    plot_series();
+    EXPECT_EQ(gget_looping(), 0);
 }
 
 } // namespace

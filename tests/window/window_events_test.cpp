@@ -13,6 +13,7 @@
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/events.h"
+#include "graphics/window/frame_table.h"
 #include "graphics/window/frames.h"
 #include "lib/files/naming.h"
 #include "lib/options/flags.h"
@@ -155,13 +156,43 @@ TEST_F(WindowEvents, TheTitleTellsAFrameWhileThereIsOne) {
     EXPECT_EQ(told(), plain);
 }
 
+TEST_F(WindowEvents, ACloseRequestDuringADrawingEndsIt) {
+    gpump_events();
+    eye_->ask_to_close();
+    await_events();
+    {
+        const StoppableDrawing drawing(false);
+        EXPECT_THROW(gpump_events(), DrawingStopped);
+    }
+    EXPECT_TRUE(gquit_wanted());
+    EXPECT_EQ(ghold(1), 1) << "the window is not held any more";
+    EXPECT_FALSE(gquit_wanted());
+}
+
+TEST_F(WindowEvents, ANewSizeOvertakesADrawing) {
+    eye_->resize(250, 150);
+    await_events();
+    {
+        const StoppableDrawing drawing(false);
+        EXPECT_NO_THROW(gpump_events()) << "an image file keeps the size that was asked for";
+    }
+    {
+        const StoppableDrawing drawing(true);
+        EXPECT_THROW(gpump_events(), DrawingStopped);
+        EXPECT_TRUE(gfollow_size());
+        EXPECT_NO_THROW(gpump_events());
+    }
+    EXPECT_EQ(gstate().win_width, 250);
+    EXPECT_FALSE(gfollow_size());
+}
+
 constexpr std::int64_t kFirst = 1057356000, kStep = 300; ///< of the series, seconds since 1970
 
-/// While the window is held the clock goes a minute forwards, as soon as the newer file is there.
+/// As soon as the newer file is there its time has come, and the program looks for it every second.
 void advance_clock(int /*signal*/) {
-    static int turns = 0;
     if (gget_input_mode() != kInputWaiting || access("newer", F_OK) != 0) return;
-    DATE_fix_time(kFirst + 3 * kStep + 61 * ++turns);
+    DATE_fix_time(kFirst + 3 * kStep);
+    gframe_table().refresh_seconds = 1;
 }
 
 TEST(WindowRefresh, ANewerFileBecomesTheLastFrame) {

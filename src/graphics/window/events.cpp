@@ -1,5 +1,9 @@
 #include "graphics/window/events.h"
 
+#include <algorithm>
+#include <chrono>
+#include <deque>
+#include <optional>
 #include <utility>
 
 #include "graphics/core/state.h"
@@ -10,6 +14,8 @@
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"
 #include "graphics/window/rubber_band.h"
+#include "lib/report/message.h"
+#include "lib/report/process.h"
 
 namespace {
 
@@ -18,16 +24,25 @@ constexpr int kPointerCursor = 1, kDefaultBell = 50;
 /// First data byte of a cooperating program's message.
 enum Message : int { kAddFrame = 2, kFinish = 9 };
 
+/// What keeps the program from acting on events; they come all the same.
+enum class Busy : int { no, drawing, waiting };
+
 struct State {
     int input_mode = kInputIdle;
     bool processing = true;
-    bool mapped = false, focus = false;
+    bool mapped = false;
     bool exposed = false; ///< an exposure of the present run has been answered
-    bool user_event = false;
-    bool drawing = false;  ///< events come from the middle of a drawing
-    bool new_size = false; ///< a size change waits for the end of the drawing
+    bool ended = false;   ///< the user wants the window to go
+    Busy busy = Busy::no;
+    bool new_size = false; ///< a size change waits
+    /// Waits until the program is not busy; the last of a drawing may have stopped it.
+    std::deque<RasterEvent> kept;
+    bool stoppable = false, follows_size = false; ///< see StoppableDrawing
+    bool view_wanted = false;                     ///< a key that is kept has stopped the drawing
     int cursor = 0;
+    std::optional<RasterEvent> held; ///< the press of the button that is held down
     MouseCallback callback = nullptr;
+    ViewKey view_key = nullptr;
 } state;
 
 bool is_window() {
@@ -39,7 +54,7 @@ bool can_process() {
 }
 
 bool awaits_input() {
-    return state.input_mode != kInputIdle && !state.drawing;
+    return state.input_mode != kInputIdle && state.busy == Busy::no;
 }
 
 /// Place in world coordinates of the current transform, whatever the zoom.
@@ -51,9 +66,7 @@ void tell(int kind, const std::string &name, float x, float y) {
 }
 
 void follow_size() {
-    state.new_size = false;
-    if (gresize_window(-1, -1) == 0) return;
-    ginit_plot(PlotMode::resized);
+    if (!gfollow_size()) return;
     if (state.callback != nullptr)
         state.callback(kKeyEvent, "size", static_cast<float>(gstate().win_width),
                        static_cast<float>(gstate().win_height));
@@ -63,9 +76,17 @@ void on_expose() {
     if (!std::exchange(state.exposed, true)) graster_show();
 }
 
-void on_configure() {
-    state.new_size = true;
-    if (!state.drawing) follow_size();
+void on_configure(const RasterEvent &event) {
+    const GraphicsState &s = gstate();
+    // An event from elsewhere or of a window that has just opened may tell no size.
+    if (event.width <= 0 || event.height <= 0) return;
+    state.new_size = event.width != s.win_width || event.height != s.win_height;
+    if (state.new_size && state.busy == Busy::no) follow_size();
+}
+
+void quit() {
+    state.ended = true;
+    state.input_mode = kInputQuit;
 }
 
 /// A cooperating program draws into the last frame's pixmap: what it has drawn is moved to a frame before.
@@ -88,73 +109,126 @@ void add_frame() {
 }
 
 void on_message(int message) {
-    if (message == kFinish) state.input_mode = kInputQuit;
+    if (message == kFinish) quit();
     if (message == kAddFrame) add_frame();
 }
 
-void on_key(const RasterEvent &event) {
+/// A key that comes while the program is busy. Before the window is held only the end is heard.
+void keep_key(const RasterEvent &event) {
+    if (is_quit_key(event)) return quit();
     if (state.input_mode == kInputIdle) return;
+    state.kept.push_back(event);
+    if (state.busy == Busy::drawing && state.view_key != nullptr && state.view_key(key_name(event)))
+        state.view_wanted = true;
+}
+
+/// True for a user event that has been acted on.
+bool on_key(const RasterEvent &event) {
+    if (state.busy != Busy::no) {
+        keep_key(event);
+        return false;
+    }
+    if (state.input_mode == kInputIdle) return false;
     if (is_quit_key(event)) {
-        state.input_mode = kInputQuit;
+        quit();
     } else if (state.input_mode == kInputWaiting) {
         state.input_mode = kInputSeen;
     }
-    if (!awaits_input()) return;
-    state.user_event = true;
-    if (!act_on_key(event)) return;
-    if (event.key.empty() && !event.is_return) return; // a modifier alone has no name
+    // A box that is being drawn ends first; the callback, which began it, hears of it.
+    const bool ends_box = is_escape(event) && band_cancel();
+    if (!ends_box && !act_on_key(event)) return true;
+    if (event.key.empty() && !event.is_return) return true; // a modifier alone has no name
     const PixelPoint pointer = gx11_pointer();
     tell(kKeyEvent, key_name(event), pointer.x, pointer.y);
+    return true;
 }
 
 void on_press(const RasterEvent &event) {
+    if (state.busy == Busy::waiting) state.kept.push_back(event);
     if (!awaits_input()) return;
+    state.held = event;
     act_on_button(event);
-    band_press(event.x, event.y);
+    if (!is_wheel(event)) band_press(event.x, event.y);
     tell(kButtonEvent, button_name(event, 'P'), static_cast<float>(event.x), static_cast<float>(event.y));
 }
 
-void on_release(const RasterEvent &event) {
+bool on_release(const RasterEvent &event) {
+    // A box that a refresh has come upon is not lost.
+    if (state.busy == Busy::waiting || (state.busy == Busy::drawing && band_is_set())) {
+        state.kept.push_back(event);
+        return false;
+    }
+    state.held.reset();
     if (!awaits_input()) {
         band_reset();
-        return;
+        return false;
     }
-    state.user_event = true;
-    band_release();
+    if (!is_wheel(event)) band_release();
     tell(kButtonEvent, button_name(event, 'R'), static_cast<float>(event.x), static_cast<float>(event.y));
+    return true;
 }
 
-void process_event(const RasterEvent &event) {
-    state.user_event = false;
+/// Unlike a press or a release it is no user event, and the cursor stays: motions come by the hundred.
+void on_motion(const RasterEvent &event) {
+    band_move(event.x, event.y);
+    if (!state.held || !awaits_input() || state.callback == nullptr) return;
+    state.callback(kButtonEvent, button_name(*state.held, 'M'), xp_W(xZ_p(static_cast<float>(event.x))),
+                   yp_W(yZ_p(static_cast<float>(event.y))));
+}
+
+/// True for a user event that has been acted on.
+bool process_event(const RasterEvent &event) {
     if (event.kind != RasterEventKind::expose && event.kind != RasterEventKind::configure)
         state.exposed = false;
     switch (event.kind) {
     case RasterEventKind::expose: on_expose(); break;
     case RasterEventKind::map: state.mapped = true; break;
     case RasterEventKind::unmap: state.mapped = false; break;
-    case RasterEventKind::focus_in: state.focus = true; break;
-    case RasterEventKind::focus_out: state.focus = false; break;
-    case RasterEventKind::configure: on_configure(); break;
+    case RasterEventKind::configure: on_configure(event); break;
     case RasterEventKind::message: on_message(event.message); break;
-    case RasterEventKind::close: state.input_mode = kInputQuit; break;
-    case RasterEventKind::key_press: on_key(event); break;
+    case RasterEventKind::close: quit(); break;
+    case RasterEventKind::key_press: return on_key(event);
     case RasterEventKind::button_press: on_press(event); break;
-    case RasterEventKind::button_release: on_release(event); break;
-    case RasterEventKind::motion: band_move(event.x, event.y); break;
+    case RasterEventKind::button_release: return on_release(event);
+    case RasterEventKind::motion: on_motion(event); break;
     case RasterEventKind::other: break;
     }
+    return false;
 }
 
-/// Everything that waits; 1 is added for each user event.
+/// What was kept comes before what waits on the connection.
+bool next_event(RasterEvent &event) {
+    if (state.busy == Busy::no && !state.kept.empty()) {
+        event = std::move(state.kept.front());
+        state.kept.pop_front();
+        return true;
+    }
+    if (gx11_pending() <= 0) return false;
+    event = gx11_next_event();
+    return true;
+}
+
+/// Everything that waits. Number of user events.
 int process_pending() {
     int users = 0;
     // An exposure of an earlier look is another run.
     state.exposed = false;
-    while (can_process() && gx11_pending() > 0) {
-        process_event(gx11_next_event());
-        users += state.user_event ? 1 : 0;
-    }
+    for (RasterEvent event; can_process() && next_event(event);)
+        if (process_event(event)) ++users;
+    // A running loop comes back to its round only after the frame's time, which may be long.
+    if (users > 0) MESS_flush();
     return users;
+}
+
+bool is_anything_kept() {
+    return state.ended || state.new_size || !state.kept.empty();
+}
+
+/// Lets events come without acting on them.
+void process_busily(Busy busy) {
+    const Busy outer = std::exchange(state.busy, busy);
+    process_pending();
+    state.busy = outer;
 }
 
 } // namespace
@@ -173,33 +247,86 @@ int gget_input_mode() {
 
 int gwait_event() {
     if (!can_process()) return 0;
-    if (state.new_size) {
-        follow_size();
-        return gcheck_event();
-    }
+    if (is_anything_kept()) return gcheck_event();
     state.exposed = false;
-    process_event(gx11_next_event());
-    const int first = state.user_event ? 1 : 0;
+    const int first = process_event(gx11_next_event()) ? 1 : 0;
     return first + process_pending();
 }
 
 int gcheck_event() {
     if (!can_process()) return 0;
-    if (state.new_size && !state.drawing) follow_size();
+    if (state.new_size && state.busy == Busy::no) follow_size();
     return process_pending();
 }
 
+int gwait_events(float seconds) {
+    if (!can_process())
+        VYX_sleep(seconds);
+    else if (!is_anything_kept())
+        gx11_wait(seconds);
+    return gcheck_event();
+}
+
+bool gwait_undisturbed(float seconds) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration<float>(seconds);
+    const auto remaining = [end] { return std::chrono::duration<float>(end - Clock::now()).count(); };
+    for (float rest = seconds; rest > 0; rest = remaining()) {
+        if (can_process())
+            gx11_wait(rest);
+        else
+            VYX_sleep(rest);
+        process_busily(Busy::waiting);
+        if (is_anything_kept()) return true;
+    }
+    return false;
+}
+
 void gpump_events() {
-    const bool outer = std::exchange(state.drawing, true);
-    gcheck_event();
-    state.drawing = outer;
+    if (!can_process()) return;
+    process_busily(Busy::drawing);
+    const bool useless = state.ended || state.view_wanted || (state.new_size && state.follows_size);
+    if (state.stoppable && useless) throw DrawingStopped{};
+}
+
+StoppableDrawing::StoppableDrawing(bool follows_size) {
+    state.stoppable = true;
+    state.follows_size = follows_size;
+    state.view_wanted = false;
+}
+
+StoppableDrawing::~StoppableDrawing() {
+    state.stoppable = false;
+}
+
+void gset_view_key(ViewKey function) {
+    state.view_key = function;
+}
+
+bool gquit_wanted() {
+    return state.ended;
+}
+
+bool gview_wanted() {
+    return state.view_wanted;
+}
+
+bool gfollow_size() {
+    state.new_size = false;
+    if (gresize_window(-1, -1) == 0) return false;
+    ginit_plot(PlotMode::resized);
+    return true;
+}
+
+void gbegin_events() {
+    state.ended = state.new_size = state.view_wanted = false;
+    state.kept.clear();
 }
 
 void ginit_events() {
     band_reset();
     greset_zoom();
     state.exposed = false;
-    state.user_event = false;
 }
 
 int gset_cache(int flag) {
@@ -233,6 +360,7 @@ int gresize_window(int width, int height) {
         gerr_printf("gresize_window", "no memory for a picture of %d x %d pixels\n", width, height);
         return 0;
     }
+    gsuspend_zoom(); // what is kept of the picture is not magnified
     greset_zoom();
     gdelete_all_frames();
     graster_clear(base);

@@ -2,6 +2,7 @@
 /// The frames and the loop, shared by the sources of frames, stepping and the hold loop only.
 
 #include <array>
+#include <string>
 
 #include "graphics/window/frames.h"
 
@@ -10,19 +11,24 @@ inline constexpr float kFirstDelay = 0.5F; ///< seconds
 struct Frame {
     PixmapId pixmap = kNoPixmap;
     float delay = kFirstDelay; ///< seconds
+    std::string source;        ///< what the picture was made from, in the words of who drew it
 };
 
 struct FrameTable {
     std::array<Frame, kMaxFrames> frames;
     int count = 0;
     int current = -1; ///< the frame shown last; -1 before any
+    int place = -1;   ///< `current` before the frames were forgotten
 
     bool looping = false;
-    float delay = kFirstDelay; ///< seconds
+    float delay = kFirstDelay;     ///< seconds
+    float last_delay = kLastDelay; ///< seconds; the last frame's
+    bool proportional = false;     ///< it follows the delay of the others
     int direction = kLoopForward;
     bool titles = true;      ///< the window title tells the frame
     int refresh_seconds = 0; ///< 0: never
     void (*refresh)() = nullptr;
+    void (*deleted)(int frame) = nullptr;
 };
 
 FrameTable &gframe_table();

@@ -17,7 +17,8 @@ namespace {
 
 struct State {
     FrameTable table;
-    bool titled = false; ///< the window's title tells a frame
+    bool titled = false; ///< the window's title tells a frame or a note
+    bool noted = false;  ///< it tells a note
 } state;
 
 Frame &slot(int frame) {
@@ -74,18 +75,26 @@ void remove_from_row(int frame) {
     auto *const first = t.frames.begin() + frame;
     auto *const end = t.frames.begin() + t.count;
     std::move(first + 1, end, first);
-    slot(t.count - 1) = Frame{kNoPixmap, t.delay};
-    if (frame == t.count - 1) slot(frame - 1).delay = kLastDelay;
+    slot(t.count - 1) = Frame{kNoPixmap, t.delay, {}};
+    if (frame == t.count - 1) slot(frame - 1).delay = t.last_delay;
+}
+
+/// "[3]"; empty when titles do not tell the frame.
+std::string frame_title(int frame) {
+    if (!state.table.titles || state.table.count == 0) return {};
+    return "[" + std::to_string(frame) + "]";
 }
 
 void show_frame_title(int frame) {
-    if (!state.table.titles || state.table.count == 0) return;
-    gset_win_title_extra("[" + std::to_string(frame) + "]");
-    state.titled = true;
+    const std::string title = frame_title(frame);
+    if (!title.empty() || state.noted) gset_win_title_extra(title);
+    state.titled = !title.empty();
+    state.noted = false;
 }
 
 void clear_frame_title() {
     if (std::exchange(state.titled, false)) gset_win_title_extra("");
+    state.noted = false;
 }
 
 } // namespace
@@ -102,8 +111,10 @@ void ginit_loop() {
     for (Frame &frame : state.table.frames) {
         free_pixmap(frame.pixmap);
         frame.delay = kFirstDelay;
+        frame.source.clear();
     }
     state.table.count = 0;
+    state.table.place = gget_frame_place();
     state.table.current = -1;
     clear_frame_title();
 }
@@ -125,8 +136,9 @@ int gcreate_frame(int frame) {
         return 0;
     }
     graster_clear(slot(n).pixmap);
+    slot(n).source.clear();
     if (n > 0) slot(n - 1).delay = t.delay;
-    if (is_slot(t.count)) slot(t.count).delay = kLastDelay;
+    if (is_slot(t.count)) slot(t.count).delay = t.last_delay;
     MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(slot(n).pixmap));
     if (n == t.count) ++t.count;
     return n;
@@ -170,6 +182,7 @@ int gdelete_frame(int frame) {
     --t.count;
     if (t.count == 0) {
         clear_frame_title();
+        greset_zoom();
         graster_clear(graster_base());
         gupdate_window();
     }
@@ -188,6 +201,7 @@ int gcopy_frame(int to, int from) {
     const PixmapId target = pixmap_of(to), source = pixmap_of(from);
     if (target == kNoPixmap || source == kNoPixmap) return 0;
     copy_pixmap(source, target);
+    gset_frame_source(to, gget_frame_source(from));
     MESS_print(kDebug, "Copy frame: %d->%d\n", frame_number(from), frame_number(to));
     return 1;
 }
@@ -206,8 +220,11 @@ int gswitch_frame(int a, int b) {
     if (first == kNoPixmap || second == kNoPixmap) return 0;
     // The drawable is a pixmap: it goes where its pixmap goes, whatever a new base does to it.
     const PixmapId drawable = graster_drawable();
+    const std::string source = gget_frame_source(a);
     set_pixmap(a, second);
     set_pixmap(b, first);
+    gset_frame_source(a, gget_frame_source(b));
+    gset_frame_source(b, source);
     graster_set_drawable(drawable);
     return 1;
 }
@@ -218,6 +235,28 @@ int gget_num_images() {
 
 int gget_cur_frame() {
     return state.table.current;
+}
+
+void gset_frame_source(int frame, std::string_view source) {
+    if (const int n = frame_number(frame); is_slot(n)) slot(n).source = source;
+}
+
+std::string gget_frame_source(int frame) {
+    const int n = frame_number(frame);
+    return is_slot(n) ? slot(n).source : std::string();
+}
+
+void gshow_note(std::string_view text) {
+    if (text.empty() && !state.noted) return;
+    std::string title = frame_title(state.table.current);
+    if (!title.empty() && !text.empty()) title += ' ';
+    gset_win_title_extra(title + std::string(text));
+    state.noted = !text.empty();
+    state.titled = !title.empty() || state.noted;
+}
+
+int gget_frame_place() {
+    return state.table.current >= 0 ? state.table.current : state.table.place;
 }
 
 PixmapId gget_frame_id(int frame) {

@@ -1,36 +1,45 @@
 /// The hold loop: keeps the window alive after the plot until the user ends it.
 
+#include <algorithm>
+#include <chrono>
+
 #include "graphics/devices/raster/display.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
+#include "lib/report/message.h"
 #include "lib/report/process.h"
-#include "lib/system/calendar.h"
 
 namespace {
 
 enum HoldCursor : int { kPointless = 0, kLoops = 3, kStands = 4, kSelects = 6, kBusy = 8 };
 constexpr int kBellPercent = 50;
 
-/// How long the loop rests while nothing happens: short at first, so that keys act at once.
-constexpr float kBriskRest = 0.1F, kIdleRest = 0.5F; ///< seconds
-constexpr int kBriskRounds = 50;
+constexpr float kIconRest = 0.1F; ///< seconds
 
+/// By a clock that nobody sets.
 class Refresh {
 public:
-    Refresh() : next_(DATE_get_time() + gframe_table().refresh_seconds) {}
     static bool wanted() { return gframe_table().refresh_seconds > 0; }
-    /// Calls the callback when its time has come.
+    /// Seconds until the callback is due; 0 when it is.
+    [[nodiscard]] float remaining() const {
+        return std::max(std::chrono::duration<float>(next() - Clock::now()).count(), 0.0F);
+    }
+    /// Calls the callback when its time has come. Turns that were missed are not made up for.
     void check() {
         const FrameTable &t = gframe_table();
-        if (!wanted() || t.refresh == nullptr || DATE_get_time() < next_) return;
+        if (!wanted() || t.refresh == nullptr || Clock::now() < next()) return;
+        while (next() <= Clock::now()) last_ = next();
         t.refresh();
-        next_ += t.refresh_seconds;
     }
 
 private:
-    std::int64_t next_; ///< seconds since 1970
+    using Clock = std::chrono::steady_clock;
+    [[nodiscard]] Clock::time_point next() const {
+        return last_ + std::chrono::seconds(gframe_table().refresh_seconds);
+    }
+    Clock::time_point last_ = Clock::now(); ///< when it was due last, or the hold began
 };
 
 bool animated(const FrameTable &t) {
@@ -43,46 +52,45 @@ void show_cursor(int cursor) {
 
 void show_next_frame() {
     show_cursor(kLoops);
+    const FrameTable &t = gframe_table();
+    const int shown = t.current;
     gloop_sleep();
-    if (gget_input_mode() == kInputQuit) return;
-    if (gis_mapped() != 0)
+    if (gget_input_mode() == kInputQuit || !animated(t)) return;
+    if (gis_mapped() == 0)
+        gwait_events(kIconRest); // an icon needs no pictures, nor the processor
+    else if (t.current == shown) // else somebody has shown a frame meanwhile, which has its time now
         gdisplay_frame(ginc_frame(0));
-    else
-        VYX_sleep(kBriskRest); // an icon needs no pictures, nor the processor
     VYX_init_time();
     gcheck_event();
 }
 
-void rest(int &idle_rounds) {
-    VYX_sleep(idle_rounds < kBriskRounds ? kBriskRest : kIdleRest);
-    idle_rounds = gcheck_event() > 0 ? 0 : idle_rounds + 1;
-}
-
 /// Where nothing can come from the display a blocking wait would return at once, again and again.
 void wait_for_event() {
-    if (gget_cache() == 0) VYX_sleep(kBriskRest);
+    if (gget_cache() == 0) VYX_sleep(kIconRest);
     gwait_event();
 }
 
-void hold_round(Refresh &refresh, int &idle_rounds) {
+void hold_round(Refresh &refresh) {
     const FrameTable &t = gframe_table();
+    MESS_flush();
     if (animated(t)) {
         show_next_frame();
-        idle_rounds = 0;
     } else {
         show_cursor(t.count >= 2 ? kStands : kSelects);
         if (Refresh::wanted())
-            rest(idle_rounds);
+            gwait_events(refresh.remaining());
         else
             wait_for_event();
     }
-    refresh.check();
+    if (gget_input_mode() != kInputQuit) refresh.check();
 }
 
 /// Drawing follows the opening of a window.
 void show_busy() {
     graster_sync();
-    gcheck_event();
+    gbegin_events();
+    gpump_events();
+    gfollow_size();
     gset_cursor(kBusy);
 }
 
@@ -103,13 +111,14 @@ int ghold(int /*flag*/) {
     const auto held = [] { return gtype_is_WIN() && graster_display() == RasterDisplay::x11; };
     if (!held() || !gframes_possible()) return 0;
     gupdate_window();
+    gpump_events(); // keys of before the hold mean nothing, except those that end it
+    if (!gquit_wanted()) gset_input_mode(kInputWaiting);
     gcheck_event();
     if (gget_looping() != 0) VYX_init_time();
-    gset_input_mode(kInputWaiting);
     Refresh refresh;
-    int idle_rounds = 0;
-    while (gget_input_mode() != kInputQuit && held()) hold_round(refresh, idle_rounds);
+    while (gget_input_mode() != kInputQuit && held()) hold_round(refresh);
     gset_input_mode(kInputIdle);
+    gbegin_events();
     gbell(kBellPercent);
     gset_cursor(kPointless);
     graster_sync();

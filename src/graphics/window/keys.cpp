@@ -2,6 +2,7 @@
 
 #include "graphics/devices/raster/display.h"
 #include "graphics/window/events.h"
+#include "graphics/window/frame_table.h"
 #include "graphics/window/frames.h"
 #include "lib/report/message.h"
 
@@ -9,11 +10,26 @@ namespace {
 
 constexpr float kStep = 0.1F, kFineStep = 0.05F;            ///< seconds of loop delay
 constexpr float kFineBelow = 0.11F, kFineUpToBelow = 0.09F; ///< delays near the fast end
+constexpr float kRatio = 1.4678F;                           ///< of two paces: six steps are a tenfold
 constexpr int kToggle = -1;
-constexpr int kZoomStep = -2; ///< multiplies
+constexpr int kWheelUp = 4, kWheelDown = 5; ///< buttons
+constexpr int kZoomStep = -2;               ///< multiplies
 
 void show_neighbour(int step) {
     if (gget_num_images() > 0) gdisplay_frame(ginc_frame(step));
+}
+
+/// Arrows and wheel: whoever steps wants to look at the frame, so the loop stands from here on.
+void step(int by) {
+    if (gget_num_images() < 2) return;
+    if (gget_looping() != 0) gset_looping(0);
+    show_neighbour(by);
+}
+
+void delete_current() {
+    const FrameTable &t = gframe_table();
+    const int frame = t.current;
+    if (gdelete_frame(kFrameCurrent) == 1 && t.deleted != nullptr) t.deleted(frame);
 }
 
 void faster_or_next() {
@@ -42,16 +58,38 @@ std::string with_modifiers(std::string name, const RasterEvent &event) {
     return name;
 }
 
+bool act_on_named_key(const RasterEvent &event) {
+    if (event.alt || event.shift || event.control) return true;
+    switch (event.named) {
+    case NamedKey::escape: return gzoom_back() == 0;
+    case NamedKey::left: step(-1); break;
+    case NamedKey::right: step(1); break;
+    case NamedKey::up: gscale_loop_delay(1 / kRatio); break;
+    case NamedKey::down: gscale_loop_delay(kRatio); break;
+    case NamedKey::none: break;
+    }
+    return true;
+}
+
 } // namespace
 
 bool is_quit_key(const RasterEvent &event) {
     return event.is_return || (event.alt && event.key == "q");
 }
 
+bool is_escape(const RasterEvent &event) {
+    return event.named == NamedKey::escape && !event.alt && !event.shift && !event.control;
+}
+
+bool is_wheel(const RasterEvent &event) {
+    return event.button == kWheelUp || event.button == kWheelDown;
+}
+
 bool act_on_key(const RasterEvent &event) {
+    if (event.named != NamedKey::none) return act_on_named_key(event);
     if (!event.alt || event.key.size() != 1) return true;
     switch (event.key.front()) {
-    case 'd': gdelete_frame(kFrameCurrent); break;
+    case 'd': delete_current(); break;
     case 'z': zoom_at_pointer(); break;
     case 'u': return gunzoom() == 0;
     case 'm': MESS_print(kWarn, "gprocess_x11_event: Metafiles are not written by this version\n"); break;
@@ -66,11 +104,13 @@ bool act_on_key(const RasterEvent &event) {
 }
 
 void act_on_button(const RasterEvent &event) {
-    if (event.alt) return;
+    if (event.alt || (event.shift && event.button == 1)) return;
     switch (event.button) {
     case 1: slower_or_previous(); break;
     case 2: gtoggle_loop(kToggle); break;
     case 3: faster_or_next(); break;
+    case kWheelUp: step(-1); break;
+    case kWheelDown: step(1); break;
     default: break;
     }
 }

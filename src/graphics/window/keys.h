@@ -7,13 +7,17 @@
 
 /// True for the keys that end the hold.
 bool is_quit_key(const RasterEvent &event);
-/// Does what an Alt key asks for. True when the mouse callback is to hear of the key.
+/// The key that goes back: Escape alone.
+bool is_escape(const RasterEvent &event);
+/// The wheel's turns come as buttons.
+bool is_wheel(const RasterEvent &event);
+/// Does what an Alt key, an arrow or Escape asks for. True when the mouse callback is to hear of the key.
 bool act_on_key(const RasterEvent &event);
-/// Loop control of a button press without Alt.
+/// Loop control of a button press without Alt; shift and button 1 begin a box instead.
 void act_on_button(const RasterEvent &event);
 /// "x-Alt-Shft-Cntrl"
 std::string key_name(const RasterEvent &event);
-/// "B1-P-Shft" for `what` 'P', "B1-R" for 'R'.
+/// "B1-P-Shft" for `what` 'P', "B1-R" for 'R', "B1-M" for 'M'.
 std::string button_name(const RasterEvent &event, char what);
 
 /// One file of the picture, or one of each frame of a running loop, named after the window's title.

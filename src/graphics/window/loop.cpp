@@ -11,10 +11,24 @@
 namespace {
 
 constexpr float kSleepSlice = 0.2F;                   ///< seconds between two looks at the events
+constexpr float kShortest = 0.05F, kLongest = 5;      ///< seconds of a loop delay of equal steps
 constexpr int kLoopingCursor = 3, kStoppedCursor = 4; ///< see gset_cursor
 
 bool rocking(const FrameTable &t) {
     return t.direction >= kRockBack;
+}
+
+/// The last frame has a time of its own until the pace has been changed in proportion.
+void set_delay(float seconds, bool faster) {
+    FrameTable &t = gframe_table();
+    t.delay = seconds;
+    for (int i = 0; i + 1 < t.count; ++i) t.frames[static_cast<std::size_t>(i)].delay = seconds;
+    if (t.proportional) {
+        t.last_delay = seconds * (kLastDelay / kFirstDelay);
+        if (t.count > 0) t.frames[static_cast<std::size_t>(t.count - 1)].delay = t.last_delay;
+    }
+    MESS_print(kOut4, "Loop delay %s to: %2.2f\n", faster ? "decremented" : "incremented",
+               static_cast<double>(seconds));
 }
 
 } // namespace
@@ -38,22 +52,28 @@ int ginc_frame(int step) {
 
 int gloop_sleep() {
     const FrameTable &t = gframe_table();
-    if (t.current < 0 || t.current >= t.count) return -1;
-    const auto remaining = [&t] { return gget_frame_delay(t.current) - VYX_elapse_time(); };
+    const int shown = t.current;
+    if (shown < 0 || shown >= t.count) return -1;
+    const auto remaining = [shown] { return gget_frame_delay(shown) - VYX_elapse_time(); };
+    const bool looping = t.looping;
     for (float rest = remaining(); rest > 0; rest = remaining()) {
-        VYX_sleep(std::min(rest, kSleepSlice));
-        gcheck_event();
+        gwait_events(std::min(rest, kSleepSlice));
         if (gget_input_mode() == kInputQuit) break;
+        if (t.looping != looping || t.current != shown) break; // the loop has been stopped or led elsewhere
     }
     return 0;
 }
 
 int ginc_loop_delay(float delta) {
     FrameTable &t = gframe_table();
-    t.delay = std::max(t.delay + delta, 0.0F);
-    for (int i = 0; i + 1 < t.count; ++i) t.frames[static_cast<std::size_t>(i)].delay = t.delay;
-    MESS_print(kOut4, "Loop delay %s to: %2.2f\n", delta < 0 ? "decremented" : "incremented",
-               static_cast<double>(t.delay));
+    set_delay(std::max(t.delay + delta, 0.0F), delta < 0);
+    return 0;
+}
+
+int gscale_loop_delay(float factor) {
+    FrameTable &t = gframe_table();
+    t.proportional = true;
+    set_delay(std::clamp(t.delay * factor, kShortest, kLongest), factor < 1);
     return 0;
 }
 
@@ -92,4 +112,8 @@ void gset_loop_direction(int direction) {
 void gset_refresh_callback(int seconds, void (*function)()) {
     gframe_table().refresh_seconds = std::max(seconds, 0);
     gframe_table().refresh = function;
+}
+
+void gset_delete_callback(void (*function)(int frame)) {
+    gframe_table().deleted = function;
 }

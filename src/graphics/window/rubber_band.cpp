@@ -60,3 +60,14 @@ void band_release() {
 void band_reset() {
     state = State{};
 }
+
+bool band_is_set() {
+    return state.kind != 0 && is_set(state.anchor);
+}
+
+bool band_cancel() {
+    if (!band_is_set()) return false;
+    if (is_set(state.current)) outline(true);
+    band_reset();
+    return true;
+}

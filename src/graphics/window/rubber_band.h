@@ -8,3 +8,7 @@ void band_move(int x, int y);
 void band_release();
 /// No band is set.
 void band_reset();
+/// One is set, between press and release.
+bool band_is_set();
+/// Takes the band away that is being drawn. False when there is none.
+bool band_cancel();

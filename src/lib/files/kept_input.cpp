@@ -117,6 +117,12 @@ Stream FILE_open_input(std::string_view name) {
     return open_kept(name, state.other);
 }
 
+bool FILE_can_reread(std::string_view name) {
+    if (FILE_is_stdio(name) != 0) return state.standard.has_value();
+    if (!FILE_is_command(name) && !is_pipe(name)) return true;
+    return state.name == name && state.other.has_value();
+}
+
 bool FILE_input_is_whole(std::string_view name) {
     if (FILE_is_stdio(name) != 0) return !state.standard || state.standard->whole;
     return state.name != name || !state.other || state.other->whole;

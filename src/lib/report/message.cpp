@@ -97,6 +97,20 @@ int MESS_print(unsigned level, const char *format, ...) {
     return 1;
 }
 
+MessagePause::MessagePause(unsigned levels) : held_(state.mask & levels) {
+    state.mask &= ~held_;
+}
+
+MessagePause::~MessagePause() {
+    state.mask |= held_;
+}
+
+void MESS_flush() {
+    std::fflush(stdout);
+    for (const Stream *stream : {&state.log, &state.copy})
+        if (*stream) std::fflush(stream->get());
+}
+
 void MESS_print_fault(unsigned level, const char *operation, std::string_view name, int fault) {
     MESS_print(level, "%s: %s: %s\n", operation, std::string(name).c_str(), std::strerror(fault));
 }

@@ -28,6 +28,22 @@ enum class MessageOutput : int {
 /// warning levels, else standard output), 0 when the level is masked out or only the log file is written.
 int MESS_print(unsigned level, const char *format, ...) __attribute__((format(printf, 2, 3)));
 
+/// Holds messages of these levels back while it lives.
+class MessagePause {
+public:
+    explicit MessagePause(unsigned levels);
+    MessagePause(const MessagePause &) = delete;
+    MessagePause &operator=(const MessagePause &) = delete;
+    ~MessagePause();
+
+private:
+    unsigned held_; ///< levels that were shown before
+};
+
+/// Hands every sink what it has been given so far: before waiting for a user who reads it through a pipe or
+/// in a log file.
+void MESS_flush();
+
 /// Says of a file why it could not be opened or read: "operation: name: No such file or directory". `fault`
 /// is an errno value.
 void MESS_print_fault(unsigned level, const char *operation, std::string_view name, int fault);

@@ -15,12 +15,12 @@
 
 namespace {
 
-using Clock = std::chrono::system_clock;
+/// One that nobody sets: a loop must not stand still because the time of day was put back.
+using Clock = std::chrono::steady_clock;
 using Microseconds = std::chrono::microseconds;
 
 struct State {
     Clock::time_point start = Clock::now();
-    float slept = 0.0F; ///< seconds slept since `start`
 };
 State state;
 
@@ -49,7 +49,6 @@ void VYX_exit(int status) {
 int VYX_sleep(float seconds) {
     if (!(seconds > 0.0F)) return -1;
     constexpr double longest = 1e9; // keeps an infinite wait within the clock's range
-    state.slept += seconds;
     const double wait = std::min(static_cast<double>(seconds), longest);
     std::this_thread::sleep_for(Microseconds(static_cast<Microseconds::rep>(wait * 1e6)));
     return 0;
@@ -57,15 +56,10 @@ int VYX_sleep(float seconds) {
 
 void VYX_init_time() {
     state.start = Clock::now();
-    state.slept = 0.0F;
 }
 
 float VYX_elapse_time() {
-    const auto now = Clock::now();
-    // A clock that counts whole seconds only is of no use for loop timing; the time slept is nearer then.
-    const auto since_epoch = std::chrono::duration_cast<Microseconds>(now.time_since_epoch());
-    if (since_epoch.count() % 1'000'000 == 0) return state.slept;
-    return std::chrono::duration<float>(now - state.start).count();
+    return std::chrono::duration<float>(Clock::now() - state.start).count();
 }
 
 int VYX_back_proc(int status) {

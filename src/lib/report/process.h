@@ -16,10 +16,9 @@ enum ExitStatus : int {
 /// A status of 0 becomes kExitSession, after a message, when standard output could not be written.
 [[noreturn]] void VYX_exit(int status);
 
-/// Sleeps (microsecond resolution) and adds to the slept-time total; -1 when `seconds` is not above 0, else
-/// 0.
+/// Sleeps (microsecond resolution); -1 when `seconds` is not above 0, else 0.
 int VYX_sleep(float seconds);
-/// Starts the elapsed-time clock and clears the slept-time total.
+/// Starts the elapsed-time clock, which goes on evenly when the time of day is set.
 void VYX_init_time();
 /// Seconds since VYX_init_time.
 float VYX_elapse_time();

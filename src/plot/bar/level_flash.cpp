@@ -2,7 +2,6 @@
 #include "graphics/core/transform.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/window/events.h"
-#include "lib/report/process.h"
 #include "plot/bar/color_bar.h"
 #include "plot/colour/named_colors.h"
 
@@ -16,14 +15,15 @@ int CONT_flash_value(std::string_view event, float x, float y) {
     if (color < 0 || color >= CLR_get_num()) return -1;
     const Rgb own = CLR_get_rgb(color);
     const int own_pixel = gget_color_ind(color);
-    for (int i = 0; i < flashes; ++i) {
+    bool undisturbed = true;
+    for (int i = 0; i < flashes && undisturbed; ++i) {
         // With a cell of its own the colour changes wherever it shows.
         GPH_set_color(color, 0, 0, 0);
         gshow_recolored(own_pixel, gget_color_ind(color));
-        VYX_sleep(half_period);
+        undisturbed = !gwait_undisturbed(half_period);
         GPH_set_color(color, own.red, own.green, own.blue);
         gupdate_window();
-        VYX_sleep(half_period);
+        undisturbed = undisturbed && !gwait_undisturbed(half_period);
     }
     return 0;
 }

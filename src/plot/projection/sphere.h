@@ -36,6 +36,22 @@ public:
                   km / km_per_unit * std::cos(azimuth * kDegree));
     }
 
+    /// The way to a point, the inverse of at(): how far away it is along the great circle, split into east
+    /// and north by the direction in which the way sets out. Plane units.
+    struct Way {
+        double east, north;
+    };
+    [[nodiscard]] Way to(double lat, double lon) const {
+        const double turn = (lon - lon_) * kDegree;
+        const double sin_lat = std::sin(lat * kDegree), cos_lat = std::cos(lat * kDegree);
+        const double east = cos_lat * std::sin(turn);
+        const double north = cos_lat_ * sin_lat - sin_lat_ * cos_lat * std::cos(turn);
+        const double across = std::hypot(east, north);
+        const double arc = std::atan2(across, sin_lat_ * sin_lat + cos_lat_ * cos_lat * std::cos(turn));
+        const double stretch = static_cast<double>(kEarthRadius) * (across > 0 ? arc / across : 1.0);
+        return {east * stretch, north * stretch};
+    }
+
 private:
     double sin_lat_ = 0, cos_lat_ = 1; ///< of the place
     double lon_ = 0;                   ///< degrees

@@ -34,9 +34,9 @@ struct State {
     ExitStatus status = kExitOk; ///< what the session ends with: a picture is not there, or memory ran out
 } state;
 
-/// A window of an X server that the user looks at when all is drawn.
+/// A window of an X server that the user looks at when all is drawn, unless it has been closed by then.
 bool window_stays() {
-    return gtype_is_WIN() && !gtype_is_memory() && !PLT_wants_image();
+    return gtype_is_WIN() && !gtype_is_memory() && !PLT_wants_image() && !gquit_wanted();
 }
 
 } // namespace

@@ -58,8 +58,9 @@ void PLT_set_zoom_func(PlotRedraw function);
 void PLT_set_resize_func(PlotRedraw function);
 /// Called every so many seconds while the window is held.
 void PLT_set_refresh_func(int seconds, PlotRedraw function);
-/// Shift and button 1 draw a box that becomes the domain; "u-Alt" goes back to the first, "r-Alt" draws
-/// again. x, y: plot coordinates. 0, or -1 when the event meant nothing.
+/// Shift and button 1 draw a box that becomes the domain, unless it is below 8 pixels of the window; Escape
+/// leaves the box or goes back to the domain before, "u-Alt" to the first, "r-Alt" draws again. A loop goes
+/// on or stands where it did. x, y: plot coordinates. 0, or -1 when the event meant nothing.
 int PLT_plot_zoom(std::string_view event, float x, float y);
 /// Draws again on the event "size".
 int PLT_plot_resize(std::string_view event);

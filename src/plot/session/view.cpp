@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
@@ -15,26 +17,64 @@
 
 namespace {
 
+/// A view that a zoom box has left.
+struct Level {
+    PlotDomain domain;
+    float height = 0; ///< that the base priority of a map was set to
+};
+
 struct State {
     PlotRedraw zoom = nullptr, resize = nullptr, refresh = nullptr;
     std::optional<Point> press; ///< where the zoom box was begun, plot coordinates
     int zooms = 0;              ///< since the original domain
-    PlotDomain original;        ///< saved at the first zoom
+    std::vector<Level> levels;  ///< the original domain and those that the boxes were drawn in
+    float height = 0;           ///< of the present level
     bool drawing = false;       ///< a redraw is under way; its own events ask for no other
+    bool magnified = false;     ///< pixels were magnified when it began
 } state;
 
 constexpr unsigned kZoomLevel = 0x200, kDomainLevel = 0x100;
 constexpr int kRectangleBand = 2;
 constexpr int kBusyCursor = 8;
 constexpr int kWholeView = 0, kDataTransform = 2;
+constexpr std::string_view kEscape = "\x1b", kBack = "u-Alt", kAgain = "r-Alt";
+constexpr float kSmallestBox = 8; ///< pixels of the window; less is a slip of the hand
 
-int redraw(PlotRedraw function, PlotDomain domain) {
+/// What stays of the way the picture was looked at.
+enum class Keep : unsigned { nothing = 0, pixels = 1, frame = 2 };
+constexpr Keep operator|(Keep a, Keep b) {
+    return static_cast<Keep>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+bool keeps(Keep kept, Keep which) {
+    return (static_cast<unsigned>(kept) & static_cast<unsigned>(which)) != 0;
+}
+
+/// A key that asks for another view makes the redraw under way useless.
+bool asks_for_view(std::string_view key) {
+    if (!state.drawing || state.zoom == nullptr) return false;
+    if (key == kAgain) return true;
+    const bool goes_back = key == kBack || (key == kEscape && !state.press);
+    return goes_back && state.zooms > 0 && !state.magnified;
+}
+
+void show_frame(int place) {
+    const int last = gget_num_images() - 1;
+    if (place >= 0 && last >= 0 && gget_cur_frame() != std::min(place, last))
+        gdisplay_frame(std::min(place, last));
+}
+
+int redraw(PlotRedraw function, PlotDomain domain, Keep kept) {
     if (function == nullptr || state.drawing) return -1;
     state.drawing = true;
+    const int place = gget_frame_place();
+    state.magnified = gsuspend_zoom() > 1 && keeps(kept, Keep::pixels);
+    if (!keeps(kept, Keep::pixels)) state.press.reset(); // the box was meant for the picture of before
     GPH_trans(kWholeView);
     const int cursor = gset_cursor(kBusyCursor);
     function(domain);
     GPH_trans(kDataTransform);
+    if (keeps(kept, Keep::frame)) show_frame(place);
+    gresume_zoom(state.magnified && !gview_wanted());
     gupdate_window();
     gset_cursor(cursor);
     state.drawing = false;
@@ -55,7 +95,6 @@ bool zoom_map(PlotDomain &domain, const Rect &box) {
     const float x = (box.xmin + box.xmax) / 2, y = (box.ymin + box.ymax) / 2;
     if (MAP_untran(domain.clat, domain.clon, x, y) != 1) return false;
     domain.dx = domain.dy = std::max(spacing(box.width(), domain.nx), spacing(box.height(), domain.ny));
-    DOM_set_base_prior(box.height());
     return true;
 }
 
@@ -73,28 +112,59 @@ bool zoom_diagram(PlotDomain &domain, const Rect &box) {
     return true;
 }
 
+bool is_too_small(const Point &a, const Point &b) {
+    const auto zoom = static_cast<float>(gget_zoom());
+    return std::abs(xW_p(a.x) - xW_p(b.x)) * zoom < kSmallestBox ||
+           std::abs(yW_p(a.y) - yW_p(b.y)) * zoom < kSmallestBox;
+}
+
+float whole_height(const PlotDomain &domain) {
+    return static_cast<float>(domain.ny - 1) * domain.dy;
+}
+
+/// Draws a view whose base priority follows from so much height.
+int show_level(const char *what, const PlotDomain &domain, float height) {
+    state.height = height;
+    if (is_map_projection(domain.proj)) DOM_set_base_prior(height);
+    tell_domain(what, domain);
+    return redraw(state.zoom, domain, Keep::frame);
+}
+
 int zoom_to_box(float x, float y) {
     if (!state.press || state.drawing) return -1;
     const Point from = *state.press;
     state.press.reset();
-    if (from.x == x || from.y == y) return 0;
+    if (from.x == x || from.y == y || is_too_small(from, {x, y})) return 0;
     const Rect box{std::min(from.x, x), std::max(from.x, x), std::min(from.y, y), std::max(from.y, y)};
     const PlotDomain before = MAP_get_domain();
     PlotDomain domain = before;
     if (!(is_map_projection(domain.proj) ? zoom_map(domain, box) : zoom_diagram(domain, box))) return -1;
-    if (state.zooms == 0) state.original = before;
+    if (state.zooms == 0) state.levels.clear();
+    state.levels.push_back({before, state.levels.empty() ? whole_height(before) : state.height});
     ++state.zooms;
-    tell_domain("New domain: ", domain);
-    return redraw(state.zoom, domain);
+    return show_level("New domain: ", domain, box.height());
 }
 
 int zoom_back() {
-    if (gget_zoom() != 1 || state.zooms == 0 || state.drawing) return 0;
-    const PlotDomain &domain = state.original;
-    if (is_map_projection(domain.proj)) DOM_set_base_prior(static_cast<float>(domain.ny - 1) * domain.dy);
-    tell_domain("Original domain: ", domain);
+    if (gget_zoom() != 1 || state.zooms == 0 || state.drawing || state.levels.empty()) return 0;
+    const Level original = state.levels.front();
+    state.levels.clear();
     state.zooms = 0;
-    return redraw(state.zoom, domain);
+    return show_level("Original domain: ", original.domain, whole_height(original.domain));
+}
+
+/// Leaves the box that was begun, else one zoom.
+int step_back() {
+    if (state.press) {
+        state.press.reset();
+        return 0;
+    }
+    if (state.zooms <= 1 || state.levels.size() <= 1) return zoom_back();
+    if (gget_zoom() != 1 || state.drawing) return 0;
+    const Level level = state.levels.back();
+    state.levels.pop_back();
+    --state.zooms;
+    return show_level("New domain: ", level.domain, level.height);
 }
 
 void refresh_now() {
@@ -109,6 +179,7 @@ void PLT_set_callback(MouseCallback function) {
 
 void PLT_set_zoom_func(PlotRedraw function) {
     state.zoom = function;
+    gset_view_key(asks_for_view);
 }
 
 void PLT_set_resize_func(PlotRedraw function) {
@@ -128,21 +199,18 @@ int PLT_plot_zoom(std::string_view event, float x, float y) {
     }
     // Whichever modifier is still held when the button is released.
     if (event.starts_with("B1-R")) return zoom_to_box(x, y);
-    if (event == "u-Alt") return zoom_back();
-    if (event == "r-Alt") return redraw(state.zoom, MAP_get_domain());
+    if (event == kBack) return zoom_back();
+    if (event == kEscape) return step_back();
+    if (event == kAgain) return redraw(state.zoom, MAP_get_domain(), Keep::pixels | Keep::frame);
     return 0;
 }
 
 int PLT_plot_resize(std::string_view event) {
-    if (event != "size") return 0;
-    if (!state.drawing) return redraw(state.resize, MAP_get_domain());
-    // The picture under way is for the old size: whoever draws it hears of the new one.
-    PlotDomain domain = MAP_get_domain();
-    return state.resize != nullptr ? state.resize(domain) : -1;
+    return event == "size" ? redraw(state.resize, MAP_get_domain(), Keep::frame) : 0;
 }
 
 int PLT_plot_refresh() {
-    return redraw(state.refresh, MAP_get_domain());
+    return redraw(state.refresh, MAP_get_domain(), Keep::pixels);
 }
 
 void PLT_set_zoom(int count) {

@@ -27,6 +27,12 @@ bool CELL_same_ink(const Attribute &a, const Attribute &b) {
     return a.color == b.color && a.fill == b.fill;
 }
 
+bool CELL_draws(float value) {
+    Attribute ink;
+    CONT_get_fill_attrib(ink, value);
+    return ink.color >= 0;
+}
+
 LevelInk CELL_ink(std::span<const float, kCellLevels> values) {
     LevelInk ink;
     const int pattern = CONT_get_fill_pat();
@@ -110,6 +116,17 @@ void CellFrame::line(const Point &start, const Point &step, std::span<Point> out
         }
         knot = next;
     }
+}
+
+Point CellFrame::grid_point(float lat, float lon) const {
+    if (around_radar_) {
+        const SphereOrigin::Way way = radar_.to(static_cast<double>(lat), static_cast<double>(lon));
+        return {static_cast<float>(way.east), static_cast<float>(way.north)};
+    }
+    const MapDomainScope scope(product_);
+    Point plane{kMissingF, kMissingF};
+    MAP_tran(plane.x, plane.y, lat, lon);
+    return plane;
 }
 
 bool CellFrame::shows(const CellCorners &c) const {

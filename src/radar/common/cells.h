@@ -33,6 +33,9 @@ struct CellSink {
     void (*take_pixels)(void *context, const CellPixels &corners, std::uint8_t level) = nullptr;
 };
 
+/// A value has a colour: its cells are drawn.
+bool CELL_draws(float value);
+
 /// Fill attributes of level values: CONT_get_fill_attrib for each, with a forced fill pattern applied.
 LevelInk CELL_ink(std::span<const float, kCellLevels> values);
 
@@ -66,6 +69,8 @@ public:
     /// cannot show are missing. Between points some kilometres apart the line is straight on the plot: a
     /// metre is not seen.
     void line(const Point &start, const Point &step, std::span<Point> out) const;
+    /// The point of the grid at a place on the earth; missing where the product's plane does not show it.
+    [[nodiscard]] Point grid_point(float lat, float lon) const;
     /// False for an outline that the plot cannot show whole, that lies outside the window, or that a seam of
     /// the projection tears apart.
     [[nodiscard]] bool shows(const CellCorners &corners) const;

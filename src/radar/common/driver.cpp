@@ -1,6 +1,9 @@
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <map>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -27,17 +30,27 @@
 namespace {
 
 constexpr int kRefreshSeconds = 60;
+/// A file written less than kRefreshSeconds ago may still be on its way: it is looked at more often.
+constexpr int kArrivalSeconds = 5;
+
+/// Tells a file from what it was before.
+struct FileStamp {
+    std::int64_t modified = kMissing; ///< seconds since 1970
+    std::int64_t size = kMissing;     ///< bytes
+    friend bool operator==(const FileStamp &, const FileStamp &) = default;
+};
 
 struct State {
     bool series = false;
-    bool drawing = false;
-    bool again = false;                    ///< the window changed its size while the picture was drawn
-    bool refreshed = false;                ///< `shown` is no longer what the file selection would give
-    std::vector<std::string> shown;        ///< the files, oldest first
-    std::vector<std::string> unreadable;   ///< tried before the first that could be read, and told
-    bool lacks_file = false;               ///< a file of the series could not be read
-    std::int64_t last_time = kMissing;     ///< of the last file, seconds since 1970 cut to the file interval
-    std::int64_t last_modified = kMissing; ///< seconds since 1970
+    bool started = false;                ///< a series has been drawn, and its loop begun
+    bool reselected = false;             ///< `shown` is no longer what the file selection would give
+    std::vector<std::string> shown;      ///< the files, oldest first
+    std::vector<std::string> drawn;      ///< those of the series that is being drawn
+    std::vector<std::string> unreadable; ///< tried before the first that could be read, and told
+    bool lacks_file = false;             ///< a file of the series could not be read
+    std::int64_t last_time = kMissing;   ///< of the last file, seconds since 1970 cut to the file interval
+    FileStamp opened;                    ///< of the open file, before it was opened
+    std::map<std::string, FileStamp> stamps; ///< of the files shown, before they were opened
 };
 State state;
 
@@ -52,6 +65,15 @@ bool was_tried(const std::string &name) {
     return std::ranges::find(state.unreadable, name) != state.unreadable.end();
 }
 
+FileStamp stamp_of(const std::string &name) {
+    return {FILE_modtime(name), FILE_size(name)};
+}
+
+bool open_file(const RadarSteps &steps, const std::string &name) {
+    state.opened = stamp_of(name); // what is written from now on shows as a change
+    return steps.open_file(name) == 1;
+}
+
 /// Opens the first file of the series that can be read and leaves it open; its name, empty when there is
 /// none.
 std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
@@ -61,23 +83,23 @@ std::string open_first(const RadarSteps &steps, const DateRecord &base_date) {
     const bool series = FILE_get_num_file() != 0;
     do {
         if (was_tried(name)) continue;
-        if (steps.open_file(name) == 1) return name;
+        if (open_file(steps, name)) return name;
         state.unreadable.push_back(name);
     } while (series && FILE_get_next(name) == 1);
     return {};
 }
 
-/// Walks the files of the selection, or those shown when newer ones have joined them.
+/// Walks the files of the selection, or those shown when they are others by now.
 class FileWalk {
 public:
     explicit FileWalk(const DateRecord &base_date) {
         FILE_first(base_date);
         state.series = FILE_get_num_file() != 0;
-        if (state.refreshed) again_ = state.shown;
-        state.shown.clear();
+        if (state.reselected) again_ = state.shown;
+        state.drawn.clear();
     }
     bool next(std::string &name) {
-        if (!state.refreshed) return FILE_get_next(name) == 1;
+        if (!state.reselected) return FILE_get_next(name) == 1;
         if (at_ >= again_.size()) return false;
         FILE_set_file(again_[at_++], name);
         return true;
@@ -88,24 +110,32 @@ private:
     std::size_t at_ = 0;
 };
 
+/// Files that are shown no more are forgotten.
+void forget_stamps() {
+    std::erase_if(state.stamps, [](const auto &entry) {
+        return std::ranges::find(state.shown, entry.first) == state.shown.end();
+    });
+}
+
 /// Draws the open file and closes it.
 void draw_open_file(const RadarSteps &steps, const std::string &name) {
     state.last_time = time_of_file();
-    state.last_modified = FILE_modtime(name);
-    state.shown.push_back(name);
+    state.drawn.push_back(name);
+    state.stamps[name] = state.opened;
     steps.plot_frame();
     steps.close_file();
 }
 
-/// A frame of its own for picture `n` where frames are kept, else a page, or the window's picture anew. False
-/// after a message when there can be no more.
-bool begin_picture(int n) {
+/// A frame of its own for picture `n`, of file `name`, where frames are kept, else a page, or the window's
+/// picture anew. False after a message when there can be no more.
+bool begin_picture(int n, const std::string &name) {
     if (!state.series || !PLT_keeps_frames()) return n == 0 || gnew_page() == 0;
     if (n >= kMaxFrames) {
         MESS_print(kWarn, "RADAR_plot: only the first %d files are shown\n", kMaxFrames);
         return false;
     }
     gcreate_frame(n);
+    gset_frame_source(n, name);
     if (gselect_frame(n) == 1) return true;
     MESS_print(kWarn, "RADAR_plot: out of memory; only the first %d files are shown\n", n);
     PLT_lack_memory();
@@ -125,7 +155,7 @@ void end_picture(int n) {
 
 /// Opens a file of the series unless it has been tried before. A time of a series that has no file is none.
 bool open_next(const RadarSteps &steps, const std::string &name) {
-    const bool opened = !was_tried(name) && steps.open_file(name) == 1;
+    const bool opened = !was_tried(name) && open_file(steps, name);
     if (opened) return true;
     if (FILE_exist(name) == 1 || RES_getvals("filename").size() > 1) state.lacks_file = true;
     return false;
@@ -140,6 +170,9 @@ template <typename Work> bool with_memory(const RadarSteps &steps, const std::st
         return true;
     } catch (const std::bad_alloc &) {
     } catch (const std::length_error &) {
+    } catch (const DrawingStopped &) {
+        steps.close_file();
+        throw;
     }
     steps.close_file();
     MESS_print(kError, "RADAR_plot: Out of memory at file: %s\n", name.c_str());
@@ -152,12 +185,11 @@ bool draw_file(const RadarSteps &steps, const std::string &name, bool is_open, i
     const bool ready = is_open || open_next(steps, name);
     if (!ready && !state.series) PLT_exit(kExitNoFile);
     if (!ready) return true;
-    if (!begin_picture(drawn)) {
+    if (!begin_picture(drawn, name)) {
         PLT_miss_picture();
         return false;
     }
     draw_open_file(steps, name);
-    if (state.again) return false;
     end_picture(drawn);
     ++drawn;
     return true;
@@ -169,17 +201,22 @@ void draw_series(const RadarSteps &steps, const DateRecord &base_date, std::stri
     int drawn = 0;
     std::string name;
     bool more = true;
-    while (more && !state.again && files.next(name)) {
+    while (more && files.next(name)) {
         const bool is_open = name == open;
         if (is_open) open.clear();
-        const bool whole = with_memory(steps, name, [&] { more = draw_file(steps, name, is_open, drawn); });
+        const bool whole = with_memory(steps, name, [&] {
+            gpump_events(); // reading takes its time, too
+            more = draw_file(steps, name, is_open, drawn);
+        });
         more = more && whole;
     }
     steps.close_file();
     state.unreadable.clear(); // they may be there when the picture is drawn again
-    if (!state.series || state.again || !PLT_keeps_frames()) return;
+    state.shown = std::move(state.drawn);
+    forget_stamps();
+    if (!state.series || !PLT_keeps_frames()) return;
     while (gget_num_images() > drawn) gdelete_frame(kFrameLast);
-    gset_looping(1);
+    if (!std::exchange(state.started, true)) gset_looping(1);
 }
 
 void set_map(const PlotDomain &domain) {
@@ -187,24 +224,53 @@ void set_map(const PlotDomain &domain) {
     MAP_fill_cont(0);
 }
 
-/// Until a picture is whole that no change of size has overtaken.
+/// A window that stays follows the size that the user gives it; an image file has the size asked for.
+template <typename Work> bool is_drawn(Work work) {
+    try {
+        const StoppableDrawing drawing(!PLT_wants_image());
+        work();
+        return true;
+    } catch (const DrawingStopped &) {
+        return false;
+    }
+}
+
+/// Until a picture is whole that no change of size has overtaken, or the user asks for something else.
 void draw(const RadarSteps &steps, const DateRecord &base_date, const PlotDomain &domain, std::string open) {
-    state.drawing = true;
-    draw_series(steps, base_date, std::move(open));
-    while (std::exchange(state.again, false)) {
+    while (!is_drawn([&] { draw_series(steps, base_date, std::exchange(open, {})); })) {
+        if (gquit_wanted() && PLT_wants_image()) {
+            MESS_print(kWarn, "RADAR_plot: The window was closed before every image was written\n");
+            PLT_miss_picture();
+        }
+        if (gquit_wanted() || gview_wanted()) return;
+        gfollow_size();
         PLT_begin_images();
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
-        draw_series(steps, base_date, {});
     }
-    state.drawing = false;
+}
+
+/// The user has deleted a frame: its file stays away.
+void forget_file(int frame) {
+    if (frame < 0 || static_cast<std::size_t>(frame) >= state.shown.size()) return;
+    state.shown.erase(state.shown.begin() + frame);
+    state.reselected = true;
+}
+
+/// Looks for newer files from now on: soon where the last file may still be growing.
+void watch_files(const RadarSteps &steps) {
+    if (steps.next_file == nullptr) return;
+    const auto last = state.shown.empty() ? state.stamps.end() : state.stamps.find(state.shown.back());
+    const bool fresh =
+        last != state.stamps.end() && std::abs(std::time(nullptr) - last->second.modified) < kRefreshSeconds;
+    PLT_set_refresh_func(fresh ? kArrivalSeconds : kRefreshSeconds, steps.next_file);
 }
 
 void listen(const RadarSteps &steps) {
     PLT_set_callback(steps.mouse);
     PLT_set_zoom_func(steps.plot);
     PLT_set_resize_func(steps.plot);
-    if (steps.next_file != nullptr) PLT_set_refresh_func(kRefreshSeconds, steps.next_file);
+    gset_delete_callback(forget_file);
 }
 
 } // namespace
@@ -214,10 +280,6 @@ bool RADAR_is_open() {
 }
 
 int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
-    if (state.drawing) {
-        state.again = true;
-        return 0;
-    }
     if (RADAR_is_open()) {
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
@@ -241,35 +303,65 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     listen(steps);
     set_map(domain);
     draw(steps, base_date, domain, first);
+    watch_files(steps);
     PLT_close();
     if (steps.strict && state.lacks_file) VYX_exit(kExitNoFile);
     return 0;
 }
 
+namespace {
+
+/// The look for a newer file has moved the file selection on; without one it is again what a redraw draws.
+int stay() {
+    std::string name;
+    if (!state.shown.empty()) FILE_set_file(state.shown.back(), name);
+    return 0;
+}
+
+} // namespace
+
 int RADAR_next_file(const RadarSteps &steps) {
-    if (state.drawing) return 0;
     std::string name;
     const std::int64_t time = FILE_set_current(nullptr, name);
     MESS_print(kOut4, "File: %d %s\n", static_cast<int>(time), name.c_str());
-    const bool same_name = !state.shown.empty() && state.shown.back() == name;
-    if (time == state.last_time || (same_name && FILE_modtime(name) == state.last_modified)) return 0;
-    if (FILE_exist(name) == 0 || steps.open_file(name) != 1) return 0;
+    watch_files(steps);
+    const bool known = !state.shown.empty() && state.shown.back() == name;
+    if (known ? stamp_of(name) == state.stamps[name] : time == state.last_time) return stay();
     const int frames = gget_num_images();
-    for (int i = 0; i + 1 < frames; ++i) gcopy_frame(i, i + 1);
+    // The last file has grown: its picture is drawn anew, unless the user has deleted it, and no other moves.
+    const bool grown = known && time == state.last_time;
+    if (grown && frames > 0 && gget_frame_source(kFrameLast) != name) return stay();
+    if (FILE_exist(name) == 0 || !open_file(steps, name)) return stay();
+    for (int i = 0; !grown && i + 1 < frames; ++i) gcopy_frame(i, i + 1);
     const int target = frames > 0 ? frames - 1 : kFrameBase;
     gselect_frame(target);
     gclear_frame(target);
-    if (!state.shown.empty()) state.shown.erase(state.shown.begin());
-    state.refreshed = true;
-    state.drawing = true;
-    with_memory(steps, name, [&] { draw_open_file(steps, name); });
-    state.drawing = false;
-    if (std::exchange(state.again, false) && steps.plot != nullptr) {
+    if (frames > 0) gset_frame_source(target, name);
+    if (!state.shown.empty()) state.shown.erase(grown ? state.shown.end() - 1 : state.shown.begin());
+    state.shown.push_back(name);
+    state.reselected = true;
+    const bool drawn = is_drawn([&] { with_memory(steps, name, [&] { draw_open_file(steps, name); }); });
+    forget_stamps();
+    if (!drawn && !gquit_wanted() && !gview_wanted() && steps.plot != nullptr) {
+        gfollow_size();
         PlotDomain domain = MAP_get_domain();
         return steps.plot(domain);
     }
-    if (frames > 0) gdisplay_frame(target);
+    watch_files(steps);
+    if (frames > 0 && (!grown || gget_cur_frame() == target)) gdisplay_frame(target);
     return 0;
+}
+
+std::string RADAR_seen_file() {
+    if (gget_num_images() > 0) return gget_frame_source(kFrameCurrent);
+    return state.shown.empty() ? std::string() : state.shown.back();
+}
+
+RadarFileNow RADAR_file_now(const std::string &name) {
+    if (FILE_exist(name) == 0 && !FILE_is_command(name)) return RadarFileNow::gone;
+    const auto drawn = state.stamps.find(name);
+    const bool plain = drawn != state.stamps.end() && !FILE_is_command(name) && FILE_is_stdio(name) == 0;
+    return plain && stamp_of(name) != drawn->second ? RadarFileNow::changed : RadarFileNow::as_drawn;
 }
 
 void RADAR_draw_bar() {

@@ -2,6 +2,7 @@
 /// The frame that every radar driver runs: first header, open session, callbacks, map set-up, the series of
 /// files, close; and what a window asks for afterwards: another domain or size, newer files.
 
+#include <string>
 #include <string_view>
 
 #include "lib/system/calendar.h"
@@ -29,6 +30,11 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
 /// Plots the newest file, when it is another than the last: into the last frame, while the others move down
 /// and the oldest drops out, or instead of the picture when there are no frames. Returns 0.
 int RADAR_next_file(const RadarSteps &steps);
+/// The file whose picture the window shows; empty when there is none.
+std::string RADAR_seen_file();
+/// What has become of a file since its picture was drawn.
+enum class RadarFileNow { as_drawn, changed, gone };
+RadarFileNow RADAR_file_now(const std::string &name);
 /// Draws the colour bar below the plot when it is on; transform 2 is current again afterwards.
 void RADAR_draw_bar();
 /// True while the session is open and RADAR_plot is to draw again.

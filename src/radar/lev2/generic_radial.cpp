@@ -59,12 +59,19 @@ Lev2Gates read_moment(std::span<const std::byte> block) {
     return gates;
 }
 
+/// Above sea level. Terminal radars give it twice; of others the feed horn is so high above the ground.
+float antenna_height(int site, int feed) {
+    constexpr int kHighestTower = 100; ///< metres; what is more is damaged
+    return static_cast<float>(feed == site || feed > kHighestTower ? site : site + feed);
+}
+
 void read_volume(std::span<const std::byte> block, Lev2Radial &radial) {
     constexpr std::size_t kPlaceAt = 8, kPatternAt = 40;
     ByteReader reader(block);
     reader.seek(kPlaceAt);
     const float lat = reader.f32(), lon = reader.f32();
     const int height = reader.i16();
+    const int feed = reader.u16();
     reader.seek(kPatternAt);
     const int pattern = reader.u16();
     if (reader.failed()) return;
@@ -73,6 +80,7 @@ void read_volume(std::span<const std::byte> block, Lev2Radial &radial) {
     radial.lat = lat;
     radial.lon = lon;
     radial.site_height = static_cast<float>(height);
+    radial.antenna_height = antenna_height(height, feed);
 }
 
 void read_elevation(std::span<const std::byte> block, Lev2Radial &radial) {

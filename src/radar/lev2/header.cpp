@@ -44,6 +44,15 @@ std::string last_three(const std::string &id) {
     return id.size() == kIdLetters ? id.substr(1) : id;
 }
 
+bool find_radar(const std::string &id, Lev2Info &info) {
+    CityEntry entry;
+    if (CTY_get("rad.cty", id, entry) != 1 || is_missing(entry.lat) || is_missing(entry.lon)) return false;
+    info.lat = entry.lat;
+    info.lon = entry.lon;
+    info.antenna_m = entry.elevation;
+    return true;
+}
+
 /// Walks to the first radial; true when it tells where the radar stands.
 bool place_in_data(float &lat, float &lon) {
     Lev2Radial radial;
@@ -96,9 +105,7 @@ int LEV2_get_header(Lev2Info &info) {
     std::string id = identifier(reader.take(kIdLetters));
     if (id.empty()) id = given_identifier();
     info.id = last_three(id);
-    if (!id.empty() && (CTY_get_loc("rad.cty", id, info.lat, info.lon) == 1 ||
-                        CTY_get_loc("rad.cty", info.id, info.lat, info.lon) == 1))
-        return 0;
+    if (!id.empty() && (find_radar(id, info) || find_radar(info.id, info))) return 0;
     if (!place_in_data(info.lat, info.lon))
         MESS_print(
             kWarn,

@@ -22,26 +22,26 @@ constexpr std::string_view kDopplerLevels =
 /// In the order of the moments.
 constexpr std::array<Lev2Moment, kLev2Types> kMoments{
     Lev2Moment{
-        "ref", "Reflectivity (Dbz)",
+        "ref", "Reflectivity (Dbz)", "dBZ",
         "-50:off,5:blue,10:lblue,15:cyan,20:lcyan,25:green,30:lgreen,35:brown,40:yellow,45:red,50:lred,"
         "55:magenta,60:lmagenta,65:dgray,70:lgray,75:white",
         0},
-    Lev2Moment{"vel", "Velocity (m/s)", kDopplerLevels, 0},
-    Lev2Moment{"spect", "Spectrum width (m/s)", kDopplerLevels, 0},
-    Lev2Moment{"zdr", "Differential reflectivity (dB)",
+    Lev2Moment{"vel", "Velocity (m/s)", "m/s", kDopplerLevels, 0},
+    Lev2Moment{"spect", "Spectrum width (m/s)", "m/s", kDopplerLevels, 0},
+    Lev2Moment{"zdr", "Differential reflectivity (dB)", "dB",
                "-50:off,-8:dgray,-2:lgray,-.5:white,0:blue,.25:lblue,.5:cyan,1:lcyan,1.5:green,2:lgreen,"
                "2.5:yellow,3:brown,4:red,5:lred,6:magenta",
                1},
-    Lev2Moment{"phi", "Differential phase (deg)",
+    Lev2Moment{"phi", "Differential phase (deg)", "deg",
                "-50:off,0:dgray,30:blue,60:lblue,90:cyan,120:lcyan,150:green,180:lgreen,210:brown,240:yellow,"
                "270:red,300:lred,330:magenta",
                0},
     Lev2Moment{
-        "rho", "Correlation coefficient",
+        "rho", "Correlation coefficient", "",
         "-50:off,0:dgray,.45:lgray,.65:blue,.75:lblue,.8:cyan,.85:lcyan,.9:green,.93:lgreen,.95:yellow,"
         ".96:brown,.97:red,.98:lred,.99:magenta,1:lmagenta",
         2},
-    Lev2Moment{"cfp", "Clutter power removed (dB)",
+    Lev2Moment{"cfp", "Clutter power removed (dB)", "dB",
                "-50:off,0:blue,5:lblue,10:cyan,15:lcyan,20:green,25:lgreen,30:brown,35:yellow,40:red,45:lred,"
                "50:magenta,60:lmagenta",
                0}};

@@ -13,6 +13,7 @@ inline constexpr std::string_view kLev2ListWord = "list";
 struct Lev2Moment {
     std::string_view keyword; ///< of the resource "variable"
     const char *title;        ///< upper left label
+    std::string_view unit;    ///< of its values
     std::string_view levels;  ///< level values and colours
     int decimals;             ///< of minimum and maximum in the label
 };

@@ -86,17 +86,26 @@ std::span<const std::uint8_t> Lev2Levels::words_of(const Lev2Gates &gates) {
     return row_;
 }
 
-void Lev2Painter::draw(float azimuth, float width, float first_km, const Lev2Gates &gates) {
-    if (gates.gate_km <= 0) return;
-    std::span<const std::uint8_t> levels = levels_.of(gates);
-    if (levels_.changed() || !filler_) filler_.emplace(levels_.ink());
+Lev2Strip LEV2_strip(float azimuth, float width, float first_km, float clutter_km, const Lev2Gates &gates) {
     const auto gate_at = [&](float km) {
         return static_cast<std::size_t>(
             std::clamp(std::ceil((km - first_km) / gates.gate_km), 0.0F, 65536.0F));
     };
-    levels = levels.first(std::min(levels.size(), gate_at(kMostRangeKm)));
-    const float a = azimuth - width / 2;
-    cells_.draw(a, a + width + kOverlapDeg, first_km / kKmPerPlaneUnit, gates.gate_km / kKmPerPlaneUnit,
-                levels, gate_at(std::max(0.0F, clutter_km_)), levels_.ink(),
-                sink_ != nullptr ? *sink_ : filler_->sink());
+    Lev2Strip strip;
+    strip.azimuth_a = azimuth - width / 2;
+    strip.azimuth_b = strip.azimuth_a + width + kOverlapDeg;
+    strip.first = first_km / kKmPerPlaneUnit;
+    strip.step = gates.gate_km / kKmPerPlaneUnit;
+    strip.skip = gate_at(std::max(0.0F, clutter_km));
+    strip.gates = std::min(gates.size(), gate_at(kMostRangeKm));
+    return strip;
+}
+
+void Lev2Painter::draw(float azimuth, float width, float first_km, const Lev2Gates &gates) {
+    if (gates.gate_km <= 0) return;
+    const std::span<const std::uint8_t> levels = levels_.of(gates);
+    if (levels_.changed() || !filler_) filler_.emplace(levels_.ink());
+    const Lev2Strip strip = LEV2_strip(azimuth, width, first_km, clutter_km_, gates);
+    cells_.draw(strip.azimuth_a, strip.azimuth_b, strip.first, strip.step, levels.first(strip.gates),
+                strip.skip, levels_.ink(), sink_ != nullptr ? *sink_ : filler_->sink());
 }

@@ -37,6 +37,16 @@ private:
     float smallest_ = 100, largest_ = -100;
 };
 
+/// Where the gates of a radial are drawn, plane units from the radar.
+struct Lev2Strip {
+    float azimuth_a = 0, azimuth_b = 0; ///< of its edges, degrees
+    float first = 0, step = 0;          ///< where the first gate begins, and the length of each
+    std::size_t skip = 0;               ///< gates before this one are not drawn
+    std::size_t gates = 0;              ///< that are near enough to be drawn
+};
+/// `width` in degrees; `first_km` is where the first gate begins; nothing nearer than `clutter_km` is drawn.
+Lev2Strip LEV2_strip(float azimuth, float width, float first_km, float clutter_km, const Lev2Gates &gates);
+
 /// Draws radials around a radar.
 class Lev2Painter {
 public:

@@ -78,6 +78,7 @@ Lev2PlotState &LEV2_state() {
 int LEV2_open_volume(std::string_view name) {
     const std::string copy(name);
     close_volume();
+    LEV2_forget_sweep();
     if (LEV2_open_file(name) != 1) return 0;
     if (LEV2_get_header(state.info) != 0) {
         LEV2_close_file();
@@ -154,7 +155,9 @@ void LEV2_print_info() {
 }
 
 void LEV2_callback(int /*kind*/, std::string_view event, float x, float y) {
+    const std::optional<RadarReading> reading = RADAR_read(event, x, y, LEV2_read_place);
     PLT_print_location(event, x, y);
+    RADAR_tell(event, reading);
     PLT_plot_zoom(event, x, y);
     PLT_plot_resize(event);
 }

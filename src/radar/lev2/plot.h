@@ -1,11 +1,13 @@
 #pragma once
 /// Plotting Level II volumes: the driver of the input types "lev2" and "lev2z".
 
+#include <functional>
 #include <string_view>
 
 #include "plot/domain/plot_domain.h"
 #include "radar/common/cells.h"
 #include "radar/common/options.h"
+#include "radar/common/readout.h"
 #include "radar/lev2/moment.h"
 
 /// Plots one elevation cut of each file of the file selection, or with the variable "list" prints the cuts of
@@ -62,3 +64,16 @@ bool LEV2_sweep_is_whole();
 /// Walks the open volume and draws the radials of the chosen cut. Cells go to `sink`, or are filled when it
 /// is null.
 Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink);
+
+/// How wide a radial is drawn, degrees, and within which distance nothing is.
+float LEV2_radial_width(const Lev2Radial &radial);
+float LEV2_clutter_km();
+/// Chooses moment and cut for the open volume as a drawing does, and calls `take` for the radials of the cut
+/// that have the moment; tells nothing.
+void LEV2_visit_cut(const std::function<void(const Lev2Radial &)> &take);
+
+/// A RadarReader: reads the value at a place from a volume's sweep, which it keeps until another is asked
+/// for.
+bool LEV2_read_place(const std::string &file, RadarReading &reading);
+/// Files may have changed: the sweep that was kept is not used any more.
+void LEV2_forget_sweep();

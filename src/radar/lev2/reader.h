@@ -54,6 +54,7 @@ inline constexpr float kLev2DefaultLat = 38.98F, kLev2DefaultLon = -77.48F;
 struct Lev2Info {
     std::string id; ///< three letters; empty when the file has none
     float lat = kLev2DefaultLat, lon = kLev2DefaultLon;
+    float antenna_m = kMissingF; ///< above sea level, of the radar's identifier
     DateRecord date;
 };
 
@@ -61,7 +62,8 @@ struct Lev2Info {
 struct Lev2Radial {
     std::string id; ///< four letters
     float lat = kMissingF, lon = kMissingF;
-    float site_height = kMissingF; ///< metres
+    float site_height = kMissingF;    ///< metres
+    float antenna_height = kMissingF; ///< metres above sea level
     int type = 0, sequence = 0;
     int date = 0, time = 0; ///< days (1 = 1 January 1970), milliseconds after midnight
     int segments = 0, segment = 0;

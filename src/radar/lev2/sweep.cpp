@@ -83,19 +83,20 @@ void tell_missing(const Lev2Choice &choice) {
                    choice.number, keyword.c_str());
 }
 
-/// Calls `take` for each radial of the cut that has the moment.
-template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take) {
+/// Calls `take` for each radial of the cut that has the moment. Quietly: no radial is told, and nothing
+/// behind the cut is read.
+template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take, bool quietly = false) {
     Lev2Sweep sweep;
     Lev2Radial radial;
     int number = kMissing;
     bool ended = false;
     for (; LEV2_get_block(radial) == 1; LEV2_next_block()) {
         if (radial.type != kLev2Legacy && radial.type != kLev2Generic) continue;
-        print_radial(radial, radial.elevation_number != number);
+        if (!quietly) print_radial(radial, radial.elevation_number != number);
         number = radial.elevation_number;
         if (number != choice.number) {
             ended = ended || sweep.radials > 0;
-            if (ended && may_stop()) break;
+            if (ended && (quietly || may_stop())) break;
             continue;
         }
         if (LEV2_set_data_type(choice.type) == 1) {
@@ -105,7 +106,7 @@ template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take) {
             take(radial);
         }
         ended = ended || (ends_cut(radial) && !LEV2_is_cut());
-        if (ended && may_stop()) break;
+        if (ended && (quietly || may_stop())) break;
     }
     sweep.whole = ended && sweep.radials > 0;
     return sweep;
@@ -113,13 +114,28 @@ template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take) {
 
 } // namespace
 
+float LEV2_radial_width(const Lev2Radial &radial) {
+    return LEV2_state().superres ? radial.azimuth_resolution : kRadialWidthDeg;
+}
+
+float LEV2_clutter_km() {
+    return std::trunc(LEV2_state().options.clutter);
+}
+
+void LEV2_visit_cut(const std::function<void(const Lev2Radial &)> &take) {
+    Lev2Choice &choice = LEV2_state().choice;
+    choose();
+    find_angle(choice);
+    walk_cut(choice, take, true);
+}
+
 Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink) {
     const Lev2PlotState &state = LEV2_state();
     const CellFrame frame(state.domain, state.info.lat, state.info.lon);
-    Lev2Painter painter(frame, std::trunc(state.options.clutter), sink);
+    Lev2Painter painter(frame, LEV2_clutter_km(), sink);
     Lev2Sweep sweep = walk_cut(choice, [&](const Lev2Radial &radial) {
-        painter.draw(radial.azimuth, state.superres ? radial.azimuth_resolution : kRadialWidthDeg,
-                     LEV2_first_gate_km(choice.type), LEV2_get_gates(choice.type));
+        painter.draw(radial.azimuth, LEV2_radial_width(radial), LEV2_first_gate_km(choice.type),
+                     LEV2_get_gates(choice.type));
     });
     sweep.smallest = painter.levels().smallest();
     sweep.largest = painter.levels().largest();

@@ -23,8 +23,6 @@
 
 namespace {
 
-/// Each bin reaches a little over the next radial, so that no gap shows between them.
-constexpr float kRadialOverlapDeg = 0.01F;
 constexpr int kPrecipArrayCode = 81;
 constexpr float kSymbolScreen = 511.0F; ///< units across the product's screen
 constexpr float kTextUnits = 8.0F;
@@ -33,65 +31,11 @@ constexpr float kMapTextUnits = 5.0F; ///< notes on maps are set in lines of 7 u
 constexpr float kTextExpansion = 0.75F;
 constexpr float kBarbUnits = 20.0F;
 
-bool is_radial(int packet) {
-    return packet == kPacketRadial || packet == kPacketDigitalRadial;
-}
-bool is_raster(int packet) {
-    return packet == kPacketRaster || packet == kPacketDigitalPrecip;
-}
 bool is_vector(int packet) {
     return packet == kPacketVector || packet == kPacketVectorValue;
 }
 bool is_text(int packet) {
     return packet == kPacketText || packet == kPacketTextValue;
-}
-
-/// Where the cells of an image lie.
-struct ImageGrid {
-    CellFrame frame;
-    float bin;    ///< size of a bin or box, grid units
-    Point centre; ///< of a raster, the common corner of its four middle boxes
-};
-
-/// Bins and boxes of a radar count from the radar along the earth; those of precipitation arrays and mosaics
-/// lie in the plane of their own projection.
-ImageGrid image_grid(const NidsInfo &info) {
-    const NidsDescription &description = NIDS_get_prod_desc();
-    const float lat = static_cast<float>(description.latitude) / 1000.0F;
-    const float lon = static_cast<float>(description.longitude) / 1000.0F;
-    const PlotDomain &d = info.domain;
-    if (d.proj == kProjPolar && d.plat == d.clat && d.plon == d.clon) {
-        CellFrame frame(d, lat, lon);
-        const MapDomainScope scope(d);
-        return {frame, d.dx / MAP_factor(d.clat), {0, 0}};
-    }
-    CellFrame frame(d);
-    const MapDomainScope scope(d);
-    Point centre;
-    MAP_tran(centre.x, centre.y, lat, lon);
-    return {frame, d.dx, centre};
-}
-
-void draw_radials(int packet, const ImageGrid &grid, const LevelInk &ink, const CellSink &sink) {
-    const NidsPlotState &state = NIDS_state();
-    const auto skip = static_cast<std::size_t>(std::clamp(state.options.clutter, 0.0F, 100000.0F));
-    RadialCells cells(grid.frame);
-    std::vector<std::uint8_t> levels;
-    float start = 0;
-    float delta = 0;
-    while (NIDS_get_radial(start, delta) == 1) {
-        levels.clear();
-        if (packet == kPacketDigitalRadial) {
-            for (const std::byte level : NIDS_get_data_bytes())
-                levels.push_back(std::to_integer<std::uint8_t>(level));
-        } else {
-            NidsRun run;
-            while (NIDS_get_data(run) == 1)
-                levels.insert(levels.end(), static_cast<std::size_t>(run.length),
-                              static_cast<std::uint8_t>(run.level));
-        }
-        cells.draw(start, start + delta + kRadialOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
-    }
 }
 
 /// Precipitation arrays hold decibels of hundredths of an inch.
@@ -100,11 +44,22 @@ float raster_value(int code, float value) {
     return std::pow(10.0F, value / 10.0F) / 100.0F;
 }
 
-void draw_rows(const NidsInfo &info, const ImageGrid &grid, const LevelInk &ink, const CellSink &sink,
+void draw_radials(int packet, const NidsImageGrid &grid, const LevelInk &ink, const CellSink &sink) {
+    const std::size_t skip = NIDS_clutter_bins();
+    RadialCells cells(grid.frame);
+    std::vector<std::uint8_t> levels;
+    float start = 0;
+    float delta = 0;
+    while (NIDS_get_radial(start, delta) == 1) {
+        NIDS_radial_levels(packet, levels);
+        cells.draw(start, start + delta + kNidsOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
+    }
+}
+
+void draw_rows(const NidsInfo &info, const NidsImageGrid &grid, const LevelInk &ink, const CellSink &sink,
                NidsGridFile *file) {
     const float size = grid.bin;
-    const float left = grid.centre.x - static_cast<float>(info.columns) / 2.0F * size;
-    float top = grid.centre.y + static_cast<float>(info.rows) / 2.0F * size;
+    auto [left, top] = grid.raster_corner(info);
     BoxCells cells(grid.frame);
     while (NIDS_get_rastor() == 1) {
         int column = 0;
@@ -169,6 +124,60 @@ void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
 
 } // namespace
 
+bool NIDS_is_radial(int packet) {
+    return packet == kPacketRadial || packet == kPacketDigitalRadial;
+}
+
+bool NIDS_is_raster(int packet) {
+    return packet == kPacketRaster || packet == kPacketDigitalPrecip;
+}
+
+std::size_t NIDS_clutter_bins() {
+    return static_cast<std::size_t>(std::clamp(NIDS_state().options.clutter, 0.0F, 100000.0F));
+}
+
+Point NidsImageGrid::raster_corner(const NidsInfo &info) const {
+    return {centre.x - static_cast<float>(info.columns) / 2.0F * bin,
+            centre.y + static_cast<float>(info.rows) / 2.0F * bin};
+}
+
+/// Bins and boxes of a radar count from the radar along the earth; those of precipitation arrays and mosaics
+/// lie in the plane of their own projection.
+NidsImageGrid NIDS_image_grid(const NidsInfo &info) {
+    const NidsDescription &description = NIDS_get_prod_desc();
+    const float lat = static_cast<float>(description.latitude) / 1000.0F;
+    const float lon = static_cast<float>(description.longitude) / 1000.0F;
+    const PlotDomain &d = info.domain;
+    if (d.proj == kProjPolar && d.plat == d.clat && d.plon == d.clon) {
+        CellFrame frame(d, lat, lon);
+        const MapDomainScope scope(d);
+        return {frame, d.dx / MAP_factor(d.clat), {0, 0}};
+    }
+    CellFrame frame(d);
+    const MapDomainScope scope(d);
+    Point centre;
+    MAP_tran(centre.x, centre.y, lat, lon);
+    return {frame, d.dx, centre};
+}
+
+void NIDS_radial_levels(int packet, std::vector<std::uint8_t> &levels) {
+    levels.clear();
+    if (packet == kPacketDigitalRadial) {
+        for (const std::byte level : NIDS_get_data_bytes())
+            levels.push_back(std::to_integer<std::uint8_t>(level));
+    } else {
+        NidsRun run;
+        while (NIDS_get_data(run) == 1)
+            levels.insert(levels.end(), static_cast<std::size_t>(run.length),
+                          static_cast<std::uint8_t>(run.level));
+    }
+}
+
+void NIDS_image_values(const NidsInfo &info, int packet, std::span<float, kCellLevels> values) {
+    NIDS_level_values(packet, values);
+    for (float &value : values) value = raster_value(info.code, value);
+}
+
 void NIDS_choose_levels(const NidsInfo &info) {
     const NidsLevelRule &rule = NIDS_level_rule(info.code);
     LevelChoice choice{rule.colors, {}, rule.base, rule.interval, rule.range_min, rule.range_max};
@@ -181,24 +190,23 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
     Attribute grid_lines;
     ATTRIB_get("color_data", ATTRIB_text_default(), data);
     ATTRIB_get("color_grid", "red", grid_lines);
-    const ImageGrid grid = image_grid(info);
+    const NidsImageGrid grid = NIDS_image_grid(info);
     // A product without a bin size has no cells to draw.
     const bool draw = FLAG_getplot(kPlotSummary) > 0 && grid.bin > 0;
     std::array<float, kCellLevels> values{};
     int packet = info.packet, rasters = 0;
     for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
-        if (!is_radial(packet) && !is_raster(packet)) {
+        if (!NIDS_is_radial(packet) && !NIDS_is_raster(packet)) {
             draw_symbols(packet, data, grid_lines);
             continue;
         }
-        NIDS_level_values(packet, values);
-        for (float &value : values) value = raster_value(info.code, value);
+        NIDS_image_values(info, packet, values);
         LevelInk ink = CELL_ink(values);
         if (!draw)
             for (Attribute &attribute : ink) attribute.color = kColorBackground;
         CellFiller filler(ink);
         const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
-        if (is_radial(packet)) {
+        if (NIDS_is_radial(packet)) {
             draw_radials(packet, grid, ink, sink);
         } else {
             std::optional<NidsGridFile> file = NIDS_grd_out_file(info, ++rasters);

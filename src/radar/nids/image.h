@@ -2,7 +2,32 @@
 /// Inside the Level III driver: the product image.
 
 #include "radar/common/cells.h"
+#include "radar/common/readout.h"
 #include "radar/nids/product.h"
+
+/// Each bin reaches a little over the next radial, so that no gap shows between them.
+inline constexpr float kNidsOverlapDeg = 0.01F;
+
+bool NIDS_is_radial(int packet);
+bool NIDS_is_raster(int packet);
+
+/// Where the cells of an image lie.
+struct NidsImageGrid {
+    CellFrame frame;
+    float bin;    ///< size of a bin or box, grid units
+    Point centre; ///< of a raster, the common corner of its four middle boxes
+
+    /// The upper left corner of a raster.
+    [[nodiscard]] Point raster_corner(const NidsInfo &info) const;
+};
+NidsImageGrid NIDS_image_grid(const NidsInfo &info);
+/// Bins next to the radar that the user does not want drawn.
+std::size_t NIDS_clutter_bins();
+
+/// The levels of the current radial, bin by bin.
+void NIDS_radial_levels(int packet, std::vector<std::uint8_t> &levels);
+/// Value of each level of a packet of the image, in the product's unit.
+void NIDS_image_values(const NidsInfo &info, int packet, std::span<float, kCellLevels> values);
 
 /// Chooses level values and colours for the product.
 void NIDS_choose_levels(const NidsInfo &info);
@@ -10,3 +35,9 @@ void NIDS_choose_levels(const NidsInfo &info);
 /// Walks the packets of the open product's image, the first one's header being read, and draws what they
 /// hold. Cells go to `sink`, or are filled when it is null.
 void NIDS_walk_image(const NidsInfo &info, const CellSink *sink);
+
+/// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
+/// for. The product becomes the present one.
+bool NIDS_read_place(const std::string &file, RadarReading &reading);
+/// Files may have changed: the image that was kept is not used any more.
+void NIDS_forget_image();

@@ -21,6 +21,7 @@
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
 #include "radar/common/driver.h"
+#include "radar/nids/image.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/state.h"
 #include "radar/nids/survey.h"
@@ -135,6 +136,7 @@ void NIDS_set_date(const DateRecord *date) {
 int NIDS_open_file(std::string_view name) {
     const std::string copy(name);
     NIDS_close_file();
+    NIDS_forget_image();
     if (NIDS_open_stream(name) != 1) {
         const int fault = errno;
         MESS_print(kWarn, "NIDS_open_file: Unable to open file:%s\n", copy.c_str());
@@ -182,7 +184,9 @@ int NIDS_plot_frame() {
 }
 
 void NIDS_callback(int /*kind*/, std::string_view event, float x, float y) {
+    const std::optional<RadarReading> reading = RADAR_read(event, x, y, NIDS_read_place);
     NIDS_print_loc_elev(event, x, y, state.info.domain.clat, state.info.domain.clon, state.info.elevation);
+    RADAR_tell(event, reading);
     PLT_plot_zoom(event, x, y);
     PLT_plot_resize(event);
     CONT_flash_value(event, x, y);

@@ -81,8 +81,6 @@ enum class RasterEventKind : int {
     expose,
     map,
     unmap,
-    focus_in,
-    focus_out,
     configure,
     message,
     close, ///< the window manager asks the window to go
@@ -91,6 +89,8 @@ enum class RasterEventKind : int {
     button_release,
     motion
 };
+/// Keys that are known by what they are, not by their text.
+enum class NamedKey : int { none, escape, left, right, up, down };
 /// One window event without its X types.
 struct RasterEvent {
     RasterEventKind kind = RasterEventKind::other;
@@ -98,12 +98,15 @@ struct RasterEvent {
     int width = 0, height = 0; ///< configure
     int button = 0;            ///< from 1
     int message = 0;           ///< first data byte of a message from a cooperating program
-    std::string key;           ///< text of the key; empty for one without
+    std::string key;           ///< text of the key, whatever Caps Lock says; empty for one without
     bool is_return = false;    ///< the Return or Enter key
+    NamedKey named = NamedKey::none;
     bool alt = false, shift = false, control = false;
 };
 /// Number of events that wait; never blocks.
 int gx11_pending();
+/// Waits until an event is there, but no longer than so many seconds. False when none has come.
+bool gx11_wait(float seconds);
 /// The next event; waits for one. Of a run of pointer motions only the last is told.
 RasterEvent gx11_next_event();
 

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include <X11/keysym.h>
+#include <poll.h>
 
 #include "graphics/devices/x11/display.h"
 #include "graphics/devices/x11/state.h"
@@ -15,17 +18,34 @@ void read_modifiers(unsigned state, RasterEvent &out) {
     out.control = (state & ControlMask) != 0;
 }
 
+NamedKey named_key(KeySym symbol) {
+    switch (symbol) {
+    case XK_Escape: return NamedKey::escape;
+    case XK_Left:
+    case XK_KP_Left: return NamedKey::left;
+    case XK_Right:
+    case XK_KP_Right: return NamedKey::right;
+    case XK_Up:
+    case XK_KP_Up: return NamedKey::up;
+    case XK_Down:
+    case XK_KP_Down: return NamedKey::down;
+    default: return NamedKey::none;
+    }
+}
+
 RasterEvent key_event(XKeyEvent &event) {
     RasterEvent out;
     out.kind = RasterEventKind::key_press;
     out.x = event.x;
     out.y = event.y;
     read_modifiers(event.state, out);
+    event.state &= ~static_cast<unsigned>(LockMask); // Caps Lock must not turn a command into another key
     std::array<char, kMaxKeyText> text{};
     KeySym symbol = NoSymbol;
     const int length = XLookupString(&event, text.data(), kMaxKeyText, &symbol, nullptr);
     out.key.assign(text.data(), static_cast<std::size_t>(length));
     out.is_return = symbol == XK_Return || symbol == XK_KP_Enter;
+    out.named = named_key(symbol);
     return out;
 }
 
@@ -86,6 +106,17 @@ int gx11_pending() {
     return s == nullptr ? 0 : XPending(s->display());
 }
 
+bool gx11_wait(float seconds) {
+    const X11Session *const s = x11_settled();
+    if (s == nullptr) return false;
+    if (XPending(s->display()) > 0) return true;
+    constexpr float kLongest = 3600; // seconds; whoever waits for longer asks again
+    const float wait = std::ceil(std::clamp(seconds, 0.0F, kLongest) * 1000);
+    pollfd connection{XConnectionNumber(s->display()), POLLIN, 0};
+    poll(&connection, 1, static_cast<int>(wait));
+    return XPending(s->display()) > 0;
+}
+
 RasterEvent gx11_next_event() {
     const X11Session *const s = x11_settled();
     if (s == nullptr) return {};
@@ -95,8 +126,6 @@ RasterEvent gx11_next_event() {
     case Expose: return plain(RasterEventKind::expose);
     case MapNotify: return plain(RasterEventKind::map);
     case UnmapNotify: return plain(RasterEventKind::unmap);
-    case FocusIn: return plain(RasterEventKind::focus_in);
-    case FocusOut: return plain(RasterEventKind::focus_out);
     case ConfigureNotify: return configure_event(*s, event.xconfigure);
     case DestroyNotify:
         if (event.xdestroywindow.window == s->window.get()) x11_window_gone();
