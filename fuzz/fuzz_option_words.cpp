@@ -19,7 +19,7 @@
 #include "lib/time/date.h"
 #include "lib/time/fixed_time.h"
 #include "plot/background/item.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
 #include "radar/common/options.h"
 #include "radar/nids/storm.h"
 

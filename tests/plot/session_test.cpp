@@ -1,5 +1,8 @@
 // The plot session: frames, overlays, labels and plot parameters.
 
+#include "plot/session/images.h"
+#include "plot/session/labels.h"
+#include "plot/session/layout.h"
 #include "plot/session/plot_session.h"
 
 #include "graphics/kernel/helpers.h"

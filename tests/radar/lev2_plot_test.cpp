@@ -6,7 +6,7 @@
 #include "lib/report/message.h"
 #include "plot/colour/levels.h"
 #include "plot/drawing_fixture.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
 #include "radar/lev2/plot.h"
 #include "samples/level2.h"
 

@@ -20,6 +20,7 @@
 #include "plot/map/current_map.h"
 #include "plot/map/settings.h"
 #include "plot/session/plot_session.h"
+#include "plot/session/status_text.h"
 
 namespace {
 

@@ -15,6 +15,7 @@
 #include "plot/map/seam.h"
 #include "plot/map/settings.h"
 #include "plot/session/plot_session.h"
+#include "plot/session/status_text.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "plot/colour/attribute.h"
 #include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/layout.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "lib/resources/database.h"
 #include "plot/colour/look_check.h"
 #include "plot/colour/named_colors.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/images.h"
 
 namespace {
 

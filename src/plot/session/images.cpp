@@ -22,7 +22,9 @@
 #include "lib/system/stream.h"
 #include "lib/text/strings.h"
 #include "plot/map/current_map.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
+#include "plot/session/layout.h"
+#include "plot/session/outcome.h"
 
 namespace {
 

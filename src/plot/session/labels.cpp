@@ -1,4 +1,4 @@
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,8 @@
 #include "lib/time/date.h"
 #include "plot/colour/attribute.h"
 #include "plot/colour/levels.h"
+#include "plot/session/layout.h"
+#include "plot/session/status_text.h"
 
 namespace {
 

@@ -29,7 +29,8 @@
 #include "plot/places/region.h"
 #include "plot/places/station_priority.h"
 #include "plot/session/images.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
+#include "plot/session/layout.h"
 
 namespace {
 

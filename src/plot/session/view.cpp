@@ -1,4 +1,4 @@
-/// What the user asks of a window that shows the plot: zoom, the original view, a new size, newer data.
+#include "plot/session/view.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,9 +13,10 @@
 #include "plot/map/current_map.h"
 #include "plot/places/region.h"
 #include "plot/places/station_priority.h"
-#include "plot/session/plot_session.h"
 
 namespace {
+
+constexpr unsigned kLocationLevel = 8;
 
 /// A view that a zoom box has left.
 struct Level {
@@ -219,4 +220,14 @@ void PLT_set_zoom(int count) {
 
 int PLT_get_zoom() {
     return state.zooms;
+}
+
+int PLT_print_location(std::string_view event, float x, float y) {
+    if (event != "v-Alt") return 0;
+    float lat = kMissingF, lon = kMissingF;
+    MAP_untran(lat, lon, x, y);
+    const auto wide = [](float value) { return static_cast<double>(value); };
+    MESS_print(kLocationLevel, "Lat: %6.2f Lon: %7.2f XY: %6.2f %6.2f Pixel: %6.2f %6.2f\n", wide(lat),
+               wide(lon), wide(x), wide(y), wide(xW_p(x)), wide(yW_p(y)));
+    return 0;
 }

@@ -26,6 +26,9 @@
 #include "plot/map/settings.h"
 #include "plot/places/region.h"
 #include "plot/session/images.h"
+#include "plot/session/outcome.h"
+#include "plot/session/plot_session.h"
+#include "plot/session/view.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "lib/system/calendar.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/view.h"
 
 /// The steps in which formats differ, all of the one file that is open, and what the window calls.
 struct RadarSteps {

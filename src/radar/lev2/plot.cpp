@@ -17,7 +17,8 @@
 #include "plot/colour/levels.h"
 #include "plot/map/current_map.h"
 #include "plot/places/region.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/labels.h"
+#include "plot/session/view.h"
 #include "radar/common/driver.h"
 
 namespace {

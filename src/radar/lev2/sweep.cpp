@@ -9,7 +9,9 @@
 #include "plot/colour/attribute.h"
 #include "plot/colour/level_choice.h"
 #include "plot/map/current_map.h"
+#include "plot/session/labels.h"
 #include "plot/session/plot_session.h"
+#include "plot/session/status_text.h"
 #include "radar/lev2/painter.h"
 #include "radar/lev2/plot.h"
 

@@ -11,7 +11,7 @@
 #include "lib/resources/database.h"
 #include "lib/text/strings.h"
 #include "lib/time/date.h"
-#include "plot/session/plot_session.h"
+#include "plot/session/outcome.h"
 
 namespace {
 

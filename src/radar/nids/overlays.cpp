@@ -12,6 +12,7 @@
 #include "plot/map/current_map.h"
 #include "plot/projection/sphere.h"
 #include "plot/session/plot_session.h"
+#include "plot/session/status_text.h"
 #include "plot/symbols/watch.h"
 #include "plot/symbols/wind.h"
 #include "radar/nids/reader.h"
