@@ -13,11 +13,14 @@
 #include <benchmark/benchmark.h>
 
 #include "graphics/devices/raster/display.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/image.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/hold.h"
+#include "graphics/window/loop.h"
 
 namespace {
 

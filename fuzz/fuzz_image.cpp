@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/image.h"
 #include "lib/report/message.h"
 #include "scratch_file.h"

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "app/program_run.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/image.h"
 #include "lib/text/strings.h"
 #include "real_files.h"

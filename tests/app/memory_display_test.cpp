@@ -9,6 +9,7 @@
 #include "app/sample_series.h"
 #include "image_facts.h"
 #include "lib/scratch_dir.h"
+#include "plot/session/images.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include "app/program_run.h"
 #include "lib/options/table.h"
+#include "plot/session/images.h"
 
 namespace {
 

@@ -1,6 +1,8 @@
 // Frames, stepping and loop timing on the memory display.
 
 #include "graphics/window/frames.h"
+#include "graphics/window/hold.h"
+#include "graphics/window/loop.h"
 
 #include <array>
 #include <vector>

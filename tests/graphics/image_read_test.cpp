@@ -1,6 +1,7 @@
 // The readers of image files: what the writers made, what other programs made, and damaged files.
 
 #include "graphics/image_fixture.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/gif_format.h"
 
 namespace {

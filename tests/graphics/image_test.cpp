@@ -6,7 +6,10 @@
 #include <unistd.h>
 
 #include "graphics/image_fixture.h"
+#include "graphics/images/animated_gif.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/gif_format.h"
+#include "graphics/images/palette.h"
 #include "image_facts.h"
 #include "lib/system/calendar.h"
 

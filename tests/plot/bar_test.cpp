@@ -8,6 +8,7 @@
 #include "graphics/text/font.h"
 #include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
+#include "plot/session/layout.h"
 #include "plot_page.h"
 
 namespace {

@@ -7,9 +7,14 @@
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/zoom.h"
 #include "image_facts.h"
 #include "lib/report/process.h"
 #include "plot/map/current_map.h"
+#include "plot/session/images.h"
+#include "plot/session/plot_session.h"
+#include "plot/session/view.h"
 #include "plot_page.h"
 
 namespace {

@@ -15,6 +15,7 @@
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
 #include "image_facts.h"
 #include "lib/files/naming.h"
 #include "lib/files/series.h"
@@ -25,6 +26,7 @@
 #include "lib/system/stream.h"
 #include "no_more_memory.h"
 #include "plot/map/current_map.h"
+#include "plot/session/plot_session.h"
 #include "radar/common/readout.h"
 
 namespace {

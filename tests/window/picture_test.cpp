@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/image.h"
 #include "graphics/images/pixels.h"
 #include "samples/level3_products.h"

@@ -3,9 +3,11 @@
 #include <cmath>
 #include <utility>
 
+#include "graphics/images/animated_gif.h"
 #include "graphics/images/gif_format.h"
 #include "graphics/images/image.h"
 #include "graphics/images/image_file.h"
+#include "graphics/images/palette.h"
 #include "graphics/images/pixels.h"
 #include "lib/report/message.h"
 

@@ -8,6 +8,7 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/pixels.h"
 #include "lib/report/message.h"
 #include "lib/text/strings.h"

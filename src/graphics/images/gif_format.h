@@ -10,6 +10,11 @@
 #include "graphics/core/types.h"
 #include "graphics/images/image.h"
 
+/// A rectangle of a picture, in pixels from the upper left corner.
+struct GifRect {
+    int left = 0, top = 0, width = 0, height = 0;
+};
+
 enum GifByte : std::uint8_t {
     kGifExtension = 0x21,
     kGifGraphicControl = 0xF9,

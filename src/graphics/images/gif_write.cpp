@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/gif_format.h"
 #include "graphics/images/image.h"
 #include "graphics/images/image_file.h"
+#include "graphics/images/palette.h"
 #include "lib/report/message.h"
 
 namespace {

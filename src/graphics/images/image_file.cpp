@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <string>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/pixels.h"
 #include "lib/files/output_name.h"
 #include "lib/report/message.h"

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graphics/images/image.h"
+#include "graphics/images/palette.h"
 #include "graphics/images/pixels.h"
 #include "lib/report/message.h"
 

@@ -1,6 +1,8 @@
 #include <csetjmp>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/image_file.h"
+#include "graphics/images/palette.h"
 #include "graphics/images/pixels.h"
 #include "graphics/images/png_fault.h"
 #include "lib/report/message.h"

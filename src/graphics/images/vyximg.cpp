@@ -8,6 +8,7 @@
 
 #include <zlib.h>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
 #include "lib/report/message.h"

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "graphics/images/formats.h"
 #include "graphics/images/image_file.h"
 #include "graphics/images/pixels.h"
 #include "graphics/images/xwd_format.h"

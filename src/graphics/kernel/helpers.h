@@ -1,5 +1,6 @@
 #pragma once
 /// The thin layer over the kernel that plotting code calls.
+/// Sources: helper_drawing, helper_fonts.
 
 #include <string>
 #include <string_view>

@@ -4,6 +4,8 @@
 /// refused call changes nothing. Points are world coordinates of the current transform. Conversions between
 /// world, NDC and device come with core/transform.h, colour inquiries with core/color_table.h, the setting
 /// that keeps what is drawn with core/object_list.h, error reports with core/error.h.
+/// Sources: attributes, colors, primitives, transforms, workstation, replay, argument_checks, raster_ink,
+/// device_points.
 
 #include <span>
 #include <string_view>

@@ -1,5 +1,6 @@
 #pragma once
 /// Stroke fonts: the font list, the loaded font, and text drawn as line segments.
+/// Sources: current_font, window_font.
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,7 @@
 #include "graphics/window/events.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/surface.h"
+#include "graphics/window/zoom.h"
 
 #include <algorithm>
 #include <chrono>
@@ -20,7 +23,7 @@
 namespace {
 
 constexpr int kKeyEvent = 2, kButtonEvent = 3; ///< kinds that the callback knows
-constexpr int kPointerCursor = 1, kDefaultBell = 50;
+constexpr int kPointerCursor = 1;
 /// First data byte of a cooperating program's message.
 enum Message : int { kAddFrame = 2, kFinish = 9 };
 
@@ -39,8 +42,7 @@ struct State {
     std::deque<RasterEvent> kept;
     bool stoppable = false, follows_size = false; ///< see StoppableDrawing
     bool view_wanted = false;                     ///< a key that is kept has stopped the drawing
-    int cursor = 0;
-    std::optional<RasterEvent> held; ///< the press of the button that is held down
+    std::optional<RasterEvent> held;              ///< the press of the button that is held down
     MouseCallback callback = nullptr;
     ViewKey view_key = nullptr;
 } state;
@@ -341,13 +343,6 @@ int gis_mapped() {
     return state.mapped ? 1 : 0;
 }
 
-int gupdate_window() {
-    if (graster_display() == RasterDisplay::none) return -1;
-    graster_show();
-    graster_sync();
-    return 0;
-}
-
 int gresize_window(int width, int height) {
     if (!is_window()) return 0;
     GraphicsState &s = gstate();
@@ -371,32 +366,4 @@ int gresize_window(int width, int height) {
     s.win_width = width;
     s.win_height = height;
     return 1;
-}
-
-void gset_win_title_extra(std::string_view text) {
-    if (is_window()) gx11_set_title_extra(text);
-}
-
-std::string gget_win_title_extra() {
-    return is_window() ? gx11_title_extra() : std::string();
-}
-
-void gbell(int percent) {
-    if (!is_window()) return;
-    gx11_bell(percent == 0 ? kDefaultBell : percent);
-    gx11_sync();
-}
-
-int gset_cursor(int type) {
-    if (!gtype_is_WIN_PIX()) return state.cursor;
-    const int previous = std::exchange(state.cursor, type);
-    if (is_window()) {
-        gx11_set_cursor(type);
-        gx11_sync();
-    }
-    return previous;
-}
-
-int gget_cursor_type() {
-    return state.cursor;
 }

@@ -1,10 +1,11 @@
 #pragma once
-/// The frames and the loop, shared by the sources of frames, stepping and the hold loop only.
+/// The frames and the loop as they are kept: for the sources of this room only.
 
 #include <array>
 #include <string>
 
-#include "graphics/window/frames.h"
+#include "graphics/devices/common/raster_types.h"
+#include "graphics/window/frame_numbers.h"
 
 inline constexpr float kFirstDelay = 0.5F; ///< seconds
 
@@ -34,3 +35,10 @@ struct FrameTable {
 FrameTable &gframe_table();
 /// A display is there and something to draw into.
 bool gframes_possible();
+bool is_frame_slot(int frame);
+/// Of a number that is_frame_slot.
+Frame &gframe_slot(int frame);
+/// Selectors -1 and -2 to a number; others stay.
+int gframe_number(int selector);
+/// The pixmap of a frame or the base picture; kNoPixmap where there is none.
+PixmapId gframe_pixmap(int selector);

@@ -9,43 +9,24 @@
 #include "graphics/core/object_list.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
-#include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
+#include "graphics/window/surface.h"
+#include "graphics/window/zoom.h"
 #include "lib/report/message.h"
 
 namespace {
 
 struct State {
-    FrameTable table;
+    FrameTable &table = gframe_table();
     bool titled = false; ///< the window's title tells a frame or a note
     bool noted = false;  ///< it tells a note
 } state;
-
-Frame &slot(int frame) {
-    return state.table.frames[static_cast<std::size_t>(frame)];
-}
-
-bool is_slot(int frame) {
-    return frame >= 0 && frame < kMaxFrames;
-}
-
-/// Selectors -1 and -2 to a number; others stay.
-int frame_number(int selector) {
-    if (selector == kFrameLast) return state.table.count - 1;
-    return selector == kFrameCurrent ? state.table.current : selector;
-}
-
-PixmapId pixmap_of(int selector) {
-    if (selector == kFrameBase) return graster_base();
-    const int frame = frame_number(selector);
-    return is_slot(frame) ? slot(frame).pixmap : kNoPixmap;
-}
 
 void set_pixmap(int selector, PixmapId pixmap) {
     if (selector == kFrameBase)
         graster_set_base(pixmap);
     else
-        slot(frame_number(selector)).pixmap = pixmap;
+        gframe_slot(gframe_number(selector)).pixmap = pixmap;
 }
 
 PixelRect drawing_area() {
@@ -71,12 +52,12 @@ void remove_from_row(int frame) {
     FrameTable &t = state.table;
     const bool only = t.count == 1; // its pixmap serves the next frame 0
     if (only) return;
-    free_pixmap(slot(frame).pixmap);
+    free_pixmap(gframe_slot(frame).pixmap);
     auto *const first = t.frames.begin() + frame;
     auto *const end = t.frames.begin() + t.count;
     std::move(first + 1, end, first);
-    slot(t.count - 1) = Frame{kNoPixmap, t.delay, {}};
-    if (frame == t.count - 1) slot(frame - 1).delay = t.last_delay;
+    gframe_slot(t.count - 1) = Frame{kNoPixmap, t.delay, {}};
+    if (frame == t.count - 1) gframe_slot(frame - 1).delay = t.last_delay;
 }
 
 /// "[3]"; empty when titles do not tell the frame.
@@ -99,14 +80,6 @@ void clear_frame_title() {
 
 } // namespace
 
-FrameTable &gframe_table() {
-    return state.table;
-}
-
-bool gframes_possible() {
-    return graster_display() != RasterDisplay::none && graster_drawable() != kNoPixmap;
-}
-
 void ginit_loop() {
     for (Frame &frame : state.table.frames) {
         free_pixmap(frame.pixmap);
@@ -123,45 +96,45 @@ int gcreate_frame(int frame) {
     if (!gframes_possible()) return 0;
     FrameTable &t = state.table;
     const int n = frame < 0 ? t.count : frame;
-    if (!is_slot(n)) {
+    if (!is_frame_slot(n)) {
         gerr_printf("gcreate_frame", "no room for frame %d\n", n);
         return 0;
     }
-    if (slot(n).pixmap == kNoPixmap) {
+    if (gframe_slot(n).pixmap == kNoPixmap) {
         const PixelRect area = drawing_area();
-        slot(n).pixmap = graster_create_pixmap(area.x + area.width, area.y + area.height);
+        gframe_slot(n).pixmap = graster_create_pixmap(area.x + area.width, area.y + area.height);
     }
-    if (slot(n).pixmap == kNoPixmap) {
+    if (gframe_slot(n).pixmap == kNoPixmap) {
         gerr_printf("gcreate_frame", "no memory for frame %d\n", n);
         return 0;
     }
-    graster_clear(slot(n).pixmap);
-    slot(n).source.clear();
-    if (n > 0) slot(n - 1).delay = t.delay;
-    if (is_slot(t.count)) slot(t.count).delay = t.last_delay;
-    MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(slot(n).pixmap));
+    graster_clear(gframe_slot(n).pixmap);
+    gframe_slot(n).source.clear();
+    if (n > 0) gframe_slot(n - 1).delay = t.delay;
+    if (is_frame_slot(t.count)) gframe_slot(t.count).delay = t.last_delay;
+    MESS_print(kOut4, "Created frame: %d-%ld\n", t.count, static_cast<long>(gframe_slot(n).pixmap));
     if (n == t.count) ++t.count;
     return n;
 }
 
 int gselect_frame(int frame) {
     if (!gframes_possible()) return 0;
-    const PixmapId pixmap = pixmap_of(frame);
+    const PixmapId pixmap = gframe_pixmap(frame);
     if (pixmap == kNoPixmap) return 0;
     graster_set_drawable(pixmap);
     gset_redraw(0);
-    MESS_print(kOut4, "Selected frame: %d\n", frame_number(frame));
+    MESS_print(kOut4, "Selected frame: %d\n", gframe_number(frame));
     return 1;
 }
 
 int gdisplay_frame(int frame) {
     if (!gframes_possible()) return 0;
     const int n = frame < 0 ? std::max(state.table.current, 0) : frame;
-    if (!is_slot(n)) return 0;
+    if (!is_frame_slot(n)) return 0;
     if (gget_zoom() >= 2)
         gzoom(n, -1, -1, -1, 1);
-    else if (slot(n).pixmap != kNoPixmap)
-        copy_pixmap(slot(n).pixmap, graster_base());
+    else if (gframe_slot(n).pixmap != kNoPixmap)
+        copy_pixmap(gframe_slot(n).pixmap, graster_base());
     gupdate_window();
     show_frame_title(n);
     MESS_print(kDebug, "Display frame: %d\n", n);
@@ -172,10 +145,10 @@ int gdisplay_frame(int frame) {
 int gdelete_frame(int frame) {
     if (!gframes_possible()) return 0;
     FrameTable &t = state.table;
-    const int n = frame_number(frame);
-    if (!is_slot(n)) return 0;
+    const int n = gframe_number(frame);
+    if (!is_frame_slot(n)) return 0;
     if (n >= t.count) {
-        if (n > 0) free_pixmap(slot(n).pixmap);
+        if (n > 0) free_pixmap(gframe_slot(n).pixmap);
         return 0;
     }
     remove_from_row(n);
@@ -198,17 +171,17 @@ void gdelete_all_frames() {
 
 int gcopy_frame(int to, int from) {
     if (!gframes_possible()) return 0;
-    const PixmapId target = pixmap_of(to), source = pixmap_of(from);
+    const PixmapId target = gframe_pixmap(to), source = gframe_pixmap(from);
     if (target == kNoPixmap || source == kNoPixmap) return 0;
     copy_pixmap(source, target);
     gset_frame_source(to, gget_frame_source(from));
-    MESS_print(kDebug, "Copy frame: %d->%d\n", frame_number(from), frame_number(to));
+    MESS_print(kDebug, "Copy frame: %d->%d\n", gframe_number(from), gframe_number(to));
     return 1;
 }
 
 int gclear_frame(int frame) {
     if (!gframes_possible()) return 0;
-    const PixmapId pixmap = pixmap_of(frame);
+    const PixmapId pixmap = gframe_pixmap(frame);
     if (pixmap == kNoPixmap) return 0;
     graster_clear(pixmap);
     return 1;
@@ -216,7 +189,7 @@ int gclear_frame(int frame) {
 
 int gswitch_frame(int a, int b) {
     if (!gframes_possible()) return 0;
-    const PixmapId first = pixmap_of(a), second = pixmap_of(b);
+    const PixmapId first = gframe_pixmap(a), second = gframe_pixmap(b);
     if (first == kNoPixmap || second == kNoPixmap) return 0;
     // The drawable is a pixmap: it goes where its pixmap goes, whatever a new base does to it.
     const PixmapId drawable = graster_drawable();
@@ -238,12 +211,12 @@ int gget_cur_frame() {
 }
 
 void gset_frame_source(int frame, std::string_view source) {
-    if (const int n = frame_number(frame); is_slot(n)) slot(n).source = source;
+    if (const int n = gframe_number(frame); is_frame_slot(n)) gframe_slot(n).source = source;
 }
 
 std::string gget_frame_source(int frame) {
-    const int n = frame_number(frame);
-    return is_slot(n) ? slot(n).source : std::string();
+    const int n = gframe_number(frame);
+    return is_frame_slot(n) ? gframe_slot(n).source : std::string();
 }
 
 void gshow_note(std::string_view text) {
@@ -260,10 +233,10 @@ int gget_frame_place() {
 }
 
 PixmapId gget_frame_id(int frame) {
-    return pixmap_of(frame);
+    return gframe_pixmap(frame);
 }
 
 float gget_frame_delay(int frame) {
-    const int n = frame_number(frame);
-    return is_slot(n) ? slot(n).delay : 0.0F;
+    const int n = gframe_number(frame);
+    return is_frame_slot(n) ? gframe_slot(n).delay : 0.0F;
 }

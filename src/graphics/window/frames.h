@@ -5,17 +5,8 @@
 #include <string_view>
 
 #include "graphics/devices/common/raster_types.h"
+#include "graphics/window/frame_numbers.h"
 
-inline constexpr int kMaxFrames = 128;
-inline constexpr float kLastDelay = 1.0F; ///< seconds at first; the newest picture of a loop stays longer
-/// Bit 0 set: forwards; from kRockBack on the loop turns at its ends.
-enum LoopDirection : int { kLoopBack = 0, kLoopForward = 1, kRockBack = 2, kRockForward = 3 };
-/// Frame selectors beside the numbers 0 to 127.
-enum FrameSelector : int { kFrameLast = -1, kFrameCurrent = -2, kFrameBase = -3 };
-
-/// Lets the kernel hold windows, forget frames and process events while it draws. Once, before a workstation
-/// is opened.
-void gsetup_window();
 void ginit_loop();
 /// A frame number, or a negative one to append. The frame's number; 0 when there is no display, and after a
 /// message when there is no room or memory for it.
@@ -41,23 +32,3 @@ std::string gget_frame_source(int frame);
 void gshow_note(std::string_view text);
 /// Seconds that a frame is shown.
 float gget_frame_delay(int frame);
-
-int gget_looping();
-float gget_loop_delay();
-int gset_looping(int flag);
-int gtoggle_loop(int flag);
-int ginc_loop_delay(float delta);
-/// Multiplies the loop delay, kept within 0.05 and 5 s, and lets the last frame stay twice as long.
-int gscale_loop_delay(float factor);
-int ginc_frame(int step);
-/// Waits until the current frame has been shown for its time, or the loop is stopped or shows another.
-int gloop_sleep();
-void gset_loop_title(int flag);
-/// A LoopDirection; out of range: the nearest.
-void gset_loop_direction(int direction);
-/// Called every so many seconds while the window is held; 0 seconds: never.
-void gset_refresh_callback(int seconds, void (*function)());
-/// Called with the number of each frame that the user deletes.
-void gset_delete_callback(void (*function)(int frame));
-/// The hold loop: shows, animates and listens until the user ends it. Only on a window.
-int ghold(int flag);

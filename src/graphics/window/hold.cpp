@@ -1,4 +1,7 @@
-/// The hold loop: keeps the window alive after the plot until the user ends it.
+#include "graphics/window/hold.h"
+#include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/surface.h"
 
 #include <algorithm>
 #include <chrono>
@@ -16,7 +19,8 @@ namespace {
 enum HoldCursor : int { kPointless = 0, kLoops = 3, kStands = 4, kSelects = 6, kBusy = 8 };
 constexpr int kBellPercent = 50;
 
-constexpr float kIconRest = 0.1F; ///< seconds
+constexpr float kIconRest = 0.1F;   ///< seconds
+constexpr float kSleepSlice = 0.2F; ///< seconds between two looks at the events
 
 /// By a clock that nobody sets.
 class Refresh {
@@ -105,6 +109,20 @@ void init_window() {
 void gsetup_window() {
     gset_window_hooks({ghold, init_window, show_busy, gdelete_all_frames});
     gset_event_pump(gpump_events);
+}
+
+int gloop_sleep() {
+    const FrameTable &t = gframe_table();
+    const int shown = t.current;
+    if (shown < 0 || shown >= t.count) return -1;
+    const auto remaining = [shown] { return gget_frame_delay(shown) - VYX_elapse_time(); };
+    const bool looping = t.looping;
+    for (float rest = remaining(); rest > 0; rest = remaining()) {
+        gwait_events(std::min(rest, kSleepSlice));
+        if (gget_input_mode() == kInputQuit) break;
+        if (t.looping != looping || t.current != shown) break; // the loop has been stopped or led elsewhere
+    }
+    return 0;
 }
 
 int ghold(int /*flag*/) {

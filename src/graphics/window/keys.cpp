@@ -1,7 +1,8 @@
 #include "graphics/window/keys.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/zoom.h"
 
 #include "graphics/devices/raster/display.h"
-#include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "graphics/window/frames.h"
 #include "lib/report/message.h"

@@ -1,5 +1,6 @@
 #pragma once
 /// What keys and buttons do; inside the window room.
+/// Sources: image_keys.
 
 #include <string>
 

@@ -1,16 +1,14 @@
-/// Stepping through the frames, the loop's timing and its switches.
+#include "graphics/window/loop.h"
 
 #include <algorithm>
 
 #include "graphics/devices/raster/display.h"
-#include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
+#include "graphics/window/surface.h"
 #include "lib/report/message.h"
-#include "lib/report/process.h"
 
 namespace {
 
-constexpr float kSleepSlice = 0.2F;                   ///< seconds between two looks at the events
 constexpr float kShortest = 0.05F, kLongest = 5;      ///< seconds of a loop delay of equal steps
 constexpr int kLoopingCursor = 3, kStoppedCursor = 4; ///< see gset_cursor
 
@@ -48,20 +46,6 @@ int ginc_frame(int step) {
         if (rocking(t)) t.direction = kRockForward;
     }
     return next;
-}
-
-int gloop_sleep() {
-    const FrameTable &t = gframe_table();
-    const int shown = t.current;
-    if (shown < 0 || shown >= t.count) return -1;
-    const auto remaining = [shown] { return gget_frame_delay(shown) - VYX_elapse_time(); };
-    const bool looping = t.looping;
-    for (float rest = remaining(); rest > 0; rest = remaining()) {
-        gwait_events(std::min(rest, kSleepSlice));
-        if (gget_input_mode() == kInputQuit) break;
-        if (t.looping != looping || t.current != shown) break; // the loop has been stopped or led elsewhere
-    }
-    return 0;
 }
 
 int ginc_loop_delay(float delta) {

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "graphics/devices/raster/display.h"
-#include "graphics/window/events.h"
+#include "graphics/window/surface.h"
 
 namespace {
 

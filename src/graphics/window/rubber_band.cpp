@@ -3,7 +3,6 @@
 #include "graphics/core/mapping.h"
 #include "graphics/devices/raster/display.h"
 #include "graphics/devices/x11/display.h"
-#include "graphics/window/events.h"
 
 namespace {
 

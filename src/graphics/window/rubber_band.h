@@ -1,6 +1,8 @@
 #pragma once
-/// The rubber band between a button's press and its release; inside the window room. Pixels of the window.
+/// The rubber band between a button's press and its release; pixels of the window.
 
+/// 0 none, 1 a line, else a rectangle, from the next button press on.
+void gset_rubber_band(int kind);
 /// A button was pressed here: the anchor of a band that may be set now.
 void band_press(int x, int y);
 void band_move(int x, int y);

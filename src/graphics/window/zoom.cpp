@@ -1,5 +1,4 @@
-/// Zoom by pixel replication. The source is always the unzoomed picture: a frame, or the copy of the base
-/// picture that was kept when zooming began.
+#include "graphics/window/zoom.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,9 +7,9 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
-#include "graphics/window/events.h"
-#include "graphics/window/frames.h"
+#include "graphics/window/frame_table.h"
 #include "graphics/window/replicate.h"
+#include "graphics/window/surface.h"
 
 namespace {
 
@@ -72,14 +71,15 @@ bool can_zoom() {
 
 void restore_base() {
     const PixelRect area = base_area();
-    if (state.saved != kNoPixmap) graster_copy(state.saved, graster_base(), area, area.x, area.y);
+    const PixmapId picture = state.saved != kNoPixmap ? state.saved : gframe_pixmap(kFrameCurrent);
+    if (picture != kNoPixmap) graster_copy(picture, graster_base(), area, area.x, area.y);
 }
 
 /// Shows the part of a frame, or of the base picture when there are none. False when there is no picture.
 bool show(const View &view, int frame) {
-    const bool framed = gget_num_images() > 0;
+    const bool framed = gframe_table().count > 0;
     if (!framed) save_base();
-    const PixmapId source = framed ? gget_frame_id(frame) : state.saved;
+    const PixmapId source = framed ? gframe_pixmap(frame) : state.saved;
     RasterImage image;
     if (source == kNoPixmap || !graster_read(source, image)) return false;
     state.now.view = view;
@@ -120,13 +120,9 @@ int gzoom(int frame, int x, int y, int factor, int keep) {
 
 int gunzoom() {
     if (!can_zoom() || state.now.view.zoom == 1) return 0;
-    const bool kept = state.saved != kNoPixmap;
     restore_base();
     forget_zoom();
-    if (kept)
-        gupdate_window();
-    else
-        gdisplay_frame(kFrameCurrent);
+    gupdate_window();
     return 1;
 }
 

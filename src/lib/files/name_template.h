@@ -1,6 +1,7 @@
 #pragma once
 /// The template language of file names: "%Dnids/%s/%y%m%d%h%n.nids". Pure functions of a template and what
 /// its codes stand for; which template applies is told by file_naming.h.
+/// Sources: name_reading.
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,7 @@
 #pragma once
 /// Naming conventions: a key selects a template; a template and a date make a file name; a name gives back
 /// its date.
+/// Sources: current.
 
 #include <cstdint>
 #include <string>

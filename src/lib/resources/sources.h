@@ -1,6 +1,7 @@
 #pragma once
 /// What the four sources of resources share: the program's list of descriptors, its names, and storing a
 /// value.
+/// Sources: command_line, environment.
 
 #include <span>
 #include <string>

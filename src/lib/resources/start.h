@@ -1,5 +1,6 @@
 #pragma once
 /// Fills the resource database at start-up and prints the option summary.
+/// Sources: help.
 
 #include <span>
 #include <string_view>

@@ -1,5 +1,6 @@
 #pragma once
 /// The map background: map files, latitude-longitude lines, range circles. All in transform 2.
+/// Sources: grid_lines.
 
 #include <string_view>
 

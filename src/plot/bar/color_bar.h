@@ -1,5 +1,6 @@
 #pragma once
 /// The colour bar under the plot, in normalised device coordinates (transform 1).
+/// Sources: level_flash.
 
 #include <string_view>
 

@@ -2,6 +2,7 @@
 #include "graphics/core/transform.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/window/events.h"
+#include "graphics/window/surface.h"
 #include "plot/bar/color_bar.h"
 #include "plot/colour/named_colors.h"
 

@@ -1,6 +1,8 @@
 #pragma once
 /// The projection families: constants once per domain, then a forward and an inverse transform by arithmetic
 /// alone.
+/// Sources: diagram, gnomonic, lambert, lambert_azimuthal, latlon, mercator, mollweide, orthographic, polar,
+/// satellite.
 
 #include <algorithm>
 #include <cmath>

@@ -7,7 +7,7 @@
 #include "graphics/kernel/identity.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
-#include "graphics/window/frames.h"
+#include "graphics/window/hold.h"
 #include "lib/options/flags.h"
 #include "lib/resources/database.h"
 #include "plot/colour/look_check.h"

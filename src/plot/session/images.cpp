@@ -9,11 +9,13 @@
 #include <utility>
 #include <vector>
 
+#include "graphics/images/animated_gif.h"
 #include "graphics/images/capture.h"
 #include "graphics/images/image.h"
 #include "graphics/kernel/identity.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
 #include "lib/files/naming.h"
 #include "lib/files/output_name.h"
 #include "lib/options/flags.h"

@@ -10,11 +10,12 @@
 
 #include "graphics/devices/common/panel.h"
 #include "graphics/devices/print/postscript.h"
+#include "graphics/images/formats.h"
 #include "graphics/images/image.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
-#include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
 #include "lib/files/naming.h"
 #include "lib/report/message.h"
 #include "lib/report/process.h"

@@ -8,7 +8,12 @@
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/window/events.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/rubber_band.h"
+#include "graphics/window/surface.h"
+#include "graphics/window/zoom.h"
 #include "lib/report/message.h"
 #include "plot/map/current_map.h"
 #include "plot/places/region.h"

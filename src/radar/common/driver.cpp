@@ -12,7 +12,10 @@
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/window/events.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/loop.h"
+#include "graphics/window/surface.h"
 #include "lib/files/naming.h"
 #include "lib/files/series.h"
 #include "lib/report/message.h"

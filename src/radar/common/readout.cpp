@@ -4,7 +4,6 @@
 
 #include "graphics/core/transform.h"
 #include "graphics/kernel/helpers.h"
-#include "graphics/window/events.h"
 #include "graphics/window/frames.h"
 #include "lib/files/kept_input.h"
 #include "lib/options/flags.h"

@@ -1,5 +1,6 @@
 #pragma once
 /// Plotting Level II volumes: the driver of the input types "lev2" and "lev2z".
+/// Sources: sweep, readout.
 
 #include <functional>
 #include <string_view>

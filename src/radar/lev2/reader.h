@@ -3,6 +3,7 @@
 /// records, and both of them gzipped as a whole. One volume is open at a time. Order of calls:
 /// LEV2_open_file, LEV2_get_header, then repeatedly LEV2_get_block; for a wanted radial LEV2_set_data_type
 /// and LEV2_get_data (or LEV2_get_gates); then LEV2_next_block; until LEV2_get_block returns 0.
+/// Sources: stream, header, radial, generic_radial, legacy_radial, cuts.
 
 #include <array>
 #include <cstddef>

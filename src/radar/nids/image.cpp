@@ -19,7 +19,6 @@
 #include "plot/symbols/wind.h"
 #include "radar/nids/grid_file.h"
 #include "radar/nids/levels.h"
-#include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/state.h"
 

@@ -2,7 +2,6 @@
 /// Inside the Level III driver: the product image.
 
 #include "radar/common/cells.h"
-#include "radar/common/readout.h"
 #include "radar/nids/product.h"
 
 /// Each bin reaches a little over the next radial, so that no gap shows between them.
@@ -35,9 +34,5 @@ void NIDS_choose_levels(const NidsInfo &info);
 /// Walks the packets of the open product's image, the first one's header being read, and draws what they
 /// hold. Cells go to `sink`, or are filled when it is null.
 void NIDS_walk_image(const NidsInfo &info, const CellSink *sink);
-
-/// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
-/// for. The product becomes the present one.
-bool NIDS_read_place(const std::string &file, RadarReading &reading);
-/// Files may have changed: the image that was kept is not used any more.
-void NIDS_forget_image();
+/// Draws the image of the open product. 0.
+int NIDS_plot_summary();

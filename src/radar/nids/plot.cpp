@@ -31,7 +31,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-NidsPlotState state;
+NidsPlotState &state = NIDS_state();
 
 void decode_count(std::string_view text, int &count) {
     int value = 0;
@@ -87,10 +87,6 @@ RadarSteps driver_steps() {
 }
 
 } // namespace
-
-NidsPlotState &NIDS_state() {
-    return state;
-}
 
 const NidsInfo &NIDS_get_info() {
     return state.info;

@@ -1,26 +1,15 @@
 #pragma once
 /// Plotting Level III products: the driver of the input type "nids".
+/// Sources: overlays, readout.
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "lib/resources/list_words.h"
 #include "plot/domain/plot_domain.h"
-#include "plot/symbols/station.h"
+#include "radar/common/readout.h"
 #include "radar/nids/product.h"
-
-/// One line of a storm table.
-struct NidsStorm {
-    std::string id;
-    float azimuth = kMissingF; ///< degrees
-    float range_nm = kMissingF;
-    float tvs = 0;           ///< 1 with a tornadic vortex signature
-    float meso = 0;          ///< 1, or the number given
-    float poh = 0, posh = 0; ///< probability of hail and of severe hail, percent
-    float hail_size_in = 0;
-    float vil = 0, max_dbz = 0, max_dbz_height = 0, spare = 0, top = 0;
-    float direction = kMissingF, speed_kt = kMissingF; ///< motion
-};
 
 /// Plots the file, or series of files, of the file selection. Returns 0; a single file that cannot be read
 /// ends the program with kExitNoFile.
@@ -40,10 +29,10 @@ int NIDS_plot_frame();
 int NIDS_plot_nextfile();
 /// Keys and buttons of the window: place under the cursor, zoom, resizing, flashing of a level.
 void NIDS_callback(int kind, std::string_view event, float x, float y);
-int NIDS_plot_summary();
 int NIDS_plot_data();
 const NidsInfo &NIDS_get_info();
-/// Parses one line of a storm table; `layout` (1 or 2) is switched by heading lines. 1 when a storm was read.
-int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm);
-/// Picks one storm attribute for a plot variable.
-void NIDS_get_plot_data(const NidsStorm &storm, std::string_view variable, StationData &record);
+/// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
+/// for. The product becomes the present one.
+bool NIDS_read_place(const std::string &file, RadarReading &reading);
+/// Files may have changed: the image that was kept is not used any more.
+void NIDS_forget_image();

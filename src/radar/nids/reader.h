@@ -4,6 +4,7 @@
 /// element reader until it returns 0, NIDS_packet for the next one; afterwards NIDS_graphic and the pages.
 /// Readers return 1 for success, 0 when the current element has no more parts, -1 when nothing more can be
 /// read.
+/// Sources: stream, header, packet, product, info, message_data, page, print.
 
 #include <cstddef>
 #include <cstdint>

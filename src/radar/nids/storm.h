@@ -1,10 +1,29 @@
 #pragma once
 /// Inside the Level III driver: storms read from the graphic pages.
+/// Sources: storm_plot.
 
 #include <vector>
 
 #include "graphics/core/types.h"
-#include "radar/nids/plot.h"
+#include "plot/symbols/station.h"
+
+/// One line of a storm table.
+struct NidsStorm {
+    std::string id;
+    float azimuth = kMissingF; ///< degrees
+    float range_nm = kMissingF;
+    float tvs = 0;           ///< 1 with a tornadic vortex signature
+    float meso = 0;          ///< 1, or the number given
+    float poh = 0, posh = 0; ///< probability of hail and of severe hail, percent
+    float hail_size_in = 0;
+    float vil = 0, max_dbz = 0, max_dbz_height = 0, spare = 0, top = 0;
+    float direction = kMissingF, speed_kt = kMissingF; ///< motion
+};
+
+/// Parses one line of a storm table; `layout` (1 or 2) is switched by heading lines. 1 when a storm was read.
+int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm);
+/// Picks one storm attribute for a plot variable.
+void NIDS_get_plot_data(const NidsStorm &storm, std::string_view variable, StationData &record);
 
 /// A storm with its place on the plot (plot plane).
 struct PlacedStorm {

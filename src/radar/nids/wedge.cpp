@@ -5,12 +5,12 @@
 #include "lib/options/flags.h"
 #include "plot/colour/levels.h"
 #include "radar/common/cells.h"
-#include "radar/nids/plot.h"
+#include "radar/nids/state.h"
 
 namespace {
 
 void fill(const std::array<Point, 5> &polygon, const Attribute &ink) {
-    const NidsInfo &info = NIDS_get_info();
+    const NidsInfo &info = NIDS_state().info;
     const CellFrame frame(info.domain);
     CellCorners corners = polygon;
     for (Point &corner : corners) frame.line(corner, {}, std::span(&corner, 1));

@@ -4,6 +4,7 @@
 /// A pixel is drawn when its centre, which has the whole-numbered coordinates, is inside the shape. A centre
 /// on the outline is inside when the shape lies immediately to the right of it or, on a horizontal edge,
 /// immediately below it.
+/// Sources: thin_line, polygon, wide_line.
 
 #include <algorithm>
 #include <cstddef>

@@ -4,6 +4,7 @@
 ///
 /// Losing the connection or the window, and the 25th protocol error, end the program with kExitGraphics after
 /// a message.
+/// Sources: window, colors, drawing, errors, events, pixels, names, state, icon.
 
 #include <optional>
 #include <span>
