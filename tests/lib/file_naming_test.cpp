@@ -163,6 +163,12 @@ TEST(NameTemplate, HostileTemplates) {
     EXPECT_EQ(expand("%{never closed"), "");
     EXPECT_EQ(expand(std::string(500, 'x')).size(), 500U);
     EXPECT_EQ(expand("%y%h", date(2147483647, 99, -5, 2147483647)), "472147483647");
+    // Each path code brings the path of the whole name, which is longer each time.
+    std::string name = expand("/%7x%R%7x%R");
+    FILE_set_file("/given/x", name);
+    const DateRecord when = date(2003, 7, 4, 18);
+    for (int i = 0; i < 24; ++i) FILE_set_date(&when, name);
+    EXPECT_LT(name.size(), 20'000U);
 }
 
 TEST(NameTemplate, SetTimeOverridesTheDate) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <limits>
 #include <optional>
 
@@ -129,7 +130,9 @@ std::string convention_file() {
 
 ExpandedName expand(std::string_view name_template, const DateRecord &date) {
     NameContext with_path = context();
-    if (state.now.name_is_given && FILE_fullpath(state.now.name) != 0) {
+    // Of two path codes each brings the path of the whole name: without an end it would double each time.
+    const bool possible = state.now.name.size() < PATH_MAX;
+    if (state.now.name_is_given && possible && FILE_fullpath(state.now.name) != 0) {
         with_path.path = FILE_path_of_name(name_template, state.now.name);
         if (with_path.path) MESS_print(kPathLevel, "Extracted path: %s\n", with_path.path->c_str());
     }
