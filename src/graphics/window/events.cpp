@@ -75,7 +75,9 @@ void follow_size() {
 }
 
 void on_expose() {
-    if (!std::exchange(state.exposed, true)) graster_show();
+    if (std::exchange(state.exposed, true)) return;
+    graster_show();
+    band_show();
 }
 
 void on_configure(const RasterEvent &event) {
@@ -141,7 +143,7 @@ bool on_key(const RasterEvent &event) {
     if (!ends_box && !act_on_key(event)) return true;
     if (event.key.empty() && !event.is_return) return true; // a modifier alone has no name
     const PixelPoint pointer = gx11_pointer();
-    tell(kKeyEvent, key_name(event), pointer.x, pointer.y);
+    tell(kKeyEvent, ends_box ? event.key : key_name(event), pointer.x, pointer.y);
     return true;
 }
 

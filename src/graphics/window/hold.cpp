@@ -1,6 +1,7 @@
 #include "graphics/window/hold.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/loop.h"
+#include "graphics/window/rubber_band.h"
 #include "graphics/window/surface.h"
 
 #include <algorithm>
@@ -60,10 +61,12 @@ void show_next_frame() {
     const int shown = t.current;
     gloop_sleep();
     if (gget_input_mode() == kInputQuit || !animated(t)) return;
-    if (gis_mapped() == 0)
-        gwait_events(kIconRest); // an icon needs no pictures, nor the processor
-    else if (t.current == shown) // else somebody has shown a frame meanwhile, which has its time now
+    if (gis_mapped() == 0) {
+        gwait_events(kIconRest);     // an icon needs no pictures, nor the processor
+    } else if (t.current == shown) { // else somebody has shown a frame meanwhile, which has its time now
         gdisplay_frame(ginc_frame(0));
+        band_show();
+    }
     VYX_init_time();
     gcheck_event();
 }

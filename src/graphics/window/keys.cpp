@@ -79,7 +79,7 @@ bool is_quit_key(const RasterEvent &event) {
 }
 
 bool is_escape(const RasterEvent &event) {
-    return event.named == NamedKey::escape && !event.alt && !event.shift && !event.control;
+    return event.named == NamedKey::escape;
 }
 
 bool is_wheel(const RasterEvent &event) {

@@ -8,7 +8,7 @@
 
 /// True for the keys that end the hold.
 bool is_quit_key(const RasterEvent &event);
-/// The key that goes back: Escape alone.
+/// The key that goes back, whatever is held down beside it: a box is drawn with shift.
 bool is_escape(const RasterEvent &event);
 /// The wheel's turns come as buttons.
 bool is_wheel(const RasterEvent &event);

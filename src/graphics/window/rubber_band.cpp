@@ -48,6 +48,10 @@ void band_move(int x, int y) {
     outline(true);
 }
 
+void band_show() {
+    if (state.kind != 0 && is_set(state.current)) outline(true);
+}
+
 void band_release() {
     if (state.kind != 0 && is_set(state.current)) {
         outline(true);

@@ -6,6 +6,8 @@ void gset_rubber_band(int kind);
 /// A button was pressed here: the anchor of a band that may be set now.
 void band_press(int x, int y);
 void band_move(int x, int y);
+/// Draws the band again, over a picture that has just been shown in the place of the last.
+void band_show();
 /// Ends the band with a final outline.
 void band_release();
 /// No band is set.
