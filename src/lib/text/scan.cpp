@@ -88,3 +88,10 @@ bool Scanner::literal(char expected) {
     if (!failed_) ++position_;
     return !failed_;
 }
+
+bool Scanner::skip(std::string_view passed) {
+    const std::size_t end = std::min(text_.find_first_not_of(passed, position_), text_.size());
+    failed_ = failed_ || end == position_;
+    if (!failed_) position_ = end;
+    return !failed_;
+}

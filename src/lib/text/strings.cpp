@@ -44,6 +44,11 @@ bool begins_with(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && strnicmp(text, prefix, prefix.size()) == 0;
 }
 
+std::optional<std::string_view> keyword_value(std::string_view item, std::string_view keyword) {
+    if (!begins_with(item, keyword) || item.size() == keyword.size()) return std::nullopt;
+    return item.substr(keyword.size() + 1);
+}
+
 void fill_string(std::string &text, char from, char to) {
     std::replace(text.begin(), text.end(), from, to);
 }
