@@ -59,11 +59,11 @@ void check_numbers() {
 
 /// A command stands in the name of an input or an output; nothing is put behind or before one to make a name.
 void check_paths() {
-    constexpr std::array<std::string_view, 7> names{"image_path", "city_file",   "map_file", "name_conv",
-                                                    "in_file",    "color_table", "font_list"};
+    constexpr std::array<std::string_view, 7> kNames{"image_path", "city_file",   "map_file", "name_conv",
+                                                     "in_file",    "color_table", "font_list"};
     for (const int id : RES_keyed_ids()) {
         const ResourceDescriptor *row = RES_descriptor(id);
-        if (row->kind != ResourceKind::directory && std::ranges::find(names, row->name) == names.end())
+        if (row->kind != ResourceKind::directory && std::ranges::find(kNames, row->name) == kNames.end())
             continue;
         for (const std::string &entry : RES_getvals(row->name))
             if (entry.starts_with('|'))
@@ -77,12 +77,12 @@ void check_switches() {
         std::string_view resource;
         bool has_off;
     };
-    constexpr std::array<std::string_view, 6> words{"true", "on", "yes", "false", "off", "no"};
-    constexpr std::size_t on_words = 3;
+    constexpr std::array<std::string_view, 6> kWords{"true", "on", "yes", "false", "off", "no"};
+    constexpr std::size_t kOnWords = 3;
     for (const Switch &row : {Switch{"help", false}, Switch{"batch", false}, Switch{"icon", true}}) {
         const char *text = RES_get(row.resource);
         if (text == nullptr || *text == '\0' || std::string_view(text) == "1") continue;
-        const KnownWords known = KnownWords(words).first(row.has_off ? words.size() : on_words);
+        const KnownWords known = KnownWords(kWords).first(row.has_off ? kWords.size() : kOnWords);
         const auto same = [text](std::string_view word) { return stricmp(word, text) == 0; };
         if (!std::ranges::any_of(known, same)) WORD_unknown(row.resource, text, known, "it counts as \"on\"");
     }
@@ -92,12 +92,12 @@ void check_device() {
     const char *text = RES_get("device");
     if (text == nullptr || *text == '\0') return;
     const std::vector<std::string> fields = parse_string(text, ',');
-    constexpr std::string_view letters = "dDpPqQhHmMwW";
+    constexpr std::string_view kLetters = "dDpPqQhHmMwW";
     if (fields.empty() || fields.front().empty()) return;
-    if (letters.find(fields.front().front()) == letters.npos)
+    if (kLetters.find(fields.front().front()) == kLetters.npos)
         WORD_not("device", fields.front(), "one of d, p, q, h, m and w; it counts as d");
-    constexpr std::string_view with_options = "pPqQhHmM";
-    if (with_options.find(fields.front().front()) != with_options.npos) return;
+    constexpr std::string_view kWithOptions = "pPqQhHmM";
+    if (kWithOptions.find(fields.front().front()) != kWithOptions.npos) return;
     for (std::size_t i = 2; i < fields.size(); ++i)
         WORD_not("device", fields[i], "an option of a window, which has none");
 }

@@ -29,8 +29,8 @@ constexpr std::size_t kUsualWidth = 80;
 /// Letters, where a byte that continues one counts as none.
 std::size_t letters(const std::string &name) {
     return static_cast<std::size_t>(std::count_if(name.begin(), name.end(), [](char c) {
-        constexpr unsigned char kind = 0xC0, continues = 0x80;
-        return (static_cast<unsigned char>(c) & kind) != continues;
+        constexpr unsigned char kKind = 0xC0, kContinues = 0x80;
+        return (static_cast<unsigned char>(c) & kKind) != kContinues;
     }));
 }
 

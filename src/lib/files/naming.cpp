@@ -156,16 +156,16 @@ bool all_digits(std::string_view text) {
 /// file name when the text up to it names no file but the text up to a later one, or the whole, does. Of a
 /// name that no file has, a number behind the last directory is split off.
 std::size_t ext_info_position(std::string_view name) {
-    constexpr std::string_view separators = "#-+:";
-    constexpr std::size_t first_place = 2;
-    const std::size_t first = name.find_first_of(separators, first_place);
+    constexpr std::string_view kSeparators = "#-+:";
+    constexpr std::size_t kFirstPlace = 2;
+    const std::size_t first = name.find_first_of(kSeparators, kFirstPlace);
     if (first == name.npos || is_plain_file(name.substr(0, first))) return first;
     if (is_plain_file(name)) return name.npos;
-    for (std::size_t i = first; i != name.npos; i = name.find_first_of(separators, i + 1))
+    for (std::size_t i = first; i != name.npos; i = name.find_first_of(kSeparators, i + 1))
         if (is_plain_file(name.substr(0, i))) return i;
-    const std::size_t begin = std::max(name.rfind('/') + 1, first_place); // npos + 1 is 0
-    for (std::size_t i = name.find_first_of(separators, begin); i != name.npos;
-         i = name.find_first_of(separators, i + 1))
+    const std::size_t begin = std::max(name.rfind('/') + 1, kFirstPlace); // npos + 1 is 0
+    for (std::size_t i = name.find_first_of(kSeparators, begin); i != name.npos;
+         i = name.find_first_of(kSeparators, i + 1))
         if (all_digits(name.substr(i + 1))) return i;
     return name.npos;
 }
@@ -300,8 +300,8 @@ int FILE_hdr_set_date(const DateRecord *date, std::string &out) {
 bool FILE_is_current_spec(std::string_view name) {
     if (name.starts_with('#')) return true;
     if (!name.starts_with("la") && !name.starts_with("cu")) return false;
-    constexpr std::string_view spec_characters = "0123456789#+-:dla";
-    return name.find_first_not_of(spec_characters, 2) == name.npos || FILE_exist(name) == 0;
+    constexpr std::string_view kSpecCharacters = "0123456789#+-:dla";
+    return name.find_first_not_of(kSpecCharacters, 2) == name.npos || FILE_exist(name) == 0;
 }
 
 int FILE_set_file(std::string_view name, std::string &out) {

@@ -30,11 +30,11 @@ std::string directory_of(const std::string &path) {
 
 /// Fits every file system, and cannot be guessed by who would like to be there first.
 std::string unpredictable_name() {
-    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789";
+    constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
     std::array<unsigned char, 16> random{};
     if (getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) return {};
     std::string name = ".vyx-";
-    for (const unsigned char byte : random) name += letters[byte % letters.size()];
+    for (const unsigned char byte : random) name += kLetters[byte % kLetters.size()];
     return name;
 }
 

@@ -131,10 +131,10 @@ int MESS_hold(unsigned level, std::string_view text) {
 }
 
 int MESS_set(int operation, unsigned mask) {
-    constexpr int first_neutral = 5;
-    constexpr int first_default = 16;
-    if (operation < first_neutral) ++state.set_count;
-    if (operation >= first_default && state.set_count > 0) return 0;
+    constexpr int kFirstNeutral = 5;
+    constexpr int kFirstDefault = 16;
+    if (operation < kFirstNeutral) ++state.set_count;
+    if (operation >= kFirstDefault && state.set_count > 0) return 0;
     switch (operation) {
     case kSetLevels:
     case 10:

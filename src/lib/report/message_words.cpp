@@ -76,11 +76,6 @@ void apply_level_word(std::string_view item) {
         MESS_set(kSetLevels, level_mask(item));
 }
 
-/// What stands behind a keyword and the one separator of any kind.
-std::string_view behind(std::string_view item, std::string_view keyword) {
-    return item.substr(std::min(keyword.size() + 1, item.size()));
-}
-
 /// Sentences that wait are told where the user sees them.
 void open_log(const LogWord &word, std::string_view name) {
     const char *refusal = name.starts_with('|') ? "A log file is no command: " : nullptr;
@@ -101,7 +96,7 @@ void open_log(const LogWord &word, std::string_view name) {
 bool apply_log_word(std::string_view item) {
     for (const LogWord &word : kLogWords) {
         if (!begins_with(item, word.name)) continue;
-        open_log(word, behind(item, word.name));
+        open_log(word, keyword_value(item, word.name).value_or(""));
         return true;
     }
     return false;
@@ -114,7 +109,7 @@ void apply_item(std::string_view item) {
     } else if (begins_with(item, "page")) {
         MESS_set_page(kPauseAtScreenful);
     } else if (begins_with(item, "line")) {
-        const std::string_view number = behind(item, "line");
+        const std::string_view number = keyword_value(item, "line").value_or("");
         if (!WORD_is_integer(number)) WORD_not("message", number, "a number of lines");
         MESS_set_max_lines(Scanner(number).integer().value_or(0));
     } else {

@@ -60,12 +60,12 @@ std::size_t WORD_distance(std::string_view a, std::string_view b) {
 }
 
 std::string_view WORD_nearest(std::string_view word, KnownWords known) {
-    constexpr std::size_t letters_per_fault = 3;
+    constexpr std::size_t kLettersPerFault = 3;
     // Far more than any word that is known: what is longer is not worth the table.
-    constexpr std::size_t longest = 64;
-    if (word.size() > longest) return {};
+    constexpr std::size_t kLongest = 64;
+    if (word.size() > kLongest) return {};
     const std::string wanted = lower_case(word);
-    std::size_t smallest = std::max<std::size_t>(word.size() / letters_per_fault, 1);
+    std::size_t smallest = std::max<std::size_t>(word.size() / kLettersPerFault, 1);
     std::size_t longest_beginning = 0;
     std::string_view nearest;
     for (const std::string_view candidate : known) {

@@ -48,8 +48,8 @@ void VYX_exit(int status) {
 
 int VYX_sleep(float seconds) {
     if (!(seconds > 0.0F)) return -1;
-    constexpr double longest = 1e9; // keeps an infinite wait within the clock's range
-    const double wait = std::min(static_cast<double>(seconds), longest);
+    constexpr double kLongest = 1e9; // keeps an infinite wait within the clock's range
+    const double wait = std::min(static_cast<double>(seconds), kLongest);
     std::this_thread::sleep_for(Microseconds(static_cast<Microseconds::rep>(wait * 1e6)));
     return 0;
 }

@@ -65,15 +65,15 @@ void tell_unknown(std::string_view resource, std::string_view text, const std::a
 }
 
 void switch_component(std::string_view name, int value) {
-    constexpr std::string_view nothing = "none";
+    constexpr std::string_view kNothing = "none";
     if (name.empty()) return;
-    if (stricmp(name, nothing) == 0) {
+    if (stricmp(name, kNothing) == 0) {
         FLAG_setplot(kPlotAny, 0);
         return;
     }
     const Word *word = find_word(kDrawWords, name);
     if (word == nullptr) {
-        tell_unknown("draw", name, kDrawWords, nothing);
+        tell_unknown("draw", name, kDrawWords, kNothing);
         return;
     }
     FLAG_setplot(word->value, value);

@@ -62,10 +62,10 @@ void check_item(std::string_view resource, std::string_view item, ParamLists lis
         WORD_tell(resource, '"' + std::string(row->word) + "\" " + std::string(row->no_effect));
         return;
     }
-    if (row->fits == nullptr || item.size() <= row->word.size()) return;
-    const std::string_view value = item.substr(row->word.size() + 1);
-    if (!value.empty() && !row->fits(value))
-        WORD_tell(resource, '"' + std::string(value) + "\" behind \"" + std::string(row->word) +
+    const auto value = keyword_value(item, row->word);
+    if (row->fits == nullptr || !value || value->empty()) return;
+    if (!row->fits(*value))
+        WORD_tell(resource, '"' + std::string(*value) + "\" behind \"" + std::string(row->word) +
                                 "\" is not " + std::string(row->wanted));
 }
 

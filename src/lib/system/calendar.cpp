@@ -86,9 +86,9 @@ void DATE_fix_time(std::int64_t seconds) {
 void DATE_get_gmdate(const std::int64_t *seconds, DateRecord &date) {
     // The years 1 to 9999. Times outside come only from damaged files; their dates still print in four
     // digits.
-    constexpr std::int64_t earliest = -62135596800;
-    constexpr std::int64_t latest = 253402300799;
-    const std::time_t time = std::clamp(seconds != nullptr ? *seconds : DATE_get_time(), earliest, latest);
+    constexpr std::int64_t kEarliest = -62135596800;
+    constexpr std::int64_t kLatest = 253402300799;
+    const std::time_t time = std::clamp(seconds != nullptr ? *seconds : DATE_get_time(), kEarliest, kLatest);
     std::tm fields{};
     gmtime_r(&time, &fields);
     date.year = fields.tm_year + 1900;
@@ -121,8 +121,8 @@ void DATE_julian_monday(int year, int julian, int &month, int &day) {
 }
 
 void DATE_monday_julian(int year, int month, int day, int &julian) {
-    constexpr int absurd = 1'000'000; // keeps the sum of any day in range
-    julian = std::clamp(day, -absurd, absurd) +
+    constexpr int kAbsurd = 1'000'000; // keeps the sum of any day in range
+    julian = std::clamp(day, -kAbsurd, kAbsurd) +
              days_before(year)[static_cast<std::size_t>(std::clamp(month, 1, 12) - 1)];
 }
 

@@ -27,15 +27,15 @@ std::optional<std::int64_t> Scanner::long_integer(std::size_t width) {
     failed_ = at >= field.size() || !is_digit(field[at]);
     if (failed_) return std::nullopt;
     // Counted downwards, since the most negative number has no positive twin.
-    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
+    constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
     std::int64_t value = 0;
     for (; at < field.size() && is_digit(field[at]); ++at) {
         const int digit = field[at] - '0';
-        value = value < (lowest + digit) / 10 ? lowest : value * 10 - digit;
+        value = value < (kLowest + digit) / 10 ? kLowest : value * 10 - digit;
     }
     position_ += at;
     if (negative) return value;
-    return value == lowest ? std::numeric_limits<std::int64_t>::max() : -value;
+    return value == kLowest ? std::numeric_limits<std::int64_t>::max() : -value;
 }
 
 std::optional<int> Scanner::integer(std::size_t width) {
@@ -63,8 +63,8 @@ std::optional<float> Scanner::real() {
     if (error == std::errc::result_out_of_range)
         value = std::strtod(std::string(field, 0, length).c_str(), nullptr);
     position_ += plus + length;
-    constexpr double largest = std::numeric_limits<float>::max();
-    return static_cast<float>(std::clamp(value, -largest, largest));
+    constexpr double kLargest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -kLargest, kLargest));
 }
 
 std::optional<std::string_view> Scanner::word(std::size_t width) {
@@ -86,5 +86,12 @@ std::optional<std::string_view> Scanner::until(std::string_view stops, std::size
 bool Scanner::literal(char expected) {
     failed_ = failed_ || at_end() || text_[position_] != expected;
     if (!failed_) ++position_;
+    return !failed_;
+}
+
+bool Scanner::skip(std::string_view passed) {
+    const std::size_t end = std::min(text_.find_first_not_of(passed, position_), text_.size());
+    failed_ = failed_ || end == position_;
+    if (!failed_) position_ = end;
     return !failed_;
 }

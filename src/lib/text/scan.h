@@ -28,6 +28,8 @@ public:
     std::optional<std::string_view> until(std::string_view stops, std::size_t width = kAnyWidth);
     /// The next character is `expected`; blanks are not skipped.
     bool literal(char expected);
+    /// "%*[passed]": passes over one or more characters that are among `passed`.
+    bool skip(std::string_view passed);
     /// A blank of a format: any number of blanks, tabs and line ends.
     void skip_blanks();
 

@@ -44,6 +44,11 @@ bool begins_with(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && strnicmp(text, prefix, prefix.size()) == 0;
 }
 
+std::optional<std::string_view> keyword_value(std::string_view item, std::string_view keyword) {
+    if (!begins_with(item, keyword) || item.size() == keyword.size()) return std::nullopt;
+    return item.substr(keyword.size() + 1);
+}
+
 void fill_string(std::string &text, char from, char to) {
     std::replace(text.begin(), text.end(), from, to);
 }
@@ -54,10 +59,10 @@ void wstrim_string(std::string &text) {
 }
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 std::string lower_case(std::string_view text) {
@@ -90,13 +95,13 @@ std::string vformat_text(const char *format, std::va_list arguments) {
 std::string set_num(float value, int significant, int decimals) {
     if (!std::isfinite(value)) return format_text("%g", static_cast<double>(value));
     // No float needs more: the smallest has its last digit in the 149th decimal, the largest has 39 places.
-    constexpr int most_decimals = 150;
-    significant = std::clamp(significant, 1, most_decimals);
-    decimals = std::clamp(decimals, 0, most_decimals);
+    constexpr int kMostDecimals = 150;
+    significant = std::clamp(significant, 1, kMostDecimals);
+    decimals = std::clamp(decimals, 0, kMostDecimals);
     // The exponent is taken after rounding, so that 9.96 in two digits is "10" and not "10.0".
     const std::string scientific = format_text("%.*e", significant - 1, static_cast<double>(value));
     const int exponent = std::atoi(scientific.c_str() + scientific.find('e') + 1);
-    const int shown = std::clamp(significant - 1 - exponent, decimals, most_decimals);
+    const int shown = std::clamp(significant - 1 - exponent, decimals, kMostDecimals);
     std::string text = format_text("%.*f", shown, static_cast<double>(value));
     if (shown > 0) {
         const std::size_t point = text.find('.');

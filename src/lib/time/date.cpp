@@ -221,11 +221,11 @@ void DATE_set_TZ(std::string_view text) {
     Scanner scanner(text);
     state.zone_name += scanner.until(":", 4).value_or("");
     scanner.literal(':');
-    constexpr double most_hours = 10000; // far beyond any zone, far below what seconds in an int can hold
+    constexpr double kMostHours = 10000; // far beyond any zone, far below what seconds in an int can hold
     const std::optional<float> given = scanner.real();
     const bool universal = text.empty() || text == "Z" || text == "UTC" || text == "GMT";
     if (!universal && (!given || !scanner.at_end())) WORD_not("Time zone", text, "NAME:HOURS");
-    const double hours = std::clamp(static_cast<double>(given.value_or(0.0F)), -most_hours, most_hours);
+    const double hours = std::clamp(static_cast<double>(given.value_or(0.0F)), -kMostHours, kMostHours);
     state.zone_offset = static_cast<int>(hours * 3600);
 }
 

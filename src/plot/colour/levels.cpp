@@ -139,13 +139,6 @@ std::optional<std::size_t> find_level(float value) {
     return std::min(last, colors - 1);
 }
 
-/// The text behind a keyword and one separator character; nothing when the word has another keyword or no
-/// value.
-std::optional<std::string_view> keyword_value(std::string_view word, std::string_view keyword) {
-    if (!begins_with(word, keyword) || word.size() <= keyword.size() + 1) return std::nullopt;
-    return word.substr(keyword.size() + 1);
-}
-
 void tell_no_level_file(const std::string &name, int fault) {
     MESS_print(kWarn, "CONT_set_fill_colors: Unable to read contour level file: %s\n", name.c_str());
     MESS_print_fault(kWarn, "CONT_set_fill_colors", name, fault);
@@ -339,7 +332,8 @@ std::span<const WordRule> CONT_param_words() {
 
 void CONT_param_decode() {
     for (const std::string &word : RES_getvals("plot_param")) {
-        if (const auto pattern = keyword_value(word, "fill")) state.fill_pat = ATTR_parse_fill_pat(*pattern);
+        if (const auto pattern = keyword_value(word, "fill").value_or(""); !pattern.empty())
+            state.fill_pat = ATTR_parse_fill_pat(pattern);
         if (const auto low = keyword_value(word, "conmin"))
             if (const auto value = Scanner(*low).real()) state.min_cut = *value;
         if (const auto high = keyword_value(word, "conmax"))

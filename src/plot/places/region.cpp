@@ -11,6 +11,7 @@
 #include "lib/report/process.h"
 #include "lib/resources/database.h"
 #include "lib/resources/prompt.h"
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "plot/places/domain_string.h"
 #include "plot/places/region_lines.h"
@@ -135,7 +136,7 @@ std::string ask_menu() {
     const std::string answer = VYX_prompts("Enter the region: ", kAnswerLength);
     const bool digits = answer.find_first_not_of("0123456789") == std::string::npos;
     if (!digits || answer.empty() || answer.size() > 2) return answer;
-    const auto number = static_cast<std::size_t>(std::stoi(answer));
+    const auto number = static_cast<std::size_t>(Scanner(answer).integer().value_or(0));
     return number < state.menu.size() ? state.menu[number].abbreviation : answer;
 }
 

@@ -228,11 +228,6 @@ void set_bar(std::string_view value) {
     if (!scan.failed()) CONT_set_bar_range(*max, *min);
 }
 
-/// What follows a word and one separator.
-std::string_view value_behind(std::string_view item, std::size_t word) {
-    return item.substr(std::min(word + 1, item.size()));
-}
-
 /// `value` is what follows the word and one separator; empty when nothing does.
 void apply(Param param, std::string_view value) {
     const std::optional<int> number = Scanner(value).integer();
@@ -306,7 +301,7 @@ void PLT_param_min_size() {
     constexpr std::string_view word = "min_size";
     for (const std::string &item : RES_getvals("plot_param"))
         if (const std::string_view text = trimmed(item); begins_with(text, word))
-            apply(Param::min_size, value_behind(text, word.size()));
+            apply(Param::min_size, keyword_value(text, word).value_or(""));
 }
 
 void PLT_param_decode() {
@@ -314,13 +309,13 @@ void PLT_param_decode() {
         const std::string item(trimmed(given));
         for (const ParamWord &word : kParamWords) {
             if (word.prefix ? !begins_with(item, word.word) : stricmp(item, word.word) != 0) continue;
-            apply(word.param, value_behind(item, word.word.size()));
+            apply(word.param, keyword_value(item, word.word).value_or(""));
             break;
         }
     }
     for (const std::string &item : RES_getvals("out_file")) {
-        if (begins_with(item, "gif")) PLT_set_dump(kDumpGif, value_behind(item, 3));
-        if (begins_with(item, "png")) PLT_set_dump(kDumpPng, value_behind(item, 3));
+        if (begins_with(item, "gif")) PLT_set_dump(kDumpGif, keyword_value(item, "gif").value_or(""));
+        if (begins_with(item, "png")) PLT_set_dump(kDumpPng, keyword_value(item, "png").value_or(""));
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <string>
 
@@ -32,9 +31,7 @@ std::optional<int> fixed_number(std::string_view text, std::size_t digits) {
     if (text.size() < digits ||
         !std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(digits), is_digit))
         return std::nullopt;
-    int number = 0;
-    std::from_chars(text.data(), text.data() + digits, number);
-    return number;
+    return Scanner(text).integer(digits);
 }
 
 std::optional<DayTime> day_time(std::string_view text) {

@@ -1,10 +1,9 @@
 #include "radar/common/options.h"
 
 #include <cmath>
-#include <cstdio>
-#include <string>
 
 #include "graphics/kernel/helpers.h"
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "plot/background/background_map.h"
 #include "plot/map/current_map.h"
@@ -15,41 +14,30 @@ constexpr int kSiteMarker = 2;
 constexpr float kMaxRingNm = 20000.0F; ///< beyond the earth's girth a ring means nothing
 
 void decode_rings(std::string_view text, std::array<float, kMaxRings> &rings) {
-    std::array<float, kMaxRings> given{};
-    const std::string copy(text);
-    const int count = std::sscanf(copy.c_str(), "%f:%f:%f:%f", &given[0], &given[1], &given[2], &given[3]);
     rings = {};
     std::size_t used = 0;
-    for (int i = 0; i < count; ++i) {
-        const float ring = given[static_cast<std::size_t>(i)];
-        if (std::isfinite(ring) && ring > 0 && ring < kMaxRingNm) rings[used++] = ring;
+    Scanner scan(text);
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        if (const auto ring = scan.real(); ring && *ring > 0 && *ring < kMaxRingNm) rings[used++] = *ring;
+        scan.literal(':');
     }
-}
-
-float decode_clutter(std::string_view text) {
-    const std::string copy(text);
-    float value = 0;
-    if (std::sscanf(copy.c_str(), "%f", &value) != 1 || !std::isfinite(value)) return 0;
-    return value;
 }
 
 } // namespace
 
 bool RADAR_option_word(std::string_view word, RadarOptions &options) {
-    constexpr std::string_view kDist = "dist";
-    constexpr std::string_view kClutter = "clutter";
     if (stricmp(word, "site") == 0) {
         options.site = true;
-    } else if (begins_with(word, kDist)) {
-        if (word.size() > kDist.size())
-            decode_rings(word.substr(kDist.size() + 1), options.rings_nm);
+    } else if (begins_with(word, "dist")) {
+        if (const auto distances = keyword_value(word, "dist"))
+            decode_rings(*distances, options.rings_nm);
         else
             options.rings_nm = {kDefaultRingNm};
     } else if (stricmp(word, "nodist") == 0) {
         options.rings_nm = {};
-    } else if (begins_with(word, kClutter)) {
-        options.clutter = word.size() > kClutter.size() ? decode_clutter(word.substr(kClutter.size() + 1))
-                                                        : static_cast<float>(kDefaultClutterBins);
+    } else if (begins_with(word, "clutter")) {
+        const auto bins = keyword_value(word, "clutter");
+        options.clutter = bins ? Scanner(*bins).real().value_or(0) : static_cast<float>(kDefaultClutterBins);
     } else if (stricmp(word, "noclutter") == 0) {
         options.clutter = 0;
     } else if (stricmp(word, "refresh") == 0) {

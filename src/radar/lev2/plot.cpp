@@ -105,15 +105,11 @@ std::span<const WordRule> LEV2_param_words() {
 }
 
 void LEV2_plot_param() {
-    constexpr std::string_view kRange = "range";
     for (const std::string &word : RES_getvals("plot_param")) {
         if (RADAR_option_word(word, state.options)) continue;
         if (stricmp(word, "superres") == 0) state.superres = true;
-        if (begins_with(word, kRange) && word.size() > kRange.size() + 1) {
-            Scanner scanner(std::string_view(word).substr(kRange.size() + 1));
-            const int range = scanner.integer().value_or(0);
-            if (range >= 1) state.range_km = std::min(range, kMostRangeKm);
-        }
+        const auto range = Scanner(keyword_value(word, "range").value_or("")).integer();
+        if (range && *range >= 1) state.range_km = std::min(*range, kMostRangeKm);
     }
 }
 

@@ -103,10 +103,9 @@ void NidsGridFile::finish() {
 std::optional<NidsGridFile> NIDS_grd_out_file(const NidsInfo &info, int number) {
     for (const std::string &word : RES_getvals("out_file")) {
         if (!begins_with(word, kFormatWord)) continue;
-        const bool named = word.size() > kFormatWord.size() + 1;
-        const std::string_view convention =
-            named ? std::string_view(word).substr(kFormatWord.size() + 1) : kDefaultKey;
-        return open_grid_file(grid_file_name(convention, info), info, number);
+        const std::string_view convention = keyword_value(word, kFormatWord).value_or("");
+        const std::string name = grid_file_name(convention.empty() ? kDefaultKey : convention, info);
+        return open_grid_file(name, info, number);
     }
     return std::nullopt;
 }

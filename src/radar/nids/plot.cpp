@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
@@ -12,6 +11,7 @@
 #include "lib/report/message.h"
 #include "lib/report/misfits.h"
 #include "lib/resources/database.h"
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "plot/background/background_map.h"
 #include "plot/bar/color_bar.h"
@@ -32,12 +32,6 @@ namespace {
 using namespace std::string_view_literals;
 
 NidsPlotState &state = NIDS_state();
-
-void decode_count(std::string_view text, int &count) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc{} && value >= 0) count = value;
-}
 
 /// Unset fields of the date take the product's.
 void complete_date(DateRecord &date, const DateRecord &product) {
@@ -99,14 +93,13 @@ std::span<const WordRule> NIDS_param_words() {
 }
 
 void NIDS_plot_param() {
-    constexpr std::string_view kCount = "numplt";
     for (const std::string &word : RES_getvals("plot_param")) {
         if (RADAR_option_word(word, state.options)) continue;
         if (stricmp(word, "graph") == 0) state.graph = true;
         if (stricmp(word, "nograph") == 0) state.graph = false;
         if (stricmp(word, "strong") == 0) state.strong_only = true;
-        if (begins_with(word, kCount) && word.size() > kCount.size() + 1)
-            decode_count(std::string_view(word).substr(kCount.size() + 1), state.most_storms);
+        const auto count = Scanner(keyword_value(word, "numplt").value_or("")).integer();
+        if (count && *count >= 0) state.most_storms = *count;
     }
 }
 

@@ -3,10 +3,8 @@
 #include "radar/nids/storm.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdio>
 
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 
 namespace {
@@ -29,10 +27,15 @@ bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-/// Words as the tables use them, at most 19 characters.
-struct Words {
-    std::array<char, 20> id{}, first{}, second{}, third{};
-};
+/// Longest word of the tables, characters.
+constexpr std::size_t kWordWidth = 19;
+/// A ">" before the top tells that the storm reaches above the highest beam.
+constexpr std::string_view kBeforeTop = " >";
+
+/// A field that the line does not have stays as it is, and so do those behind it.
+void take(Scanner &scan, float &field) {
+    if (const auto value = scan.real()) field = *value;
+}
 
 float hail_probability(std::string_view word) {
     if (word == "POS") return 100.0F; // positive
@@ -41,54 +44,75 @@ float hail_probability(std::string_view word) {
 }
 
 /// What stands from a column on; empty when the line is shorter.
-std::string from_column(std::string_view line, std::size_t column) {
-    return column < line.size() ? std::string(line.substr(column)) : std::string();
+std::string_view from_column(std::string_view line, std::size_t column) {
+    return line.substr(std::min(column, line.size()));
 }
 
-int read_hail_line(const std::string &line, NidsStorm &storm) {
-    Words w;
-    const int read = std::sscanf(line.c_str(), "%19s %f %f %19s %19s %19s %f %f %f%*[ >]%f %f %f",
-                                 w.id.data(), &storm.azimuth, &storm.range_nm, w.first.data(),
-                                 w.second.data(), w.third.data(), &storm.max_dbz, &storm.max_dbz_height,
-                                 &storm.spare, &storm.top, &storm.direction, &storm.speed_kt);
-    if (read < 1) return 0;
-    storm.id = w.id.data();
-    storm.tvs = std::string_view(w.first.data()) == "YES" ? 1.0F : 0.0F;
-    storm.meso = std::string_view(w.second.data()) == "YES" ? 1.0F : 0.0F;
-    storm.posh = hail_probability(w.third.data());
-    return 1;
+bool read_hail_line(std::string_view line, NidsStorm &storm) {
+    Scanner scan(line);
+    const auto id = scan.word(kWordWidth);
+    if (!id) return false;
+    storm.id = *id;
+    take(scan, storm.azimuth);
+    take(scan, storm.range_nm);
+    storm.tvs = scan.word(kWordWidth) == "YES" ? 1.0F : 0.0F;
+    storm.meso = scan.word(kWordWidth) == "YES" ? 1.0F : 0.0F;
+    storm.posh = hail_probability(scan.word(kWordWidth).value_or(""));
+    take(scan, storm.max_dbz);
+    take(scan, storm.max_dbz_height);
+    take(scan, storm.spare);
+    scan.skip(kBeforeTop);
+    take(scan, storm.top);
+    take(scan, storm.direction);
+    take(scan, storm.speed_kt);
+    return true;
 }
 
-int read_liquid_line(const std::string &line, NidsStorm &storm) {
-    Words w;
-    const int read = std::sscanf(line.c_str(), "%19s %f/%f %19s %19s", w.id.data(), &storm.azimuth,
-                                 &storm.range_nm, w.first.data(), w.second.data());
-    if (read < 4) return 0;
-    storm.id = w.id.data();
-    const std::string_view tvs = w.first.data();
-    const std::string_view meso = w.second.data();
-    storm.tvs = tvs == "YES" || tvs == "TVS" ? 1.0F : 0.0F;
-    int strength = 0;
-    std::from_chars(meso.data(), meso.data() + meso.size(), strength);
-    if (meso == "YES" || meso == "MESO") storm.meso = 1.0F;
-    if (strength >= 1) storm.meso = static_cast<float>(strength);
-
-    int severe = 0;
-    int hail = 0;
-    if (std::sscanf(from_column(line, kColumnHail).c_str(), "%6d/%6d", &severe, &hail) == 2) {
-        storm.posh = static_cast<float>(severe);
-        storm.poh = static_cast<float>(hail);
+/// Probabilities of severe hail and of hail, and the size of the stones.
+void read_hail(std::string_view line, NidsStorm &storm) {
+    constexpr std::size_t kPercentWidth = 6;
+    Scanner percent(from_column(line, kColumnHail));
+    const auto severe = percent.integer(kPercentWidth);
+    percent.literal('/');
+    const auto hail = percent.integer(kPercentWidth);
+    if (hail) {
+        storm.posh = static_cast<float>(*severe);
+        storm.poh = static_cast<float>(*hail);
     }
-    std::sscanf(from_column(line, kColumnSize).c_str(), "%f", &storm.hail_size_in);
+    Scanner size(from_column(line, kColumnSize));
+    take(size, storm.hail_size_in);
     // "<0.50": too small to measure. The sign stands in the column before the number, or takes its first
     // place.
-    if (from_column(line, kColumnLess).substr(0, 2).find('<') != std::string::npos)
-        storm.hail_size_in = kSmallestHailInch;
-    // A ">" before the top tells that the storm reaches above the highest beam.
-    std::sscanf(from_column(line, kColumnStructure).c_str(), "%f %f %f%*[ >]%f", &storm.vil, &storm.max_dbz,
-                &storm.max_dbz_height, &storm.top);
-    std::sscanf(from_column(line, kColumnMotion).c_str(), "%f/%f", &storm.direction, &storm.speed_kt);
-    return 1;
+    if (contains(from_column(line, kColumnLess).substr(0, 2), "<")) storm.hail_size_in = kSmallestHailInch;
+}
+
+bool read_liquid_line(std::string_view line, NidsStorm &storm) {
+    Scanner scan(line);
+    const auto id = scan.word(kWordWidth);
+    take(scan, storm.azimuth);
+    scan.literal('/');
+    take(scan, storm.range_nm);
+    const auto tvs = scan.word(kWordWidth);
+    if (!tvs) return false;
+    storm.id = *id;
+    storm.tvs = tvs == "YES" || tvs == "TVS" ? 1.0F : 0.0F;
+    const std::string_view meso = scan.word(kWordWidth).value_or("");
+    const int strength = Scanner(meso).integer().value_or(0);
+    if (meso == "YES" || meso == "MESO") storm.meso = 1.0F;
+    if (strength >= 1) storm.meso = static_cast<float>(strength);
+    read_hail(line, storm);
+
+    Scanner structure(from_column(line, kColumnStructure));
+    take(structure, storm.vil);
+    take(structure, storm.max_dbz);
+    take(structure, storm.max_dbz_height);
+    structure.skip(kBeforeTop);
+    take(structure, storm.top);
+    Scanner motion(from_column(line, kColumnMotion));
+    take(motion, storm.direction);
+    motion.literal('/');
+    take(motion, storm.speed_kt);
+    return true;
 }
 
 } // namespace
@@ -100,11 +124,10 @@ int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm) {
         layout = kLiquidTable;
     if (line.starts_with(" STM") || line.starts_with("NO STORM")) return 0;
     storm = NidsStorm{};
-    const std::string copy(line);
-    int read = 0;
-    if (layout == kHailTable) read = read_hail_line(copy, storm);
-    if (layout == kLiquidTable) read = read_liquid_line(copy, storm);
-    return read == 1 && !is_missing(storm.azimuth) ? 1 : 0;
+    const bool read = layout == kHailTable     ? read_hail_line(line, storm)
+                      : layout == kLiquidTable ? read_liquid_line(line, storm)
+                                               : false;
+    return read && !is_missing(storm.azimuth) ? 1 : 0;
 }
 
 bool NIDS_is_strong(const NidsStorm &storm) {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <bit>
-#include <charconv>
 #include <cstring>
 #include <map>
 #include <optional>
@@ -14,6 +13,8 @@
 #include "graphics/devices/memory/canvas.h"
 #include "lib/report/message.h"
 #include "lib/system/large_memory.h"
+#include "lib/text/scan.h"
+#include "lib/text/strings.h"
 
 namespace {
 
@@ -77,22 +78,22 @@ void aim_canvases() {
     }
 }
 
-std::optional<int> leading_number(std::string_view &text) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{}) return std::nullopt;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return value;
+/// A number without a sign, which would be a place, and that an int can hold.
+std::optional<int> side_of(Scanner &geometry) {
+    if (geometry.at_end() || !is_digit(geometry.rest().front())) return std::nullopt;
+    const auto number = geometry.long_integer();
+    if (!number || !std::in_range<int>(*number)) return std::nullopt;
+    return static_cast<int>(*number);
 }
 
 /// Width and height of "wxh+x+y"; a place without a size, and anything else, changes nothing.
 void take_size(std::string_view geometry, int &width, int &height) {
-    if (!geometry.empty() && geometry[0] == '=') geometry.remove_prefix(1);
-    const std::optional<int> w = leading_number(geometry);
-    if (!w || *w <= 0 || geometry.empty() || (geometry[0] != 'x' && geometry[0] != 'X')) return;
-    geometry.remove_prefix(1);
-    const std::optional<int> h = leading_number(geometry);
-    if (!h || *h <= 0) return;
+    if (geometry.starts_with('=')) geometry.remove_prefix(1);
+    Scanner scan(geometry);
+    const std::optional<int> w = side_of(scan);
+    if (!scan.literal(scan.rest().starts_with('X') ? 'X' : 'x')) return;
+    const std::optional<int> h = side_of(scan);
+    if (!w || !h || *w <= 0 || *h <= 0) return;
     width = *w;
     height = *h;
 }

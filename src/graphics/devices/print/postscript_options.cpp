@@ -29,7 +29,7 @@ void tell_option(std::string_view word) {
                                         "gray", "scale", "lwidth", "sz"};
     for (const PaperSize &paper : kPaperSizes) known.push_back(paper.name);
     const bool valued =
-        option_value(word, "scale") || option_value(word, "lwidth") || option_value(word, "sz");
+        keyword_value(word, "scale") || keyword_value(word, "lwidth") || keyword_value(word, "sz");
     if (valued)
         WORD_not("device", word, "an option with a value that can be used");
     else
@@ -54,11 +54,11 @@ bool apply_postscript_option(PostScriptOptions &options, std::string_view word, 
         inverse = true;
     } else if (begins_with(word, "gray")) {
         options.color = false;
-    } else if (const auto scale = option_value(word, "scale")) {
+    } else if (const auto scale = keyword_value(word, "scale")) {
         const auto value = Scanner(*scale).real();
         if (!value || *value < kSmallestScale || *value > kLargestScale) return false;
         options.scale = *value;
-    } else if (const auto width = option_value(word, "lwidth")) {
+    } else if (const auto width = keyword_value(word, "lwidth")) {
         const auto value = Scanner(*width).integer();
         if (!value || *value < 0 || *value > kLargestBaseWidth) return false;
         options.base_width = *value;

@@ -109,14 +109,9 @@ std::string print_file_name(const std::vector<std::string> &spec,
     return named ? std::string(named) : std::string(fallback);
 }
 
-std::optional<std::string_view> option_value(std::string_view word, std::string_view keyword) {
-    if (!begins_with(word, keyword) || word.size() <= keyword.size()) return std::nullopt;
-    return word.substr(keyword.size() + 1);
-}
-
 std::optional<PageInches> parse_page_size(std::string_view word) {
     if (const auto paper = find_paper(word)) return PageInches{paper->width_inch, paper->height_inch};
-    const auto value = option_value(word, "sz");
+    const auto value = keyword_value(word, "sz");
     if (!value) return std::nullopt;
     Scanner scan(*value);
     const auto width = scan.real();

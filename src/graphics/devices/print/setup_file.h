@@ -32,10 +32,6 @@ std::vector<std::string> split_device_spec(std::string_view spec);
 std::string print_file_name(const std::vector<std::string> &spec,
                             std::initializer_list<const char *> variables, std::string_view fallback);
 
-/// The text behind a keyword and the one character that follows it: "scale=2" and "scale:2" with "scale" give
-/// "2". Case is ignored; nullopt when the word does not begin so.
-std::optional<std::string_view> option_value(std::string_view word, std::string_view keyword);
-
 /// Page width and height in inches.
 struct PageInches {
     float width = 0, height = 0;
