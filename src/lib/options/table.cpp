@@ -14,7 +14,9 @@ constexpr Row other(int id, std::string_view name) {
 }
 
 // clang-format off
-constexpr std::array kTable{
+/// What the program accepts. The order is that of the help listing, and of the matching of options that are
+/// only begun.
+constexpr std::array kProgramRows{
     Row{57, "help", "h", 0, "vyxhelp", Kind::help, "-h", "Print this help"},
     Row{3, "batch", "ba", 0, "vyxbatch", Kind::batch, "-ba", "Run program in batch mode"},
     Row{73, "message", "me", 0, "vyxmess", Kind::message, "-me level", "Message level to be displayed:\nnone,print,error,warn,mess,out1,*out2,out3,out4,debug"},
@@ -73,7 +75,10 @@ constexpr std::array kTable{
     Row{2, "background", "bg", 0, "vyxback", Kind::text, "-bg clr", "Background color"},
     Row{53, "geometry", "ge", 0, "vyxgeometry", Kind::text, "-ge wxh+x+y", "Window geometry"},
     Row{50, "filename", "", 10, "vyxfilename", Kind::list, "file [file...]", "Input file names"},
+};
 
+/// What other programs of the package accept: rows whose names a resource file may use.
+constexpr std::array kOtherRows{
     Row{49, "filename", "", 1, "vyxfilename", Kind::text_copy, "file", "Input file name"},
     Row{68, "input", "in", 0, "vyxin", Kind::text, "-in type", "Type of input"},
     other(5, "bull_file"),
@@ -107,34 +112,48 @@ constexpr std::array kTable{
     other(109, "log_file"),
 };
 
-/// The order is that of the help listing, and of the matching of options that are only begun.
-constexpr std::array kKeyedIds{
-    57, 3, 73, 48, 41, 39, 55, 94, 63, 106, 112, 113, 114, 6, 72, 111, 82, 76, 64, 80, 47, 40, 58, 78, 60, 84, 110, 96, 98, 105, 89, 88, 85, 86, 44, 69, 37, 35, 51, 27, 28, 13, 23, 17, 22, 31, 108, 10, 11, 15, 20, 8, 46, 102, 59, 2, 53};
-constexpr std::array kPositionalIds{50};
 // clang-format on
 
+constexpr const Row *row_of(int id) {
+    for (const std::span<const Row> rows :
+         {std::span<const Row>(kProgramRows), std::span<const Row>(kOtherRows)})
+        for (const Row &row : rows)
+            if (row.id == id) return &row;
+    return nullptr;
+}
+
+/// Each row is the first with its id.
 constexpr bool ids_are_unique() {
-    for (std::size_t i = 0; i < kTable.size(); ++i)
-        for (std::size_t k = i + 1; k < kTable.size(); ++k)
-            if (kTable[i].id == kTable[k].id) return false;
-    return true;
+    const auto is_first = [](const Row &row) { return row_of(row.id) == &row; };
+    return std::ranges::all_of(kProgramRows, is_first) && std::ranges::all_of(kOtherRows, is_first);
 }
 static_assert(ids_are_unique());
 
-constexpr const Row *row_of(int id) {
-    const auto *found =
-        std::find_if(kTable.begin(), kTable.end(), [id](const Row &row) { return row.id == id; });
-    return found == kTable.end() ? nullptr : found;
+constexpr bool is_keyed(const Row &row) {
+    return row.position == 0;
 }
+constexpr std::size_t kKeyedCount = std::ranges::count_if(kProgramRows, is_keyed);
+
+/// The ids of the program's rows, in their order.
+template <std::size_t Count> constexpr std::array<int, Count> program_ids(bool keyed) {
+    std::array<int, Count> ids{};
+    std::size_t used = 0;
+    for (const Row &row : kProgramRows)
+        if (is_keyed(row) == keyed) ids[used++] = row.id;
+    return ids;
+}
+constexpr auto kKeyedIds = program_ids<kKeyedCount>(true);
+constexpr auto kPositionalIds = program_ids<kProgramRows.size() - kKeyedCount>(false);
 
 /// Two options of the program with one abbreviation or one name would hide each other.
 constexpr bool program_options_are_distinct() {
-    for (std::size_t i = 0; i < kKeyedIds.size(); ++i) {
-        const Row *row = row_of(kKeyedIds[i]);
-        if (row == nullptr || row->option.empty()) return false;
-        for (std::size_t k = i + 1; k < kKeyedIds.size(); ++k) {
-            const Row *later = row_of(kKeyedIds[k]);
-            if (later == nullptr || later->option == row->option || later->name == row->name) return false;
+    for (std::size_t i = 0; i < kProgramRows.size(); ++i) {
+        const Row &row = kProgramRows[i];
+        if (!is_keyed(row)) continue;
+        if (row.option.empty()) return false;
+        for (std::size_t k = i + 1; k < kProgramRows.size(); ++k) {
+            const Row &later = kProgramRows[k];
+            if (is_keyed(later) && (later.option == row.option || later.name == row.name)) return false;
         }
     }
     return true;
