@@ -7,6 +7,7 @@
 
 #include "lib/report/message.h"
 #include "plot/places/city.h"
+#include "plot/places/region.h"
 #include "plot/places/region_lines.h"
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch_text.h"

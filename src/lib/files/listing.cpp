@@ -8,6 +8,8 @@
 #include <cstring>
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <glob.h>
 #include <sys/ioctl.h>
@@ -78,6 +80,28 @@ void sort_names(Names &names) {
     });
 }
 
+/// Names side by side, row after row, in the most columns that fit into less than `width` characters; two
+/// blanks at least stand between columns, tabs where they reach the next column.
+std::string columns_of(const Names &names, std::size_t width) {
+    std::vector<std::size_t> widths{0};
+    for (std::size_t count = 2; count <= std::min(names.size(), width / kNarrowest); ++count)
+        if (auto fitting = column_widths(names, count, width)) widths = std::move(*fitting);
+    std::string text;
+    std::size_t column_begin = 0;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += names[i];
+        const std::size_t column = i % widths.size();
+        if (column + 1 == widths.size() || i + 1 == names.size()) {
+            text += '\n';
+            column_begin = 0;
+            continue;
+        }
+        text += indent(column_begin + letters(names[i]), column_begin + widths[column]);
+        column_begin += widths[column];
+    }
+    return text;
+}
+
 void print_names(Names names) {
     sort_names(names);
     // A name must not give orders to the terminal.
@@ -86,7 +110,7 @@ void print_names(Names names) {
             std::replace_if(
                 name.begin(), name.end(),
                 [](char c) { return std::iscntrl(static_cast<unsigned char>(c)) != 0; }, '?');
-    const std::string text = FILE_columns(names, width_of_output());
+    const std::string text = columns_of(names, width_of_output());
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
@@ -113,26 +137,6 @@ Names matches(std::string_view pattern) {
 }
 
 } // namespace
-
-std::string FILE_columns(const Names &names, std::size_t width) {
-    std::vector<std::size_t> widths{0};
-    for (std::size_t count = 2; count <= std::min(names.size(), width / kNarrowest); ++count)
-        if (auto fitting = column_widths(names, count, width)) widths = std::move(*fitting);
-    std::string text;
-    std::size_t column_begin = 0;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        text += names[i];
-        const std::size_t column = i % widths.size();
-        if (column + 1 == widths.size() || i + 1 == names.size()) {
-            text += '\n';
-            column_begin = 0;
-            continue;
-        }
-        text += indent(column_begin + letters(names[i]), column_begin + widths[column]);
-        column_begin += widths[column];
-    }
-    return text;
-}
 
 void FILE_list_pattern(std::string_view pattern) {
     if (pattern.empty()) {

@@ -30,16 +30,17 @@ std::string quoted(std::string_view word) {
     return '"' + std::string(word) + '"';
 }
 
-} // namespace
-
-std::string WORD_option(std::string_view resource) {
+/// How an option is called: "-dr (draw)" for the resource "draw"; any other text as it is.
+std::string option_of(std::string_view resource) {
     for (const int id : RES_keyed_ids())
         if (const ResourceDescriptor *row = RES_descriptor(id); row->name == resource)
             return format_text("-%s (%s)", std::string(row->option).c_str(), std::string(row->name).c_str());
     return std::string(resource);
 }
 
-std::size_t WORD_distance(std::string_view a, std::string_view b) {
+/// Letters to be changed, put in, left out, or swapped with their neighbour to make `b` of `a`, ignoring
+/// case.
+std::size_t distance_of(std::string_view a, std::string_view b) {
     const std::string from = lower_case(a), to = lower_case(b);
     const std::size_t width = to.size() + 1;
     // Rows of the table of distances between beginnings; entry k is that to the first k letters of `to`.
@@ -59,7 +60,9 @@ std::size_t WORD_distance(std::string_view a, std::string_view b) {
     return above.back();
 }
 
-std::string_view WORD_nearest(std::string_view word, KnownWords known) {
+/// The known word at the smallest distance, of several the one with the longest common beginning; empty when
+/// none is near: a third of the word's letters may be wrong, and one at least.
+std::string_view nearest_of(std::string_view word, KnownWords known) {
     constexpr std::size_t kLettersPerFault = 3;
     // Far more than any word that is known: what is longer is not worth the table.
     constexpr std::size_t kLongest = 64;
@@ -69,7 +72,7 @@ std::string_view WORD_nearest(std::string_view word, KnownWords known) {
     std::size_t longest_beginning = 0;
     std::string_view nearest;
     for (const std::string_view candidate : known) {
-        const std::size_t distance = WORD_distance(word, candidate);
+        const std::size_t distance = distance_of(word, candidate);
         // A word of which no letter is right is no likeness.
         if (distance > smallest || distance >= std::max(word.size(), candidate.size())) continue;
         const std::size_t beginning = common_beginning(wanted, lower_case(candidate));
@@ -81,8 +84,10 @@ std::string_view WORD_nearest(std::string_view word, KnownWords known) {
     return nearest;
 }
 
+} // namespace
+
 void WORD_tell(std::string_view resource, std::string_view sentence) {
-    std::string line = WORD_option(resource) + ": " + std::string(sentence);
+    std::string line = option_of(resource) + ": " + std::string(sentence);
     if (!state.told.insert(line).second) return;
     if (state.holds > 0)
         state.waiting.push_back(std::move(line));
@@ -92,7 +97,7 @@ void WORD_tell(std::string_view resource, std::string_view sentence) {
 
 void WORD_unknown(std::string_view resource, std::string_view word, KnownWords known, std::string_view then) {
     std::string sentence = quoted(word) + " is not known";
-    if (const std::string_view nearest = WORD_nearest(word, known); !nearest.empty())
+    if (const std::string_view nearest = nearest_of(word, known); !nearest.empty())
         sentence += ", the nearest is " + quoted(nearest);
     if (!then.empty()) sentence.append("; ").append(then);
     WORD_tell(resource, sentence);

@@ -9,16 +9,6 @@
 
 using KnownWords = std::span<const std::string_view>;
 
-/// How an option is called: "-dr (draw)" for the resource "draw"; any other text as it is.
-std::string WORD_option(std::string_view resource);
-
-/// Letters to be changed, put in, left out, or swapped with their neighbour to make `b` of `a`, ignoring
-/// case.
-std::size_t WORD_distance(std::string_view a, std::string_view b);
-/// The known word at the smallest distance, of several the one with the longest common beginning; empty when
-/// none is near: a third of the word's letters may be wrong, and one at least.
-std::string_view WORD_nearest(std::string_view word, KnownWords known);
-
 /// `<option>: "<word>" is not known, the nearest is "<nearest>"`, and what becomes of it when `then` tells.
 void WORD_unknown(std::string_view resource, std::string_view word, KnownWords known,
                   std::string_view then = {});
@@ -42,7 +32,8 @@ public:
 };
 
 /// True when the whole text, blanks at its sides aside, is a number; is a whole number.
-bool WORD_is_number(std::string_view text);
-bool WORD_is_integer(std::string_view text);
+[[nodiscard]] bool WORD_is_number(std::string_view text);
+[[nodiscard]] bool WORD_is_integer(std::string_view text);
 /// True when it is `least` to `most` numbers joined by `separator`.
-bool WORD_are_numbers(std::string_view text, std::size_t least, std::size_t most, char separator = ':');
+[[nodiscard]] bool WORD_are_numbers(std::string_view text, std::size_t least, std::size_t most,
+                                    char separator = ':');

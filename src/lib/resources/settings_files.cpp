@@ -80,13 +80,29 @@ void store_entry(std::string_view key, const std::string &value, const ResourceP
         RES_new(kMissing, name, value.c_str(), ResourceKind::text);
 }
 
+/// Carries out one line of a resource file: comment, section word, or entry.
+void read_line(std::string_view line, ResourceSections &sections, const ResourceProgram &program) {
+    line = line.substr(0, kLongestLine);
+    line = line.substr(0, line.find('\0'));
+    if (line.starts_with('#')) return;
+    std::string_view rest = line;
+    const std::string_view word = take_word(rest);
+    std::string_view after = rest;
+    if (word.empty() || sections.directive(word, take_word(after)) || !sections.active()) return;
+    const std::optional<std::string_view> value = take_value(rest);
+    if (!value) return;
+    std::string key = lower_case(word);
+    if (key.ends_with(':')) key.pop_back();
+    store_entry(key, std::string(*value), program);
+}
+
 bool read_file(const std::string &path, ResourceSections &sections, const ResourceProgram &program) {
     errno = 0;
     TextLines lines(FILE_open(path, "r"), path, kLongestLine);
     if (!lines) return false;
     state.read.push_back(path);
     std::string line;
-    while (lines.next(line)) RES_read_line(line, sections, program);
+    while (lines.next(line)) read_line(line, sections, program);
     sections.end_file();
     return true;
 }
@@ -224,25 +240,10 @@ bool RES_key_matches(std::string_view key, std::string_view target) {
     return key.find_first_not_of('*', k) == std::string_view::npos;
 }
 
-void RES_read_line(std::string_view line, ResourceSections &sections, const ResourceProgram &program) {
-    line = line.substr(0, kLongestLine);
-    line = line.substr(0, line.find('\0'));
-    if (line.starts_with('#')) return;
-    std::string_view rest = line;
-    const std::string_view word = take_word(rest);
-    std::string_view after = rest;
-    if (word.empty() || sections.directive(word, take_word(after)) || !sections.active()) return;
-    const std::optional<std::string_view> value = take_value(rest);
-    if (!value) return;
-    std::string key = lower_case(word);
-    if (key.ends_with(':')) key.pop_back();
-    store_entry(key, std::string(*value), program);
-}
-
 void RES_read_entries(std::string_view text, ResourceSections &sections, const ResourceProgram &program) {
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        RES_read_line(text.substr(0, end), sections, program);
+        read_line(text.substr(0, end), sections, program);
         text.remove_prefix(std::min(end + 1, text.size()));
     }
     sections.end_file();

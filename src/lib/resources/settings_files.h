@@ -8,10 +8,7 @@
 
 /// True when key and target are the same text, ignoring case, where a "*" in the key stands for any run of
 /// characters.
-bool RES_key_matches(std::string_view key, std::string_view target);
-
-/// Carries out one line of a resource file: comment, section word, or entry.
-void RES_read_line(std::string_view line, ResourceSections &sections, const ResourceProgram &program);
+[[nodiscard]] bool RES_key_matches(std::string_view key, std::string_view target);
 
 /// All lines of a text that holds a resource file. Sections left open end with it; tags stay.
 void RES_read_entries(std::string_view text, ResourceSections &sections, const ResourceProgram &program);
