@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     FILE_set_hour_text(take_line(text));
     FILE_set_key('s', take_line(text));
     FILE_set_type(static_cast<int>(size % 2));
-    FILE_set_name("@" + name_template);
+    (void)FILE_set_name("@" + name_template);
 
     std::string name;
     const DateRecord date{2003, 7, 4, 185, 5, 18, 30, 0};

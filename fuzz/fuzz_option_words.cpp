@@ -27,11 +27,11 @@ namespace {
 
 void read_times(const std::string &text) {
     DateRecord date;
-    DATE_decode_seq(text.c_str(), date);
+    (void)DATE_decode_seq(text.c_str(), date);
     DATE_decode_label(text, date);
     DATE_set_TZ(text);
     DATE_make_label(date);
-    DATE_decode_month(text);
+    (void)DATE_decode_month(text);
     FILE_set_hour_text(text);
     if (FILE_read_time_digits(text, date) > text.size()) std::abort();
 }

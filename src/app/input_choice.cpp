@@ -25,7 +25,7 @@ constexpr std::string_view kPrompt = "Enter the radar filename: ";
 struct Format {
     const char *key; ///< of its naming convention
     RadarFileKind kind;
-    int type;
+    InputType type;
 };
 constexpr std::array kFormats{Format{"nids", RadarFileKind::level3, kInputNids},
                               Format{"lev2", RadarFileKind::level2, kInputLev2}};
@@ -85,9 +85,9 @@ struct Choice {
 std::optional<Choice> find_choice(Complaints &complaints) {
     std::optional<Choice> choice;
     for (const std::string &key : convention_keys()) {
-        FILE_set_name(key);
+        (void)FILE_set_name(key); // without a convention it is a name
         std::string name;
-        FILE_select(name);
+        (void)FILE_select(name); // what only a question could tell has no format
         const Format *format = format_of_selection(name, complaints);
         if (format == nullptr) continue;
         if (!choice || key == format->key) choice = Choice{key, format};
@@ -108,21 +108,21 @@ bool nothing_is_selected() {
 
 } // namespace
 
-int choose_input() {
+InputType choose_input() {
     Complaints complaints;
     std::string name;
     const Format *format = nullptr;
     if (nothing_is_selected()) {
-        FILE_get_file(kPrompt, name);
+        (void)FILE_get_file(kPrompt, name); // whether it is there, its first bytes tell
         format = format_of(name, complaints);
     } else if (const auto choice = find_choice(complaints)) {
-        FILE_set_name(choice->key);
-        FILE_select(name);
+        (void)FILE_set_name(choice->key); // found before
+        (void)FILE_select(name);
         format = choice->format;
         if (RES_getvals("filename").empty()) MESS_print(kMess, "Current filename: %s\n", name.c_str());
     } else if (RES_getvals("filename").empty()) {
-        FILE_set_name(convention_keys().front());
-        FILE_get_file(kPrompt, name); // a missing file of a time ends the program here
+        (void)FILE_set_name(convention_keys().front());
+        (void)FILE_get_file(kPrompt, name); // a missing file of a time ends the program here
     }
     if (format == nullptr) end_without_file(complaints);
     FLAG_set(kFlagInputType, format->type);

@@ -35,7 +35,8 @@ constexpr int kRegionOrDomain = 3;   ///< domain choice: "plot_domain", then "re
 /// `chosen`: the current file has been chosen already.
 void plot_nids(bool chosen) {
     std::string name;
-    if (!chosen) FILE_get_file("Enter the NIDS filename: ", name);
+    // Whether the file is there, the driver tells when it opens it.
+    if (!chosen) (void)FILE_get_file("Enter the NIDS filename: ", name);
     NIDS_check_variables();
     NIDS_set_ext_info(FILE_get_ext_info());
     NIDS_set_date(nullptr);
@@ -46,7 +47,7 @@ void plot_nids(bool chosen) {
 
 void plot_lev2(bool chosen, bool records) {
     std::string name;
-    if (!chosen) FILE_get_file("Enter the Level 2 filename: ", name);
+    if (!chosen) (void)FILE_get_file("Enter the Level 2 filename: ", name);
     LEV2_check_variables();
     LEV2_set_date(nullptr);
     LEV2_set_compress(records ? 1 : 0);
@@ -64,7 +65,7 @@ constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, Unre
                                   UnreadType{kInputNowrad, "NOWRad"}, UnreadType{kInputRcm, "RCM site"},
                                   UnreadType{kInputKavrad, "KAVRAD"}};
 
-int dispatch(int type) {
+ExitStatus dispatch(int type) {
     const bool chosen = type == kInputAuto;
     if (chosen || type == kInputNids || type == kInputLev2 || type == kInputLev2z) {
         FILE_set_type(kNamesCarryExtras);
@@ -91,7 +92,7 @@ int dispatch(int type) {
     return kExitOk;
 }
 
-int run(int argc, const char *const argv[]) {
+ExitStatus run(int argc, const char *const argv[]) {
     MESS_refuse_log(FILE_is_input);
     RES_init(argc, argv, RES_keyed_ids(), RES_positional_ids());
     if (FLAG_help() == 1) {

@@ -1,4 +1,4 @@
 #pragma once
 
 /// The whole program: resources, help, input type, one driver. Returns the exit status.
-int run_program(int argc, const char *const argv[]);
+[[nodiscard]] int run_program(int argc, const char *const argv[]);

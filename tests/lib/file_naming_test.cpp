@@ -25,7 +25,7 @@ const DateRecord kEvening = date(2003, 7, 4, 18, 30);
 
 /// The name that a template makes of a date.
 std::string expand(const std::string &text, const DateRecord &when = kEvening) {
-    FILE_set_name("@" + text);
+    EXPECT_EQ(FILE_set_name("@" + text), 1);
     std::string name;
     FILE_set_date(&when, name);
     return name;
@@ -74,7 +74,7 @@ TEST(NamingConvention, ExactAndPartialKeys) {
     EXPECT_EQ(FILE_get_min_size(), 9);
 
     FILE_save_name_conv();
-    FILE_set_name("@dump%i.gif");
+    EXPECT_EQ(FILE_set_name("@dump%i.gif"), 1);
     FILE_set_date(&kEvening, name);
     EXPECT_EQ(name, "dump07.gif");
     FILE_restore_name_conv();
@@ -105,13 +105,13 @@ TEST(NamingConvention, LongLinesAreTold) {
 }
 
 TEST(NamingConvention, NamesWithoutATimeTakeThatOfTheData) {
-    FILE_set_name("none");
+    EXPECT_EQ(FILE_set_name("none"), 0);
     std::string out;
     FILE_set_file("plain.nids", out);
     FILE_set_data_date(kEvening);
     EXPECT_EQ(FILE_get_full_date(), kEvening);
     EXPECT_EQ(FILE_get_date(), DateRecord{});
-    FILE_set_name("@%Y%m%d.nids");
+    EXPECT_EQ(FILE_set_name("@%Y%m%d.nids"), 1);
     FILE_set_file("20010203.nids", out);
     EXPECT_EQ(FILE_get_full_date(), date(2001, 2, 3, 18, 30)) << "what the name tells counts";
 }
@@ -229,7 +229,7 @@ TEST(NameReading, ProducedNamesReadBack) {
 TEST(NameReading, ShortNamesGrowAndOthersStand) {
     RES_put("data_path", "/data");
     FILE_set_key('s', "KTLX");
-    FILE_set_name("@{%Dnids/%s/}%y%m%d%h%n.nids");
+    EXPECT_EQ(FILE_set_name("@{%Dnids/%s/}%y%m%d%h%n.nids"), 1);
     EXPECT_EQ(given("0307041830"), "/data/nids/KTLX/0307041830.nids");
     EXPECT_EQ(given("/other/0307041830.nids"), "/other/0307041830.nids");
     EXPECT_EQ(FILE_get_date(), kEvening);
@@ -239,7 +239,7 @@ TEST(NameReading, ShortNamesGrowAndOthersStand) {
     EXPECT_EQ(given("sample.bin"), "sample.bin");
     EXPECT_EQ(FILE_get_date(), DateRecord{});
 
-    FILE_set_name("@%Dnids/%s/%y%m%d%h%n.%e");
+    EXPECT_EQ(FILE_set_name("@%Dnids/%s/%y%m%d%h%n.%e"), 1);
     EXPECT_EQ(given("nids/KTLX/0307041830.N0R"), "/data/nids/KTLX/0307041830.N0R");
     EXPECT_EQ(given("nids/KTLX/0307041830.NXX"), "/data/nids/KTLX/0307041830.N0R")
         << "the extension is set now";
@@ -250,14 +250,14 @@ TEST(NameReading, ShortNamesGrowAndOthersStand) {
     EXPECT_EQ(given("std"), "-");
     EXPECT_EQ(given("|zcat 0307041830.gz"), "|zcat 0307041830.gz");
     EXPECT_EQ(given(std::string(300, 'x')).size(), 300U);
-    FILE_set_name("@/a/%y.x");
+    EXPECT_EQ(FILE_set_name("@/a/%y.x"), 1);
     EXPECT_EQ(given("/b/03"), "/b/03") << "two full paths";
-    FILE_set_name("@%D/%y%m%d%h%n.nids");
+    EXPECT_EQ(FILE_set_name("@%D/%y%m%d%h%n.nids"), 1);
     EXPECT_EQ(given("0307041830.nids"), "/data/0307041830.nids");
 }
 
 TEST(NameReading, AGivenNameIsTheFileOfItsDate) {
-    FILE_set_name("@%D%s_%y%m%d%h%n.nids");
+    EXPECT_EQ(FILE_set_name("@%D%s_%y%m%d%h%n.nids"), 1);
     EXPECT_EQ(given("/x/KTLX_0307041830.nids.gz"), "/x/KTLX_0307041830.nids.gz");
     EXPECT_EQ(FILE_get_date(), kEvening);
     std::string name;
@@ -275,7 +275,7 @@ TEST(NameReading, AGivenNameIsTheFileOfItsDate) {
 }
 
 TEST(NameReading, TimesAndExtraInformationSplitOff) {
-    FILE_set_name("none");
+    EXPECT_EQ(FILE_set_name("none"), 0);
     EXPECT_EQ(given("file#2003070418x"), "file");
     EXPECT_EQ(FILE_get_date(), date(2003, 7, 4, 18));
     EXPECT_EQ(given("file#x"), "file#x");
@@ -301,7 +301,7 @@ TEST(NameReading, TimesAndExtraInformationSplitOff) {
 }
 
 TEST(CurrentFile, OffsetsFromTheBaseTime) {
-    FILE_set_name("@%Y%m%d%h%n");
+    EXPECT_EQ(FILE_set_name("@%Y%m%d%h%n"), 1);
     DateRecord now = kEvening;
     DATE_fix_time(DATE_num_sec(now) + 42);
     EXPECT_EQ(current(""), "200307041830");
@@ -315,14 +315,14 @@ TEST(CurrentFile, OffsetsFromTheBaseTime) {
     EXPECT_EQ(given("cu-2:30"), "200307041600");
 
     std::string out;
-    FILE_set_name("@%Y%m%d%3h");
+    EXPECT_EQ(FILE_set_name("@%Y%m%d%3h"), 1);
     EXPECT_EQ(FILE_set_current("", out), DATE_num_sec(now) - 30 * 60);
     setenv("vyxcurtime", "#199912312359", 1);
     EXPECT_EQ(current(""), "1999123121");
 }
 
 TEST(CurrentFile, SetFieldsPullTheBaseBack) {
-    FILE_set_name("@%Y%m%d%h%n");
+    EXPECT_EQ(FILE_set_name("@%Y%m%d%h%n"), 1);
     DateRecord now = kEvening;
     DATE_fix_time(DATE_num_sec(now));
     const auto with = [](const DateRecord &set) {
@@ -338,7 +338,7 @@ TEST(CurrentFile, SetFieldsPullTheBaseBack) {
 
 TEST(CurrentFile, SearchesTheLatest) {
     const ScratchDir dir;
-    FILE_set_name("@" + dir.path() + "/%Y%m%d%h");
+    EXPECT_EQ(FILE_set_name("@" + dir.path() + "/%Y%m%d%h"), 1);
     DateRecord now = kEvening;
     DATE_fix_time(DATE_num_sec(now));
     dir.write("2003070410", "enough");

@@ -35,7 +35,7 @@ using Names = std::vector<std::string>;
 } // namespace
 
 TEST(FileSeries, HoursAroundTheFirstDate) {
-    FILE_set_name("@%d%h");
+    EXPECT_EQ(FILE_set_name("@%d%h"), 1);
     EXPECT_EQ(series(nullptr), (Names{"0418"}));
     EXPECT_EQ(FILE_get_num_file(), 0);
     EXPECT_EQ(series("-6"), (Names{"0412", "0413", "0414", "0415", "0416", "0417", "0418"}));
@@ -47,7 +47,7 @@ TEST(FileSeries, HoursAroundTheFirstDate) {
         << "whole steps, not nearer than the span";
     EXPECT_EQ(series("2,-7"), (Names{"0418", "0419", "0420"}));
 
-    FILE_set_name("@%h%10n");
+    EXPECT_EQ(FILE_set_name("@%h%10n"), 1);
     EXPECT_EQ(series(":30"), (Names{"1830", "1840", "1850", "1900"}));
     EXPECT_EQ(series("-0:20"), (Names{"1810", "1820", "1830"}));
     EXPECT_EQ(FILE_get_nsecs(), -1200);
@@ -57,7 +57,7 @@ TEST(FileSeries, HoursAroundTheFirstDate) {
 }
 
 TEST(FileSeries, NoneIsEndlessOrWithoutTimes) {
-    FILE_set_name("@%d%h");
+    EXPECT_EQ(FILE_set_name("@%d%h"), 1);
     testing::internal::CaptureStderr();
     EXPECT_EQ(series("9999999", 200000).size(), std::size_t{kMostSeriesFiles});
     const Names back = series("-9999999", 200000);
@@ -75,14 +75,14 @@ TEST(FileSeries, NoneIsEndlessOrWithoutTimes) {
 }
 
 TEST(FileSeries, DefaultSpanAndUnknownPeriod) {
-    FILE_set_name("@%y");
+    EXPECT_EQ(FILE_set_name("@%y"), 1);
     FILE_set_def_hours(-30);
     EXPECT_EQ(series(nullptr), (Names{"03", "03", "03"})) << "steps of 100000 seconds";
     EXPECT_EQ(FILE_get_nsecs(), -30 * 3600);
 }
 
 TEST(FileSeries, ListedNames) {
-    FILE_set_name("@%d%h");
+    EXPECT_EQ(FILE_set_name("@%d%h"), 1);
     set_names("first\n0419\n@third");
     EXPECT_EQ(series("3"), (Names{"first", "0419", "third"}));
     EXPECT_EQ(FILE_get_num_file(), 2);
@@ -95,7 +95,7 @@ TEST(FileSeries, ListedNames) {
 
 TEST(FileChoice, NamedCurrentAndBatch) {
     const ScratchDir dir;
-    FILE_set_name("@" + dir.path() + "/%Y%m%d%h");
+    EXPECT_EQ(FILE_set_name("@" + dir.path() + "/%Y%m%d%h"), 1);
     DateRecord now = kEvening;
     DATE_fix_time(DATE_num_sec(now));
     std::string name;
@@ -107,7 +107,8 @@ TEST(FileChoice, NamedCurrentAndBatch) {
 
     set_names("");
     FLAG_set_batch(1);
-    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(10), "File not found: .*/20030613[0-9]*\n");
+    EXPECT_EXIT((void)FILE_get_file("", name), testing::ExitedWithCode(10),
+                "File not found: .*/20030613[0-9]*\n");
     const std::string latest = dir.write("2003070415", "x");
     EXPECT_EQ(FILE_get_file("", name), 1);
     EXPECT_EQ(name, latest);
@@ -116,12 +117,12 @@ TEST(FileChoice, NamedCurrentAndBatch) {
     EXPECT_EQ(FILE_get_file("", name), 1);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Current filename: " + latest + "\n");
     RES_put("current", "-4");
-    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(10), "File not found: .*14\n");
+    EXPECT_EXIT((void)FILE_get_file("", name), testing::ExitedWithCode(10), "File not found: .*14\n");
 }
 
 TEST(FileChoice, AsksAtTheTerminal) {
     const ScratchDir dir;
-    FILE_set_name("@" + dir.path() + "/%Y%m%d%h a$(touch " + dir.at("x") + ")");
+    EXPECT_EQ(FILE_set_name("@" + dir.path() + "/%Y%m%d%h a$(touch " + dir.at("x") + ")"), 1);
     const std::string good = dir.write("good", "x");
     const auto answer = [&](const std::string &lines) {
         std::freopen(dir.write("answers", lines).c_str(), "r", stdin);
@@ -141,13 +142,13 @@ TEST(FileChoice, ListsFilesOfTheTemplate) {
     const ScratchDir dir;
     dir.write("20030704.x", "");
     dir.write("other", "");
-    FILE_set_name("@" + dir.path() + "/%Y%m%d.x");
+    EXPECT_EQ(FILE_set_name("@" + dir.path() + "/%Y%m%d.x"), 1);
     testing::internal::CaptureStdout();
     FILE_list_file();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), dir.at("20030704.x") + "\n");
     set_names("list\nb");
     std::string name;
-    EXPECT_EXIT(FILE_get_file("", name), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT((void)FILE_get_file("", name), testing::ExitedWithCode(0), "");
 }
 
 TEST(FileChoice, ListsAsTheShellDoes) {

@@ -81,7 +81,8 @@ TEST_F(OutputFileTest, TheOldFileStaysUntilTheNewOneIsWhole) {
     fs::permissions(name, fs::perms(0640));
     {
         OutputFile file = OutputFile::create(name);
-        EXPECT_TRUE(file.write("half"));
+        file.write("half");
+        EXPECT_FALSE(file.failed());
         EXPECT_EQ(content(name), "old");
     }
     EXPECT_EQ(content(name), "old");

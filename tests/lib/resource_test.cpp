@@ -104,7 +104,7 @@ TEST(ResourceValues, ConvertByKind) {
     const auto number = [](const char *value, Kind kind) {
         int target = 77; // stays where the value does not fit
         RES_new(kMissing, "n", value, kind);
-        RES_getval("n", target, kind);
+        (void)RES_getval("n", target, kind);
         return target;
     };
     EXPECT_EQ(number("Yes", Kind::switch_), 1);
@@ -126,10 +126,10 @@ TEST(ResourceValues, ConvertByKind) {
     EXPECT_EQ(RES_getval("d", target, Kind::directory), 1);
     EXPECT_EQ(target, "/data/");
     RES_put("d", "none");
-    RES_getval("d", target, Kind::directory);
+    EXPECT_EQ(RES_getval("d", target, Kind::directory), 1);
     EXPECT_EQ(target, "");
     RES_put("d", "post,out.ps");
-    RES_getval("d", target, Kind::device);
+    EXPECT_EQ(RES_getval("d", target, Kind::device), 1);
     EXPECT_EQ(target, "out.ps");
     EXPECT_EQ(FLAG_get(kFlagDevice), 4);
     EXPECT_EQ(RES_set_device("Quick"), 5);

@@ -86,7 +86,7 @@ protected:
         RES_put("file_path", std::string(VYX_SOURCE_DIR) + "/data");
         RES_put("num_hour", "-0:40,0:10");
         FLAG_set(kFlagDevice, 1);
-        FILE_set_name("@" + files_.at("toy_%Y%m%d_%h%n"));
+        EXPECT_EQ(FILE_set_name("@" + files_.at("toy_%Y%m%d_%h%n")), 1);
         for (int i = 0; i < 3; ++i) add_file(i);
         set_now(2);
         PLT_open(1);
@@ -224,7 +224,7 @@ TEST_F(DriverFrames, ALookThatFindsNothingChangesNothing) {
 
 TEST_F(DriverFrames, AMissingFileIsSkippedAndFewerFilesLeaveFewerFrames) {
     plot_series();
-    FILE_delete(files_.at("toy_20030704_2210"));
+    EXPECT_EQ(FILE_delete(files_.at("toy_20030704_2210")), 0);
     toy.drawn.clear();
     plot_series();
     EXPECT_EQ(toy.drawn, (Names{"00", "20"}));
@@ -319,7 +319,7 @@ TEST_F(DriverFrames, TheFileOfTheFrameThatIsSeenIsRead) {
 
     files_.write("toy_20030704_2210", "another toy");
     EXPECT_EQ(read("v-Alt"), "file not read: it has changed since it was drawn");
-    FILE_delete(files_.at("toy_20030704_2210"));
+    EXPECT_EQ(FILE_delete(files_.at("toy_20030704_2210")), 0);
     EXPECT_EQ(read("v-Alt"), "file not read: it is gone");
     gdisplay_frame(1);
     EXPECT_EQ(read("v-Alt"), "20");

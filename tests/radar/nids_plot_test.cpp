@@ -192,7 +192,7 @@ TEST_F(NidsPlot, WatchesAreReadBesideOtherVariables) {
     RES_put("watch_path", files_.at("watches"));
     RES_put("variable", "comp,watch");
     RES_put("device", "ps," + files_.at("other.ps"));
-    FILE_set_name("@" + files_.at("product"));
+    EXPECT_EQ(FILE_set_name("@" + files_.at("product")), 1);
     GPH_end(1); // a plot that begins opens its own page
     PlotDomain domain;
     NIDS_plot(domain);

@@ -215,7 +215,7 @@ TEST(WindowRefresh, ANewerFileBecomesTheLastFrame) {
                                           std::pair{"num_hour", "-0:10,0:05"}, std::pair{"message", "none"}})
             RES_put(name, value);
         RES_put("file_path", kData);
-        FILE_set_name("@" + files.at("KLSX_N0R_%Y%m%d_%h%n"));
+        EXPECT_EQ(FILE_set_name("@" + files.at("KLSX_N0R_%Y%m%d_%h%n")), 1);
         constexpr std::int64_t newest = kFirst + 2 * kStep;
         DATE_fix_time(newest);
         DateRecord date;

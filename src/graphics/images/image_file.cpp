@@ -97,7 +97,7 @@ int IMG_read(std::string_view path, ImageRecord &record, int /*flag*/) {
         return 0;
     }
     const std::vector<std::byte> bytes = file.read_all(kMaxFileBytes);
-    file.close();
+    file = Stream();
     if (read_any(without_comment_line(bytes), record) == 1) return 1;
     IMG_free(record);
     return 0;

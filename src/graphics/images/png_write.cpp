@@ -26,7 +26,8 @@ struct Picture {
 
 void write_data(png_structp png, png_bytep data, png_size_t length) {
     auto *file = static_cast<OutputFile *>(png_get_io_ptr(png));
-    if (!file->write({reinterpret_cast<const char *>(data), length})) png_error(png, "write error");
+    file->write({reinterpret_cast<const char *>(data), length});
+    if (file->failed()) png_error(png, "write error");
 }
 
 void flush_data(png_structp /*png*/) {}

@@ -54,7 +54,8 @@ std::string colors_of(const ImageRecord &record) {
 }
 
 bool write_part(OutputFile &file, std::string_view part, const char *failure) {
-    if (file.write(part)) return true;
+    file.write(part);
+    if (!file.failed()) return true;
     std::fputs(failure, stderr);
     return false;
 }
@@ -63,7 +64,8 @@ bool write_pixels(OutputFile &file, const ImageRecord &record) {
     const std::size_t size =
         static_cast<std::size_t>(record.bytes_per_line) * static_cast<std::size_t>(record.height);
     const char *const pixels = reinterpret_cast<const char *>(record.bytes().data());
-    if (file.write({pixels, size}) && file.commit()) return true;
+    file.write({pixels, size});
+    if (file.commit()) return true;
     std::fputs("Unable to write to XWD file.\n", stderr);
     return false;
 }

@@ -48,7 +48,7 @@ void open_or_exit(std::string_view device_spec, DeviceKind kind) {
 
 int GPH_begin(int &ws_id, std::string_view device_spec, DeviceKind &device) {
     constexpr std::string_view kStaleErrors = "vyxgks.err";
-    if (FILE_exist(kStaleErrors) != 0) FILE_delete(kStaleErrors);
+    if (FILE_exist(kStaleErrors) != 0) (void)FILE_delete(kStaleErrors); // another user's may stay
     ws_id = kWorkstation;
     const bool opens = gchk_graphics() == 0;
     if (opens) state.given_device = static_cast<int>(device);

@@ -98,7 +98,7 @@ int open_window(std::string_view device_spec) {
     wish.width = state.window_width;
     wish.height = state.window_height;
     int iconic = RES_get("icon") != nullptr ? 1 : 0;
-    RES_getval("icon", iconic, ResourceKind::switch_);
+    (void)RES_getval("icon", iconic, ResourceKind::switch_); // unset, the default stays
     wish.iconic = iconic != 0;
     wish.inverse = s.inverse;
     wish.private_colormap = s.local_colormap;

@@ -265,7 +265,7 @@ int gcheck_event() {
 
 int gwait_events(float seconds) {
     if (!can_process())
-        VYX_sleep(seconds);
+        (void)VYX_sleep(seconds); // none without a time
     else if (!is_anything_kept())
         gx11_wait(seconds);
     return gcheck_event();
@@ -279,7 +279,7 @@ bool gwait_undisturbed(float seconds) {
         if (can_process())
             gx11_wait(rest);
         else
-            VYX_sleep(rest);
+            (void)VYX_sleep(rest); // none when the time is over
         process_busily(Busy::waiting);
         if (is_anything_kept()) return true;
     }

@@ -73,7 +73,7 @@ void show_next_frame() {
 
 /// Where nothing can come from the display a blocking wait would return at once, again and again.
 void wait_for_event() {
-    if (gget_cache() == 0) VYX_sleep(kIconRest);
+    if (gget_cache() == 0) (void)VYX_sleep(kIconRest);
     gwait_event();
 }
 

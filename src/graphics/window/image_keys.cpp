@@ -37,7 +37,7 @@ std::string file_name(const ImageKind &kind, int frame) {
     name += kind.ending;
     fill_string(name, ' ', '_');
     std::string directory;
-    RES_getval("image_path", directory, ResourceKind::directory);
+    (void)RES_getval("image_path", directory, ResourceKind::directory); // unset, the default stays
     return FILE_add_path(directory, name);
 }
 

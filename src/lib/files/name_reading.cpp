@@ -5,6 +5,7 @@
 
 #include "lib/files/name_template.h"
 #include "lib/system/stream.h"
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "lib/time/date.h"
 
@@ -128,16 +129,15 @@ private:
             return;
         }
         const std::size_t most = token.letter == 'Y' ? 4 : token.letter == 'j' ? 3 : 2;
-        std::size_t count = 0;
-        int value = 0;
-        while (count < std::min(most, rest_.size()) && is_digit(rest_[count]))
-            value = value * 10 + (rest_[count++] - '0');
-        if (count == 0) {
+        Scanner scan(rest_);
+        // Neither blanks nor a sign stand before the digits of a name.
+        const auto value = !rest_.empty() && is_digit(rest_.front()) ? scan.integer(most) : std::nullopt;
+        if (!value) {
             ended_ = true;
             return;
         }
-        copy(count);
-        store(token.letter, value);
+        copy(scan.position());
+        store(token.letter, *value);
         reading_.dated = true;
     }
 

@@ -6,6 +6,7 @@
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/system/stream.h"
+#include "lib/text/scan.h"
 #include "lib/text/strings.h"
 
 namespace {
@@ -40,11 +41,10 @@ void add_literal(std::vector<NameToken> &tokens, char c, bool braced) {
 
 /// Reads the code behind a "%" and returns what follows it.
 std::string_view take_code(std::string_view text, bool braced, std::vector<NameToken> &tokens) {
-    int width = 0;
     const bool has_width = !text.empty() && is_digit(text.front());
-    for (; !text.empty() && is_digit(text.front()); text.remove_prefix(1))
-        width = std::min(width * 10 + (text.front() - '0'), kWidestCode);
-    width = std::max(width, 1);
+    Scanner scan(text);
+    const int width = has_width ? std::clamp(scan.integer().value_or(1), 1, kWidestCode) : 1;
+    text = scan.rest();
     if (text.empty()) return text;
     const char letter = text.front();
     text.remove_prefix(1);

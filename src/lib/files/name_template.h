@@ -55,7 +55,7 @@ std::string FILE_pattern_of_template(std::string_view text, const NameContext &c
 
 /// The directory part of a full name that stands for the template's path code; nothing when the template has
 /// no path code or the name too few directories.
-std::optional<std::string> FILE_path_of_name(std::string_view text, std::string_view name);
+[[nodiscard]] std::optional<std::string> FILE_path_of_name(std::string_view text, std::string_view name);
 
 struct NameReading {
     std::string name;      ///< the full name
@@ -76,5 +76,5 @@ std::string FILE_key_text(const NameToken &token, const NameContext &context);
 std::size_t FILE_count_separators(const std::vector<NameToken> &tokens, std::size_t first, bool with_braced);
 /// The beginning of `name` that leaves `separators` of its separators behind; the remainder begins with a
 /// separator when `slash_follows`, else behind one. Nothing when there are too few.
-std::optional<std::string_view> FILE_directory_part(std::string_view name, std::size_t separators,
-                                                    bool slash_follows);
+[[nodiscard]] std::optional<std::string_view> FILE_directory_part(std::string_view name,
+                                                                  std::size_t separators, bool slash_follows);

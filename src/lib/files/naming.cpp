@@ -62,11 +62,10 @@ NameContext context() {
     return {state.now.extension, std::nullopt, FILE_get_time(), state.keys};
 }
 
-int take_literal_template(std::string_view key) {
+void take_literal_template(std::string_view key) {
     state.now.name_template = key;
     state.now.header_template.clear();
     state.now.min_size = 0;
-    return 0;
 }
 
 /// Takes the ":c=value" parts off a key and sets those keys.
@@ -218,7 +217,10 @@ int FILE_set_name(std::string_view key) {
     state.now.name.clear();
     state.now.name_is_given = false;
     state.now.expanded_as.clear();
-    if (key == "none") return take_literal_template("");
+    if (key == "none") {
+        take_literal_template("");
+        return 0;
+    }
     if (key.starts_with('@')) {
         take_literal_template(key.substr(1));
         return 1;
@@ -230,7 +232,8 @@ int FILE_set_name(std::string_view key) {
         const int fault = errno;
         MESS_print(kWarn, "FILE_set_name: No file name convention file: %s\n", file.c_str());
         if (fault != ENOENT) MESS_print_fault(kWarn, "FILE_set_name", file, fault);
-        return take_literal_template(name);
+        take_literal_template(name);
+        return 0;
     }
     MESS_print(kConventionLevel, "Opening name convention file: %s\n", file.c_str());
     state.now.extension.clear();
@@ -238,7 +241,8 @@ int FILE_set_name(std::string_view key) {
     while (lines.next(line))
         if (const auto entry = read_entry(line); entry && match_entry(*entry, name)) return 1;
     MESS_print(kConventionLevel, "No file name conversion for: %s\n", name.c_str());
-    return take_literal_template(name);
+    take_literal_template(name);
+    return 0;
 }
 
 std::vector<std::string> FILE_convention_keys() {

@@ -11,7 +11,7 @@
 #include "lib/system/calendar.h"
 
 /// Selects the naming convention of a key ("nids", "nids:s=KTLX", "@template", "none"); 1 on a match, else 0.
-int FILE_set_name(std::string_view key);
+[[nodiscard]] int FILE_set_name(std::string_view key);
 
 /// The keys of the naming-convention file; none when there is no such file.
 std::vector<std::string> FILE_convention_keys();
@@ -22,12 +22,12 @@ int FILE_set_date(const DateRecord *date, std::string &out);
 /// Expands for date + seconds; seconds / period (seconds / 100000 when the period is unknown).
 int FILE_set_date_off(const DateRecord &date, std::int64_t seconds, std::string &out);
 /// Expands the header template; 1 when a name resulted, 0 when the date has no year.
-int FILE_hdr_set_date(const DateRecord *date, std::string &out);
+[[nodiscard]] int FILE_hdr_set_date(const DateRecord *date, std::string &out);
 /// Interprets a name given by the user; "exit" ends the program. Returns 0.
 int FILE_set_file(std::string_view name, std::string &out);
 /// True for a name that is a current-time specification: "#...", "la..." or "cu...". A file of the user's
 /// that merely begins so ("lasx.nids") is a file.
-bool FILE_is_current_spec(std::string_view name);
+[[nodiscard]] bool FILE_is_current_spec(std::string_view name);
 /// Finds the file of a current-time specification ("la", "la#10", "-2:30", "#200307041830"; null: "la").
 /// Returns the chosen time in seconds, rounded down to a multiple of the period.
 std::int64_t FILE_set_current(const char *spec, std::string &out);

@@ -125,7 +125,7 @@ OutputFile OutputFile::create(std::string_view name) {
         if (!file.stream_) file.fail(errno);
         return file;
     }
-    if (!file.open_path(FILE_add_user_path(name))) file.stream_.close();
+    if (!file.open_path(FILE_add_user_path(name))) file.stream_ = Stream();
     return file;
 }
 
@@ -191,10 +191,9 @@ bool OutputFile::open_aside(const std::string &target, const struct stat *replac
     return true;
 }
 
-bool OutputFile::write(std::string_view bytes) {
-    if (!stream_ || failed()) return false;
+void OutputFile::write(std::string_view bytes) {
+    if (!stream_ || failed()) return;
     if (std::fwrite(bytes.data(), 1, bytes.size(), stream_.get()) != bytes.size()) fail(errno);
-    return !failed();
 }
 
 void OutputFile::put_in_place() {
@@ -223,7 +222,7 @@ bool OutputFile::commit() {
 }
 
 void OutputFile::discard() {
-    stream_.close();
+    stream_ = Stream();
     aside_.reset();
 }
 

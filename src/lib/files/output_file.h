@@ -26,8 +26,8 @@ public:
     static OutputFile append(std::string_view name);
 
     explicit operator bool() const { return static_cast<bool>(stream_); }
-    /// False when this or an earlier write failed; nothing is written after a failure.
-    bool write(std::string_view bytes);
+    /// Nothing is written after a failure; failed() and commit() tell of it.
+    void write(std::string_view bytes);
     /// Closes, and puts the file in its place when every write went well. False when it is not there whole.
     [[nodiscard]] bool commit();
     /// Closes; a file written aside is removed.
@@ -46,9 +46,9 @@ private:
         Aside &operator=(const Aside &) = delete;
         ~Aside(); ///< removes what is still there
     };
-    bool open_path(const std::string &path);
-    bool open_aside(const std::string &target, const struct stat *replaced);
-    bool open_in_place(const std::string &path);
+    [[nodiscard]] bool open_path(const std::string &path);
+    [[nodiscard]] bool open_aside(const std::string &target, const struct stat *replaced);
+    [[nodiscard]] bool open_in_place(const std::string &path);
     void put_in_place();
     void fail(int fault) {
         if (fault_ == 0) fault_ = fault;

@@ -60,7 +60,7 @@ std::string FILE_name_output(std::string_view convention, const DateRecord &date
     std::string wanted(convention);
     fill_string(wanted, ' ', kBlankMark);
     FILE_save_name_conv();
-    FILE_set_name(wanted);
+    (void)FILE_set_name(wanted); // without a convention it is the template itself
     for (const NameKey &key : keys) FILE_set_key(key.letter, key.value);
     std::string name;
     FILE_set_date(&date, name);

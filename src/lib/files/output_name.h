@@ -18,4 +18,4 @@ std::string FILE_name_output(std::string_view convention, const DateRecord &date
                              std::span<const NameKey> keys);
 
 /// True for a name that is one of the input files, listed or current, whichever way it is spelt.
-bool FILE_is_input(std::string_view name);
+[[nodiscard]] bool FILE_is_input(std::string_view name);

@@ -134,7 +134,7 @@ void take_answer(const std::string &answer, std::string &out) {
     }
 }
 
-int ask_for_file(std::string_view prompt, std::string &out) {
+void ask_for_file(std::string_view prompt, std::string &out) {
     MESS_print(kPrint, "List of available files:\n");
     FILE_list_file();
     MESS_print(kPrint, "\n");
@@ -145,7 +145,7 @@ int ask_for_file(std::string_view prompt, std::string &out) {
             continue;
         }
         take_answer(answer, out);
-        if (FILE_exist(out) != 0 || FILE_is_command(out)) return 1;
+        if (FILE_exist(out) != 0 || FILE_is_command(out)) return;
         MESS_print(kWarn, "File not found: %s\n", out.c_str());
         ++attempt;
     }
@@ -157,10 +157,10 @@ int limited(std::int64_t value) {
         std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-int next_of_list(std::string &out) {
-    if (state.next_in_list >= state.list.size()) return 0;
+bool next_of_list(std::string &out) {
+    if (state.next_in_list >= state.list.size()) return false;
     take_given(state.list[state.next_in_list++], out);
-    return 1;
+    return true;
 }
 
 } // namespace
@@ -169,7 +169,7 @@ int FILE_get_file(std::string_view prompt, std::string &out) {
     switch (select_file(out)) {
     case Selection::by_name: return FILE_exist(out);
     case Selection::by_time: break;
-    case Selection::not_at_all: return ask_for_file(prompt, out);
+    case Selection::not_at_all: ask_for_file(prompt, out); return 1;
     }
     if (FILE_exist(out) == 0) end_without_file(out);
     tell_current(out);
@@ -201,7 +201,8 @@ void FILE_first(const DateRecord &date) {
 }
 
 int FILE_get_next(std::string &out) {
-    if (state.list.size() > 1 || (state.list.size() == 1 && state.span == 0)) return next_of_list(out);
+    if (state.list.size() > 1 || (state.list.size() == 1 && state.span == 0))
+        return next_of_list(out) ? 1 : 0;
     if (state.span == 0) {
         if (state.current_given) return 0;
         state.current_given = true;

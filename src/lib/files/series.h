@@ -12,13 +12,13 @@ inline constexpr int kMostSeriesFiles = 100000;
 
 /// Chooses the input file from the resources "filename" and "current", the latest file in batch mode, else at
 /// the terminal. 1 when the file exists. A file that cannot be found ends the program with kExitNoFile.
-int FILE_get_file(std::string_view prompt, std::string &out);
+[[nodiscard]] int FILE_get_file(std::string_view prompt, std::string &out);
 /// Chooses it likewise, but neither asks nor tests whether it exists. False when only a question could tell.
-bool FILE_select(std::string &out);
+[[nodiscard]] bool FILE_select(std::string &out);
 
 /// Starts a series at a date; FILE_get_next then gives its names: 1 while files remain, else 0.
 void FILE_first(const DateRecord &date);
-int FILE_get_next(std::string &out);
+[[nodiscard]] int FILE_get_next(std::string &out);
 /// 0 for a single file, non-zero when a series follows.
 int FILE_get_num_file();
 /// Span of the series in hours and in seconds.

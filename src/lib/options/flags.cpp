@@ -30,6 +30,11 @@ std::int64_t FLAG_getl(int id) {
     return is_slot(id) ? state.slots[static_cast<std::size_t>(id)] : 0;
 }
 
+void FLAG_set(FlagId id, int value) {
+    static_assert(kFlagHelp < kFlagCount);
+    state.slots[static_cast<std::size_t>(id)] = value;
+}
+
 int FLAG_set(int id, int value) {
     return FLAG_setl(id, value);
 }

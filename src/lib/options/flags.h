@@ -40,14 +40,16 @@ inline constexpr int kPlotComponentCount = 13;
 /// Low 32 bits of a slot; 0 for an id outside 0 to 29.
 int FLAG_get(int id);
 std::int64_t FLAG_getl(int id);
+/// Sets a flag that has a name; this cannot fail.
+void FLAG_set(FlagId id, int value);
 /// 0, or -1 for an id outside 0 to 29.
-int FLAG_set(int id, int value);
-int FLAG_setl(int id, std::int64_t value);
+[[nodiscard]] int FLAG_set(int id, int value);
+[[nodiscard]] int FLAG_setl(int id, std::int64_t value);
 void FLAG_reset(int value);
 void FLAG_resetl(std::int64_t value);
 /// 1 when the batch (help) slot is above 0.
-int FLAG_batch();
-int FLAG_help();
+[[nodiscard]] int FLAG_batch();
+[[nodiscard]] int FLAG_help();
 void FLAG_set_batch(int value);
 
 /// Component switches; setting 12 sets 0 to 11, setting 0 sets 0 to 6; the sums 0 and 12 follow every change.

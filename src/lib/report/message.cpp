@@ -193,11 +193,11 @@ void MESS_set_page(int mode) {
 }
 
 int MESS_file(std::string_view name, const char *mode) {
-    state.copy.close();
+    state.copy = Stream(); // what it holds is written before the file is opened again
     state.copy = FILE_open(name, mode);
     return state.copy ? 0 : -1;
 }
 
 void MESS_file_close() {
-    state.copy.close();
+    state.copy = Stream();
 }

@@ -61,18 +61,18 @@ int MESS_set(int operation, unsigned mask);
 enum MessageOperation : int { kRemoveLevels = -1, kSetLevels = 0, kAddLevels = 1, kMarkAsSet = 4 };
 
 /// 1 when the mask shares a bit with the level mask.
-int MESS_check(unsigned mask);
+[[nodiscard]] int MESS_check(unsigned mask);
 unsigned MESS_get();
-int MESS_check_set();
+[[nodiscard]] int MESS_check_set();
 /// Lines of a screenful; below 1: 22.
 void MESS_set_max_lines(int lines);
 int MESS_get_max_lines();
 void MESS_set_out(MessageOutput mode);
 /// A log file from now on: opened with `mode`, or for each message when that is null. False when it cannot be
 /// opened, for the reason in errno.
-bool MESS_open_log(std::string_view name, const char *mode);
+[[nodiscard]] bool MESS_open_log(std::string_view name, const char *mode);
 /// Closes the log file. False when a part of what it was sent could not be written, which has been told.
-bool MESS_end_log();
+[[nodiscard]] bool MESS_end_log();
 enum MessagePaging : int {
     kNeverPause = 0,
     kPauseWhereAsked = 1, ///< only where MESS_hold is called
@@ -81,5 +81,5 @@ enum MessagePaging : int {
 void MESS_set_page(int mode);
 
 /// Opens (closing any previous) a stream that receives a copy of every shown message. Returns 0, or -1.
-int MESS_file(std::string_view name, const char *mode);
+[[nodiscard]] int MESS_file(std::string_view name, const char *mode);
 void MESS_file_close();

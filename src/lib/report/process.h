@@ -17,7 +17,7 @@ enum ExitStatus : int {
 [[noreturn]] void VYX_exit(int status);
 
 /// Sleeps (microsecond resolution); -1 when `seconds` is not above 0, else 0.
-int VYX_sleep(float seconds);
+[[nodiscard]] int VYX_sleep(float seconds);
 /// Starts the elapsed-time clock, which goes on evenly when the time of day is set.
 void VYX_init_time();
 /// Seconds since VYX_init_time.
@@ -25,4 +25,4 @@ float VYX_elapse_time();
 
 /// Detaches the process: the parent ends with `status`; the child gets default interrupt handling, the null
 /// device on its standard streams and a process group of its own, and 1 (0 when the null device fails).
-int VYX_back_proc(int status = kExitOk);
+[[nodiscard]] int VYX_back_proc(int status = kExitOk);

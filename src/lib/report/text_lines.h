@@ -17,7 +17,7 @@ public:
     explicit operator bool() const { return static_cast<bool>(stream_); }
     /// The next line without its line end, cut at the longest length; what is cut off a line that is no
     /// comment ("#") is told. False at the end of the stream.
-    bool next(std::string &line);
+    [[nodiscard]] bool next(std::string &line);
     /// Back to the first line.
     void restart();
     /// Tells `<file>, line <n>: <sentence>`, once in a run, of some lines and that there are more.

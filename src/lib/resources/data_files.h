@@ -15,7 +15,7 @@ std::string FILE_find_data(std::string_view name);
 
 /// Opens a data file for reading; an empty Stream when it cannot be opened. Never a standard stream, which
 /// could wait for the terminal.
-Stream FILE_open_data(std::string_view name);
+[[nodiscard]] Stream FILE_open_data(std::string_view name);
 
 /// The directories that stand in for "file_path", in the order of their preference.
 void FILE_set_data_directories(std::vector<std::string> directories);

@@ -16,11 +16,11 @@ const char *RES_get(std::string_view name);
 std::vector<std::string> RES_getvals(std::string_view name);
 
 /// Converts the value. 1 when converted, 0 when unset or not fitting (target unchanged).
-int RES_getval(std::string_view name, int &target, ResourceKind kind = ResourceKind::integer);
-int RES_getval(std::string_view name, float &target);
+[[nodiscard]] int RES_getval(std::string_view name, int &target, ResourceKind kind = ResourceKind::integer);
+[[nodiscard]] int RES_getval(std::string_view name, float &target);
 /// Text kinds: text, text_copy, directory (with "/" added, "none" gives empty), device (sets the device flag
 /// from the first letter; the target receives what follows the first comma).
-int RES_getval(std::string_view name, std::string &target, ResourceKind kind);
+[[nodiscard]] int RES_getval(std::string_view name, std::string &target, ResourceKind kind);
 
 /// Sets a text resource that belongs to no descriptor.
 int RES_put(std::string_view name, std::string_view value);

@@ -14,12 +14,12 @@ struct WordRule {
 };
 
 /// Rules for values: any text; a whole number; a number; 1 to 2, 1 to 4, or 2 numbers joined by ":".
-bool PARAM_text(std::string_view value);
-bool PARAM_integer(std::string_view value);
-bool PARAM_number(std::string_view value);
-bool PARAM_one_or_two(std::string_view value);
-bool PARAM_up_to_four(std::string_view value);
-bool PARAM_two(std::string_view value);
+[[nodiscard]] bool PARAM_text(std::string_view value);
+[[nodiscard]] bool PARAM_integer(std::string_view value);
+[[nodiscard]] bool PARAM_number(std::string_view value);
+[[nodiscard]] bool PARAM_one_or_two(std::string_view value);
+[[nodiscard]] bool PARAM_up_to_four(std::string_view value);
+[[nodiscard]] bool PARAM_two(std::string_view value);
 
 /// Tells of every word of a list resource that no list knows and of every value that does not fit.
 void PARAM_check(std::string_view resource, std::span<const std::span<const WordRule>> lists);

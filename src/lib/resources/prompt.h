@@ -13,4 +13,4 @@ std::string VYX_promptl(std::string_view prompt);
 float VYX_promptf(std::string_view prompt);
 int VYX_promptd(std::string_view prompt);
 /// 1 when the line was a "set" command, 0 otherwise; a line beginning with "exit" ends the program.
-int VYX_set_command(std::string_view line);
+[[nodiscard]] int VYX_set_command(std::string_view line);

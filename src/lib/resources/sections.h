@@ -17,7 +17,7 @@ public:
 
     /// Carries out a line that begins with one of the section words; false for any other line. A stray ELIF,
     /// ELSE or END gives a warning.
-    bool directive(std::string_view word, std::string_view tag);
+    [[nodiscard]] bool directive(std::string_view word, std::string_view tag);
     /// True while every open section is active.
     [[nodiscard]] bool active() const;
     /// Closes all sections; tags stay.
@@ -26,7 +26,7 @@ public:
 private:
     enum class Branch { waiting, active, done }; ///< done: an earlier branch was active
     void open(bool holds);
-    bool next_branch(bool holds);
+    [[nodiscard]] bool next_branch(bool holds);
 
     std::vector<std::string> tags_;
     std::vector<Branch> open_;

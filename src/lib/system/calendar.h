@@ -23,7 +23,7 @@ struct DateRecord {
 void DATE_init(DateRecord &date);
 
 /// 1 for a Gregorian leap year, else 0.
-int DATE_is_leap(int year);
+[[nodiscard]] int DATE_is_leap(int year);
 
 /// Seconds since 1970-01-01 00:00 UTC. Brings out-of-range fields of `date` into range in place: a negative
 /// year counts as 1980, two-digit years as 1950 to 2049, a bad month or day as 1, a bad time as 0.

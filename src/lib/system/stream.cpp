@@ -88,7 +88,7 @@ Stream::Stream(Stream &&other) noexcept
 
 Stream &Stream::operator=(Stream &&other) noexcept {
     if (this != &other) {
-        close();
+        (void)close();
         file_ = std::exchange(other.file_, nullptr);
         kind_ = std::exchange(other.kind_, Kind::none);
     }

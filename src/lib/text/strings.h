@@ -18,12 +18,12 @@ int stricmp(std::string_view a, std::string_view b);
 int strnicmp(std::string_view a, std::string_view b, std::size_t n);
 
 /// True when `text` begins with `prefix`, ignoring ASCII case.
-bool begins_with(std::string_view text, std::string_view prefix);
+[[nodiscard]] bool begins_with(std::string_view text, std::string_view prefix);
 
 /// The value of "keyword, separator, value", whatever the one character between them: "2" of "scale=2" and of
 /// "scale:2" for "scale". Case is ignored. Nothing when the item does not begin with the keyword or ends with
 /// it; empty when it ends with the separator.
-std::optional<std::string_view> keyword_value(std::string_view item, std::string_view keyword);
+[[nodiscard]] std::optional<std::string_view> keyword_value(std::string_view item, std::string_view keyword);
 
 /// Replaces every `from` by `to`.
 void fill_string(std::string &text, char from, char to);

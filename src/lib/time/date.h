@@ -7,10 +7,10 @@
 #include "lib/system/calendar.h"
 
 /// Month number of "JAN" or "jan" by the letters that tell months apart; 0 when unknown or of mixed case.
-int DATE_decode_month(std::string_view text);
+[[nodiscard]] int DATE_decode_month(std::string_view text);
 
 /// Reads YYYYMMDDhhmm into the fields that are there; -1 for a null text, else 0.
-int DATE_decode_seq(const char *text, DateRecord &date);
+[[nodiscard]] int DATE_decode_seq(const char *text, DateRecord &date);
 
 /// Reads a date label such as "1830Z  4 JUL 03" (and its other forms); clears the record first. Returns 0.
 int DATE_decode_label(std::string_view text, DateRecord &date);

@@ -64,19 +64,16 @@ void FILE_reset_time() {
 std::size_t FILE_read_time_digits(std::string_view digits, DateRecord &date) {
     constexpr std::size_t kYearWidth = 4;
     constexpr std::size_t kPairWidth = 2;
-    std::size_t used = 0;
-    const auto group = [&](std::size_t width, int &field) {
-        if (!starts_with_digit(digits.substr(used))) return false;
-        int value = 0;
-        for (std::size_t i = 0; i < width && starts_with_digit(digits.substr(used)); ++i, ++used)
-            value = value * 10 + (digits[used] - '0');
-        field = value;
+    Scanner scan(digits);
+    const auto group = [&scan](std::size_t width, int &field) {
+        if (!starts_with_digit(scan.rest())) return false;
+        field = scan.integer(width).value_or(field);
         return true;
     };
     if (group(kYearWidth, date.year) && group(kPairWidth, date.month) && group(kPairWidth, date.day) &&
         group(kPairWidth, date.hour))
         group(kPairWidth, date.minute);
-    return used;
+    return scan.position();
 }
 
 namespace {

@@ -134,7 +134,7 @@ int draw_image_item(std::string_view text, bool whole_view) {
     PLT_mess("Map-image: %s", std::string(text).c_str());
     const MapImageItem item = parse_image_item(text);
     std::string directory;
-    RES_getval("image_path", directory, ResourceKind::directory);
+    (void)RES_getval("image_path", directory, ResourceKind::directory); // unset, the default stays
     Rgb transparent;
     const bool has_transparent = gnamed_color(item.transparent, transparent);
     if (whole_view) GPH_trans(view_transform);

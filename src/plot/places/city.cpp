@@ -221,7 +221,7 @@ int CTY_get_loc(const char *file, std::string_view id, float &lat, float &lon) {
 
 int CTY_get_prior() {
     int priority = 10;
-    RES_getval("stat_prior", priority);
+    (void)RES_getval("stat_prior", priority); // unset, the default stays
     return priority;
 }
 

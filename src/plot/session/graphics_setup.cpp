@@ -57,7 +57,7 @@ bool memory_serves(std::string_view spec, DeviceKind device) {
 int GPH_setup(int &ws_id, DeviceKind &device, Rect &panel, float aspect) {
     gsetup_window();
     std::string spec;
-    RES_getval("device", spec, ResourceKind::device);
+    (void)RES_getval("device", spec, ResourceKind::device); // unset, the default stays
     device = chosen_device();
     if (memory_serves(spec, device)) spec = "memory";
     GPH_set_win_title(window_title());

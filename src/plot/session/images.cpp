@@ -73,7 +73,7 @@ std::string two_digits(int number) {
 
 std::string image_path(std::string_view name) {
     std::string directory;
-    RES_getval("image_path", directory, ResourceKind::directory);
+    (void)RES_getval("image_path", directory, ResourceKind::directory); // unset, the default stays
     return FILE_add_path(directory, name);
 }
 

@@ -218,7 +218,7 @@ int LEV2_open_stream(std::string_view name) {
 void LEV2_close_stream() {
     forget_position();
     state.unpacked.reset();
-    state.file.close();
+    state.file = Stream();
     state.told_kind = false;
 }
 

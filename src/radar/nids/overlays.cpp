@@ -142,7 +142,7 @@ int NIDS_plot_data() {
     GPH_line_attr(&ink.data);
     GPH_mark_attr(&ink.data, 1.0F);
     CONT_reset_values();
-    RES_getval("plot_scale", scale.plot_scale);
+    (void)RES_getval("plot_scale", scale.plot_scale); // unset, the default stays
     RAW_plot_init(scale.plot_scale);
     RADAR_draw_site(state.options, radar.x, radar.y);
 
