@@ -22,9 +22,9 @@ protected:
         CONT_set_type(kContourFill);
     }
     int draw(std::string_view title = "") {
-        GPH_trans(1);
+        GPH_trans(kViewTransform);
         const int result = CONT_draw_bar(1, title);
-        GPH_trans(2);
+        GPH_trans(kDataTransform);
         return result;
     }
     static std::vector<std::string> strings(const std::vector<PageText> &texts) {
@@ -152,7 +152,7 @@ TEST_F(Bar, WideLabelsStandApart) {
         CONT_set_fill_colors(list, 0);
         ASSERT_EQ(draw(), 0);
         // The text height that the bar has chosen is still in force.
-        GPH_trans(1);
+        GPH_trans(kViewTransform);
         std::map<std::string, float> width_of;
         for (int i = 0; i < CONT_get_num_cont(); ++i)
             width_of[CONT_get_label(i)] = gtext_width(CONT_get_label(i));

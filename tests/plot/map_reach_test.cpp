@@ -34,7 +34,7 @@ protected:
             constexpr float seam = 20; // behind the projection's seam a line goes on elsewhere
             if (plane.size() > 1 && std::abs(plane.back().x - plane[plane.size() - 2].x) > seam) return false;
         }
-        GPH_trans(2);
+        GPH_trans(kDataTransform);
         return !plane.empty() && gpts_in_win(plane) == 1;
     }
 };

@@ -35,7 +35,7 @@ protected:
         for (int i = 0; i < count; ++i) {
             gcreate_frame(i);
             gselect_frame(i);
-            GPH_trans(1);
+            GPH_trans(kViewTransform);
             gset_fill_int_style(1);
             gset_fill_colr_ind(i + 2);
             GPH_frect(0, 0, 0.2F * static_cast<float>(i + 1), 1);
@@ -234,7 +234,7 @@ TEST_F(WindowSession, ABoxBecomesTheDomain) {
 }
 
 void fill(int color, float right) {
-    GPH_trans(1);
+    GPH_trans(kViewTransform);
     gset_fill_int_style(1);
     gset_fill_colr_ind(color);
     GPH_frect(0, 0, right, 1);

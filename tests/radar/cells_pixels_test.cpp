@@ -31,7 +31,7 @@ std::vector<std::byte> picture(float spacing, bool outlines) {
     PlotDomain domain = around_radar(spacing);
     PLT_open(DOM_aspect(domain));
     MAP_setup(domain);
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     gset_redraw(outlines ? 1 : 0);
     CONT_reset_fill_set();
     CONT_set_fill_colors("0:off,1:red,2:blue,3:red,4:green:f3", 1);

@@ -64,11 +64,11 @@ PlotDomain toy_domain() {
 
 int draw_toy() {
     toy.drawn.push_back(toy.open);
-    GPH_trans(1);
+    GPH_trans(kViewTransform);
     gset_fill_int_style(1);
     gset_fill_colr_ind(2 + (toy.open.front() - '0'));
     GPH_frect(0, 0, 1, 1);
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     return 0;
 }
 

@@ -141,7 +141,7 @@ TEST_F(NidsPlot, WedgesFollowOneAnother) {
     MAP_setup(NIDS_get_info().domain);
     CONT_reset_fill_set();
     CONT_set_fill_colors("0:off,10:red", 1);
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     const Point foot = radar();
     std::array<Point, 5> wedge{};
     wedge.fill(foot);

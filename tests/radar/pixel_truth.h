@@ -108,7 +108,7 @@ inline TruthCount look_at_pixels(const std::string &path, const PlotDomain &doma
     RES_put("color_fill", colors_of_levels(values, places));
     PLT_open(DOM_aspect(domain));
     MAP_setup(domain);
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     NIDS_plot_summary();
     RasterImage image;
     graster_read(graster_base(), image);

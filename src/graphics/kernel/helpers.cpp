@@ -23,7 +23,6 @@ struct State {
 } state;
 
 constexpr int kWorkstation = 1;
-constexpr int kViewTransform = 1, kDataTransform = 2, kSecondTransform = 3;
 constexpr int kReplyLength = 11; ///< ten characters
 
 DeviceKind ask_device() {

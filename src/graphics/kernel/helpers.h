@@ -20,11 +20,17 @@ int GPH_hold(int flag);
 void GPH_set_view_size(float size_x, float size_y, float offset_x, float offset_y);
 /// The used view in NDC.
 Rect GPH_get_view_size();
-/// Sets workstation window and transform 1 to the whole view; first step of a new frame.
+/// Sets workstation window and kViewTransform to the whole view; first step of a new frame.
 void GPH_set_maxview(int ws_id);
 /// `panel`: in, margins left, right, bottom, top as fractions of the used view; out, the fitted rectangle in
-/// NDC. Sets transforms 2 and 3 to it and resets the attributes. Aspect 0 means that of the used view.
+/// NDC. Sets kDataTransform and kSecondTransform to it and resets the attributes. Aspect 0 means that of the
+/// used view.
 int GPH_panel(int ws_id, Rect &panel, float aspect);
+
+/// Transforms: NDC itself; the view; the panel, in which a plot's data and map are drawn; the panel once
+/// more, for what needs a scale of its own.
+inline constexpr int kNdcTransform = 0, kViewTransform = 1, kDataTransform = 2, kSecondTransform = 3;
+/// Selects the transform that coordinates are given in.
 int GPH_trans(int transform);
 /// Window of a transform.
 Rect GPH_get_win(int transform);

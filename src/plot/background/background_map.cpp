@@ -40,7 +40,6 @@ struct State {
 };
 State state;
 
-constexpr int kMapTransform = 2;
 constexpr float kLabelHeight = 0.018F, kDiagramLabelHeight = 0.015F; ///< fractions of the domain height
 constexpr std::string_view kListPrefix = "fi:";
 
@@ -140,7 +139,7 @@ int draw_image_item(std::string_view text, bool whole_view) {
     if (whole_view) GPH_trans(view_transform);
     const int drawn = goverlay_image_file(FILE_add_path(directory, item.file),
                                           has_transparent ? &transparent : nullptr, item.x, item.y);
-    if (whole_view) GPH_trans(kMapTransform);
+    if (whole_view) GPH_trans(kDataTransform);
     return drawn == 1 ? 0 : -1;
 }
 
@@ -164,7 +163,7 @@ void process_list_file(std::string_view name) {
 int MAP_draw(int mask) {
     if (FLAG_getplot(8) == 0) return 0;
     state.over = mask;
-    GPH_trans(kMapTransform);
+    GPH_trans(kDataTransform);
     GPH_line_attr(nullptr);
     GPH_text_font({});
     state.region = RegionState::outside;

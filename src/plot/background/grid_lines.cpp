@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr int kMapTransform = 2;
 constexpr float kChordDegrees = 2.5F; ///< longest step along a line
 constexpr float kLongestChord = 10;   ///< plane units; the projection bends longer ones visibly
 constexpr float kChordOfPlot = 0.1F;  ///< the same as a fraction of the plot's width
@@ -78,7 +77,7 @@ void GridLines::label_edge(const Point &a, const Point &b, const std::string &te
 
 void GridLines::draw(std::span<const MapPoint> places, const std::string &text, int line) {
     CurvePen pen(gpolyline, std::min(kLongestChord, kChordOfPlot * limits.width()));
-    pen.keep_to(GPH_get_win(kMapTransform));
+    pen.keep_to(GPH_get_win(kDataTransform));
     pen.tell([&](const Point &a, const Point &b) { label_edge(a, b, text, line); });
     for (const MapPoint &place : places) pen.to(place);
 }
@@ -160,7 +159,7 @@ int MAP_lines(float lat_spacing, float lon_spacing) {
         return -1;
     }
     if (!is_map_projection(MAP_get_proj())) return 0;
-    GPH_trans(kMapTransform);
+    GPH_trans(kDataTransform);
     PLT_mess("Map-lalo: %.1f,%.1f", static_cast<double>(lat_spacing), static_cast<double>(lon_spacing));
     const int extra = std::clamp(std::abs(MAP_get_latlon().extra), 0, 360);
     GridLines parallels(true), meridians(false);
@@ -205,5 +204,5 @@ void MAP_draw_circle(float x, float y, float km) {
 }
 
 float MAP_get_vert() {
-    return GPH_get_win(kMapTransform).height();
+    return GPH_get_win(kDataTransform).height();
 }

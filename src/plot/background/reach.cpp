@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int kMapTransform = 2;
 /// Samples along each side of the window, between which the earth is not looked at.
 constexpr int kSamples = 8;
 /// Degrees that a line may bend out of the box around its ends, and that samples may miss.
@@ -31,7 +30,7 @@ float beyond(float value, float low, float high) {
 } // namespace
 
 MapReach::MapReach() {
-    const Rect window = GPH_get_win(kMapTransform);
+    const Rect window = GPH_get_win(kDataTransform);
     const float middle_x = (window.xmin + window.xmax) / 2, middle_y = (window.ymin + window.ymax) / 2;
     if (MAP_untran(lat_, lon_, middle_x, middle_y) != 1) return;
     float reach = 0;

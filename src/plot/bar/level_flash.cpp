@@ -7,12 +7,11 @@
 #include "plot/colour/named_colors.h"
 
 int CONT_flash_value(std::string_view event, float x, float y) {
-    constexpr int data_transform = 2, bar_transform = 1;
     constexpr int flashes = 4;
     constexpr float half_period = 0.5F; ///< seconds
     if (!event.starts_with("f-Al")) return 0;
-    const int color = CONT_get_bar_color(xW_trans(data_transform, bar_transform, x),
-                                         yW_trans(data_transform, bar_transform, y));
+    const int color = CONT_get_bar_color(xW_trans(kDataTransform, kViewTransform, x),
+                                         yW_trans(kDataTransform, kViewTransform, y));
     if (color < 0 || color >= CLR_get_num()) return -1;
     const Rgb own = CLR_get_rgb(color);
     const int own_pixel = gget_color_ind(color);

@@ -243,7 +243,7 @@ int PLT_labels() {
     Attribute attribute;
     ATTRIB_get("color_text", ATTRIB_text_default(), attribute);
     PLT_mess("Labels");
-    GPH_trans(1);
+    GPH_trans(kViewTransform);
     GPH_line_attr(nullptr);
     GPH_text_attr(nullptr, 0);
     GPH_line_attr(&attribute);

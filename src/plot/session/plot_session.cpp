@@ -73,7 +73,7 @@ int PLT_close() {
     const bool held = window_stays();
     // Files and pictures are finished in the foreground, so that the exit status tells of them.
     if (held && FLAG_batch() == 1 && VYX_back_proc(PLT_outcome()) == 0) VYX_exit(kExitSession);
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     if (held) GPH_hold(1);
     const bool images = PLT_finish_images();
     gclear_ws(state.ws_id, 1);

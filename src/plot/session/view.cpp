@@ -42,7 +42,6 @@ struct State {
 constexpr unsigned kZoomLevel = 0x200, kDomainLevel = 0x100;
 constexpr int kRectangleBand = 2;
 constexpr int kBusyCursor = 8;
-constexpr int kWholeView = 0, kDataTransform = 2;
 constexpr std::string_view kEscape = "\x1b", kBack = "u-Alt", kAgain = "r-Alt";
 constexpr float kSmallestBox = 8; ///< pixels of the window; less is a slip of the hand
 
@@ -75,7 +74,7 @@ int redraw(PlotRedraw function, PlotDomain domain, Keep kept) {
     const int place = gget_frame_place();
     state.magnified = gsuspend_zoom() > 1 && keeps(kept, Keep::pixels);
     if (!keeps(kept, Keep::pixels)) state.press.reset(); // the box was meant for the picture of before
-    GPH_trans(kWholeView);
+    GPH_trans(kNdcTransform);
     const int cursor = gset_cursor(kBusyCursor);
     function(domain);
     GPH_trans(kDataTransform);

@@ -28,7 +28,6 @@ State state;
 constexpr std::size_t kMaxFiles = 2000, kMaxFileSize = 1 << 20;
 constexpr int kLongestWatch = 8 * 3600, kShortestPeriod = 60; ///< seconds
 constexpr float kLabelHeight = 0.02F;                         ///< fraction of the height of the plot
-constexpr int kMapTransform = 2;
 
 /// Files of the naming convention "watch", oldest first; empty when there is no such convention.
 std::vector<std::string> named_files(const DateRecord &date) {
@@ -137,7 +136,7 @@ void WATCH_plot() {
     const std::vector<std::string> colors = RES_getvals("color_watch");
     if (!colors.empty() && !colors[0].empty()) ATTRIB_parse(colors[0], outline);
     if (colors.size() > 1 && !colors[1].empty()) ATTRIB_parse(colors[1], label);
-    GPH_trans(kMapTransform);
+    GPH_trans(kDataTransform);
     GPH_line_attr(nullptr);
     for (const WatchBox &box : state.boxes) draw_box(box, outline, label);
 }

@@ -372,7 +372,7 @@ RadarFileNow RADAR_file_now(const std::string &name) {
 
 void RADAR_draw_bar() {
     if (CONT_get_bar() <= 0) return;
-    GPH_trans(1);
+    GPH_trans(kViewTransform);
     CONT_draw_bar(1, "");
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
 }

@@ -157,7 +157,7 @@ int LEV2_plot_summary() {
     Lev2PlotState &state = LEV2_state();
     choose();
     if (FLAG_getplot(kPlotSummary) < 1) return 0;
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     CONT_choose_levels({LEV2_moment(state.choice.type).levels, {}});
     PLT_mess("LEV2 Sum");
     find_angle(state.choice);

@@ -219,7 +219,7 @@ void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
 
 int NIDS_plot_summary() {
     const NidsPlotState &state = NIDS_state();
-    GPH_trans(2);
+    GPH_trans(kDataTransform);
     PLT_label_up_left(state.info.name);
     PLT_label_low_right(state.info.label);
     PLT_label_up_right(DATE_make_label(state.info.date));
