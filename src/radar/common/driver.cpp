@@ -1,10 +1,12 @@
 #include "radar/common/driver.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <map>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -36,7 +38,7 @@
 namespace {
 
 constexpr int kRefreshSeconds = 60;
-/// A file written less than kRefreshSeconds ago may still be on its way: it is looked at more often.
+/// A file that changed less than kRefreshSeconds ago may still be on its way: it is looked at more often.
 constexpr int kArrivalSeconds = 5;
 
 /// Tells a file from what it was before.
@@ -57,6 +59,7 @@ struct State {
     std::int64_t last_time = kMissing;   ///< of the last file, seconds since 1970 cut to the file interval
     FileStamp opened;                    ///< of the open file, before it was opened
     std::map<std::string, FileStamp> stamps; ///< of the files shown, before they were opened
+    std::optional<std::chrono::steady_clock::time_point> found; ///< when a look met a new or changed file
 };
 State state;
 
@@ -263,13 +266,20 @@ void forget_file(int frame) {
     state.reselected = true;
 }
 
+/// The last file was written, or found changed, so short a time ago that its writer may only be slow.
+bool may_grow() {
+    if (state.shown.empty()) return false;
+    const auto last = state.stamps.find(state.shown.back());
+    return last != state.stamps.end() &&
+           (std::abs(std::time(nullptr) - last->second.modified) < kRefreshSeconds ||
+            (state.found &&
+             std::chrono::steady_clock::now() - *state.found < std::chrono::seconds(kRefreshSeconds)));
+}
+
 /// Looks for newer files from now on: soon where the last file may still be growing.
 void watch_files(const RadarSteps &steps) {
     if (steps.next_file == nullptr) return;
-    const auto last = state.shown.empty() ? state.stamps.end() : state.stamps.find(state.shown.back());
-    const bool fresh =
-        last != state.stamps.end() && std::abs(std::time(nullptr) - last->second.modified) < kRefreshSeconds;
-    PLT_set_refresh_func(fresh ? kArrivalSeconds : kRefreshSeconds, steps.next_file);
+    PLT_set_refresh_func(may_grow() ? kArrivalSeconds : kRefreshSeconds, steps.next_file);
 }
 
 void listen(const RadarSteps &steps) {
@@ -338,6 +348,7 @@ int RADAR_next_file(const RadarSteps &steps) {
     const bool grown = known && time == state.last_time;
     if (grown && frames > 0 && gget_frame_source(kFrameLast) != name) return stay();
     if (FILE_exist(name) == 0 || !open_file(steps, name)) return stay();
+    state.found = std::chrono::steady_clock::now();
     for (int i = 0; !grown && i + 1 < frames; ++i) gcopy_frame(i, i + 1);
     const int target = frames > 0 ? frames - 1 : kFrameBase;
     gselect_frame(target);
