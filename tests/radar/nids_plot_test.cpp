@@ -93,7 +93,7 @@ TEST_F(NidsPlot, ClutterLeavesTheFirstBinsEmpty) {
     // Due north; the plane is true to scale near the radar.
     EXPECT_NEAR(left[0][0].y - radar().y, 25 * domain.dx, 0.05F * domain.dx);
     EXPECT_NEAR(left[0][1].y - radar().y, 26 * domain.dx, 0.05F * domain.dx);
-    RES_put("plot_param", "clutter=28.7");
+    RES_put("plot_param", "site, clutter=28.7"); // blanks around a word do not matter
     NIDS_plot_param();
     EXPECT_EQ(cells(domain).size(), 4U * 2) << "the integer part";
     RES_put("plot_param", "noclutter");

@@ -144,6 +144,20 @@ void tell_no_level_file(const std::string &name, int fault) {
     MESS_print_fault(kWarn, "CONT_set_fill_colors", name, fault);
 }
 
+void take_number(float &number, ParamValue value) {
+    if (const auto given = Scanner(value.value_or("")).real()) number = *given;
+}
+
+constexpr std::array kParams{
+    ParamRow<State>{{"fill", ATTR_is_fill_pat, "a fill pattern"},
+                    [](State &s, ParamValue value) {
+                        if (value && !value->empty()) s.fill_pat = ATTR_parse_fill_pat(*value);
+                    }},
+    ParamRow<State>{{"conmin", PARAM_number, "a number"},
+                    [](State &s, ParamValue value) { take_number(s.min_cut, value); }},
+    ParamRow<State>{{"conmax", PARAM_number, "a number"},
+                    [](State &s, ParamValue value) { take_number(s.max_cut, value); }}};
+
 } // namespace
 
 void CONT_init() {
@@ -324,21 +338,12 @@ void CONT_get_fill_attrib_ind(int index, Attribute &record) {
 }
 
 std::span<const WordRule> CONT_param_words() {
-    static constexpr std::array words{WordRule{"fill", ATTR_is_fill_pat, "a fill pattern"},
-                                      WordRule{"conmin", PARAM_number, "a number"},
-                                      WordRule{"conmax", PARAM_number, "a number"}};
+    static constexpr auto words = PARAM_rules(kParams);
     return words;
 }
 
 void CONT_param_decode() {
-    for (const std::string &word : RES_getvals("plot_param")) {
-        if (const auto pattern = keyword_value(word, "fill").value_or(""); !pattern.empty())
-            state.fill_pat = ATTR_parse_fill_pat(pattern);
-        if (const auto low = keyword_value(word, "conmin"))
-            if (const auto value = Scanner(*low).real()) state.min_cut = *value;
-        if (const auto high = keyword_value(word, "conmax"))
-            if (const auto value = Scanner(*high).real()) state.max_cut = *value;
-    }
+    for (const std::string &word : RES_getvals("plot_param")) PARAM_take(trimmed(word), kParams, state);
 }
 
 float CONT_calc_intrvl(int count, float max, float min) {

@@ -23,39 +23,34 @@ void decode_rings(std::string_view text, std::array<float, kMaxRings> &rings) {
     }
 }
 
+void set_rings(RadarOptions &options, ParamValue distances) {
+    if (distances)
+        decode_rings(*distances, options.rings_nm);
+    else
+        options.rings_nm = {kDefaultRingNm};
+}
+
+void set_clutter(RadarOptions &options, ParamValue bins) {
+    options.clutter = bins ? Scanner(*bins).real().value_or(0) : static_cast<float>(kDefaultClutterBins);
+}
+
+using Row = ParamRow<RadarOptions>;
+constexpr std::array kParams{Row{{"site"}, [](RadarOptions &o, ParamValue) { o.site = true; }},
+                             Row{{"dist", PARAM_up_to_four, "up to four distances"}, set_rings},
+                             Row{{"nodist"}, [](RadarOptions &o, ParamValue) { o.rings_nm = {}; }},
+                             Row{{"clutter", PARAM_number, "a number"}, set_clutter},
+                             Row{{"noclutter"}, [](RadarOptions &o, ParamValue) { o.clutter = 0; }},
+                             Row{{"refresh"}, [](RadarOptions &o, ParamValue) { o.refresh = true; }},
+                             Row{{"strict"}, [](RadarOptions &o, ParamValue) { o.strict = true; }}};
+
 } // namespace
 
 bool RADAR_option_word(std::string_view word, RadarOptions &options) {
-    if (stricmp(word, "site") == 0) {
-        options.site = true;
-    } else if (begins_with(word, "dist")) {
-        if (const auto distances = keyword_value(word, "dist"))
-            decode_rings(*distances, options.rings_nm);
-        else
-            options.rings_nm = {kDefaultRingNm};
-    } else if (stricmp(word, "nodist") == 0) {
-        options.rings_nm = {};
-    } else if (begins_with(word, "clutter")) {
-        const auto bins = keyword_value(word, "clutter");
-        options.clutter = bins ? Scanner(*bins).real().value_or(0) : static_cast<float>(kDefaultClutterBins);
-    } else if (stricmp(word, "noclutter") == 0) {
-        options.clutter = 0;
-    } else if (stricmp(word, "refresh") == 0) {
-        options.refresh = true;
-    } else if (stricmp(word, "strict") == 0) {
-        options.strict = true;
-    } else {
-        return false;
-    }
-    return true;
+    return PARAM_take(word, kParams, options);
 }
 
 std::span<const WordRule> RADAR_param_words() {
-    static constexpr std::array words{
-        WordRule{"site"},      WordRule{"dist", PARAM_up_to_four, "up to four distances"},
-        WordRule{"nodist"},    WordRule{"clutter", PARAM_number, "a number"},
-        WordRule{"noclutter"}, WordRule{"refresh"},
-        WordRule{"strict"}};
+    static constexpr auto words = PARAM_rules(kParams);
     return words;
 }
 

@@ -70,6 +70,14 @@ void list_cuts() {
     close_volume();
 }
 
+using Param = ParamRow<Lev2PlotState>;
+constexpr std::array kParams{
+    Param{{"superres"}, [](Lev2PlotState &s, ParamValue) { s.superres = true; }},
+    Param{{"range", PARAM_number, "a number of km"}, [](Lev2PlotState &s, ParamValue value) {
+              const auto range = Scanner(value.value_or("")).integer();
+              if (range && *range >= 1) s.range_km = std::min(*range, kMostRangeKm);
+          }}};
+
 } // namespace
 
 Lev2PlotState &LEV2_state() {
@@ -99,18 +107,14 @@ int LEV2_open_volume(std::string_view name) {
 }
 
 std::span<const WordRule> LEV2_param_words() {
-    static constexpr std::array words{WordRule{"superres"},
-                                      WordRule{"range", PARAM_number, "a number of km"}};
+    static constexpr auto words = PARAM_rules(kParams);
     return words;
 }
 
 void LEV2_plot_param() {
-    for (const std::string &word : RES_getvals("plot_param")) {
-        if (RADAR_option_word(word, state.options)) continue;
-        if (stricmp(word, "superres") == 0) state.superres = true;
-        const auto range = Scanner(keyword_value(word, "range").value_or("")).integer();
-        if (range && *range >= 1) state.range_km = std::min(*range, kMostRangeKm);
-    }
+    for (const std::string &given : RES_getvals("plot_param"))
+        if (const std::string_view word = trimmed(given); !RADAR_option_word(word, state.options))
+            PARAM_take(word, kParams, state);
 }
 
 void LEV2_check_variables() {

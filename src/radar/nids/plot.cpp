@@ -80,6 +80,16 @@ RadarSteps driver_steps() {
     return steps;
 }
 
+using Param = ParamRow<NidsPlotState>;
+constexpr std::array kParams{
+    Param{{"graph"}, [](NidsPlotState &s, ParamValue) { s.graph = true; }},
+    Param{{"nograph"}, [](NidsPlotState &s, ParamValue) { s.graph = false; }},
+    Param{{"strong"}, [](NidsPlotState &s, ParamValue) { s.strong_only = true; }},
+    Param{{"numplt", PARAM_integer, "a number of storms"}, [](NidsPlotState &s, ParamValue value) {
+              const auto count = Scanner(value.value_or("")).integer();
+              if (count && *count >= 0) s.most_storms = *count;
+          }}};
+
 } // namespace
 
 const NidsInfo &NIDS_get_info() {
@@ -87,20 +97,14 @@ const NidsInfo &NIDS_get_info() {
 }
 
 std::span<const WordRule> NIDS_param_words() {
-    static constexpr std::array words{WordRule{"graph"}, WordRule{"nograph"}, WordRule{"strong"},
-                                      WordRule{"numplt", PARAM_integer, "a number of storms"}};
+    static constexpr auto words = PARAM_rules(kParams);
     return words;
 }
 
 void NIDS_plot_param() {
-    for (const std::string &word : RES_getvals("plot_param")) {
-        if (RADAR_option_word(word, state.options)) continue;
-        if (stricmp(word, "graph") == 0) state.graph = true;
-        if (stricmp(word, "nograph") == 0) state.graph = false;
-        if (stricmp(word, "strong") == 0) state.strong_only = true;
-        const auto count = Scanner(keyword_value(word, "numplt").value_or("")).integer();
-        if (count && *count >= 0) state.most_storms = *count;
-    }
+    for (const std::string &given : RES_getvals("plot_param"))
+        if (const std::string_view word = trimmed(given); !RADAR_option_word(word, state.options))
+            PARAM_take(word, kParams, state);
 }
 
 void NIDS_check_variables() {
