@@ -49,7 +49,7 @@ void decompress_only(benchmark::State &state) {
                 reader.take(static_cast<std::size_t>(std::abs(std::int64_t{reader.i32()})));
             if (reader.failed()) break;
             std::vector<std::byte> out;
-            NIDS_inflate_bzip2(record, kLev2MaxRecord, out);
+            INFLATE_bzip2(record, kLev2MaxRecord, out);
             produced += out.size();
         }
         state.counters["bytes"] = static_cast<double>(produced);

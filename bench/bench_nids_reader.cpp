@@ -28,11 +28,11 @@ std::vector<std::byte> product_bytes() {
 void decompress_only(benchmark::State &state) {
     const auto file = product_bytes();
     std::span<const std::byte> packed(file);
-    while (!packed.empty() && !NIDS_is_bzip2(packed)) packed = packed.subspan(1);
+    while (!packed.empty() && !INFLATE_is_bzip2(packed)) packed = packed.subspan(1);
     std::size_t size = 0;
     for (auto _ : state) {
         std::vector<std::byte> out;
-        NIDS_inflate_bzip2(packed, kNidsMaxProduct, out);
+        INFLATE_bzip2(packed, kNidsMaxProduct, out);
         size = out.size();
     }
     state.counters["bytes"] = static_cast<double>(size);

@@ -11,6 +11,7 @@
 #include "radar/cell_places.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "real_files.h"
 #include "tsv.h"
@@ -37,7 +38,7 @@ int count_wrong(const std::string &path, const PlotDomain *domain, std::vector<P
     std::array<float, kCellLevels> values{};
     NIDS_level_values(info.packet, values);
     const CellSink sink{note_cell, &places};
-    NIDS_walk_image(info, &sink);
+    NIDS_walk_image(NIDS_reader(), info, {}, &sink);
     NIDS_close_file();
     int wrong = 0;
     for (const Place &place : places) {

@@ -12,6 +12,8 @@
 #include "radar/common/options.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"
+#include "radar/nids/product_reader.h"
+#include "radar/nids/state.h"
 #include "radar/nids/wedge.h"
 #include "samples/level3_products.h"
 
@@ -45,7 +47,7 @@ protected:
                                 static_cast<std::vector<CellCorners> *>(context)->push_back(corners);
                             },
                             &found};
-        NIDS_walk_image(NIDS_get_info(), &sink);
+        NIDS_walk_image(NIDS_reader(), NIDS_get_info(), NIDS_state().options, &sink);
         NIDS_rewind_file();
         return found;
     }

@@ -10,7 +10,7 @@
 #include <zlib.h>
 
 #include "lib/text/strings.h"
-#include "radar/nids/packet.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "real_files.h"
 #include "tsv.h"
@@ -34,11 +34,14 @@ struct Counted {
 };
 
 void count_element(Counted &counted) {
-    const auto raw = NIDS_raw_bytes();
+    NidsReader &reader = NIDS_reader();
+    // Padding stands between the data and what comes next.
+    const std::byte *const begin = reader.packet.element.data();
+    const std::span raw(begin, reader.stream.bytes().peek(0).data());
     counted.crc =
         crc32(counted.crc, reinterpret_cast<const Bytef *>(raw.data()), static_cast<uInt>(raw.size()));
     counted.raw_bytes += raw.size();
-    counted.data_bytes += NIDS_packet_state().element.size();
+    counted.data_bytes += reader.packet.element.size();
     ++counted.elements;
     NidsRun run;
     int result = 0, runs = 0;
@@ -52,8 +55,7 @@ void count_element(Counted &counted) {
         if (length > 0) counted.level_max = std::max(counted.level_max, run.level);
         if (counted.elements > 1 || ++runs > 8) continue;
         if (!counted.first_values.empty()) counted.first_values += ' ';
-        if (NIDS_packet_state().code != kPacketDigitalRadial)
-            counted.first_values += std::to_string(length) + "x";
+        if (reader.packet.code != kPacketDigitalRadial) counted.first_values += std::to_string(length) + "x";
         counted.first_values += std::to_string(run.level);
     }
     EXPECT_EQ(result, 0);

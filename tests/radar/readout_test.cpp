@@ -21,6 +21,7 @@
 #include "radar/lev2/plot.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "real_files.h"
 #include "tsv.h"
@@ -258,9 +259,9 @@ TEST_F(ReadOutTruth, WhatIsReadIsWhatIsDrawn) {
         put_on_map(places);
         NIDS_choose_levels(info);
         std::array<float, kCellLevels> values{};
-        NIDS_image_values(info, info.packet, values);
+        NIDS_image_values(NIDS_reader(), info.packet, values);
         const CellSink sink{note_cell, &places};
-        NIDS_walk_image(info, &sink);
+        NIDS_walk_image(NIDS_reader(), info, {}, &sink);
         NIDS_close_file();
         expect_as_drawn(path, places, NIDS_read_place,
                         [&values](int level) { return values[static_cast<std::size_t>(level)]; });

@@ -44,15 +44,15 @@ bool is_message(std::span<const std::byte> bytes) {
 } // namespace
 
 RadarFileKind RADAR_file_kind(std::span<const std::byte> first) {
-    if (NIDS_is_gzip(first)) {
+    if (INFLATE_is_gzip(first)) {
         std::vector<std::byte> inside;
-        NIDS_inflate_gzip(first, kKindBytes, inside);
+        INFLATE_gzip(first, kKindBytes, inside);
         // A file compressed twice is none that a reader opens.
-        return NIDS_is_gzip(inside) ? RadarFileKind::unknown : RADAR_file_kind(inside);
+        return INFLATE_is_gzip(inside) ? RadarFileKind::unknown : RADAR_file_kind(inside);
     }
     if (begins(first, "AR2V") || begins(first, "ARCHIVE2")) return RadarFileKind::level2;
     const bool started = !first.empty() && std::to_integer<unsigned>(first[0]) == kStartOfHeading;
-    if (started || is_heading(first) || NIDS_is_zlib(first) || is_message(first))
+    if (started || is_heading(first) || INFLATE_is_zlib(first) || is_message(first))
         return RadarFileKind::level3;
     return RadarFileKind::unknown;
 }

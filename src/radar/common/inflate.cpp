@@ -145,15 +145,15 @@ private:
 /// Decompresses streams as long as `is_stream` sees one at the start of `in`, which is shortened by them. The
 /// output space and the decompressor serve all streams, since a file may hold very many very small ones.
 template <class Decompressor>
-NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::span<const std::byte>),
-                         std::size_t limit, std::size_t pieces, std::vector<std::byte> &out) {
+Inflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::span<const std::byte>),
+                     std::size_t limit, std::size_t pieces, std::vector<std::byte> &out) {
     Decompressor decompressor;
     std::size_t used = out.size();
-    NidsInflated result = NidsInflated::done;
+    Inflated result = Inflated::done;
     bool within = is_stream(in);
     while (within) {
         if (used >= limit) {
-            result = NidsInflated::too_large;
+            result = Inflated::too_large;
             break;
         }
         const std::size_t in_before = in.size();
@@ -166,13 +166,13 @@ NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::
         MESS_print(kDebug, "Inflate+ %d = %zu %zu = %zu %zu\n", static_cast<int>(step), in_before, in.size(),
                    produced, used);
         if (step == Step::damaged || (step == Step::more && produced == 0 && in.size() == in_before)) {
-            result = step == Step::damaged ? NidsInflated::damaged : NidsInflated::truncated;
+            result = step == Step::damaged ? Inflated::damaged : Inflated::truncated;
             break;
         }
         if (step == Step::end) {
             within = is_stream(in);
             if (within && --pieces == 0) {
-                result = NidsInflated::too_many;
+                result = Inflated::too_many;
                 break;
             }
             if (within) decompressor.restart();
@@ -184,39 +184,37 @@ NidsInflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::
 
 } // namespace
 
-bool NIDS_is_zlib(std::span<const std::byte> bytes) {
+bool INFLATE_is_zlib(std::span<const std::byte> bytes) {
     constexpr unsigned kDeflate = 8; // compression method in the low nibble
     return bytes.size() >= 2 && (byte_at(bytes, 0) & 0xF) == kDeflate &&
            (byte_at(bytes, 0) * 256 + byte_at(bytes, 1)) % 31 == 0;
 }
 
-bool NIDS_is_gzip(std::span<const std::byte> bytes) {
+bool INFLATE_is_gzip(std::span<const std::byte> bytes) {
     constexpr unsigned kDeflate = 8;
     return bytes.size() >= 3 && byte_at(bytes, 0) == 0x1F && byte_at(bytes, 1) == 0x8B &&
            byte_at(bytes, 2) == kDeflate;
 }
 
-bool NIDS_is_bzip2(std::span<const std::byte> bytes) {
+bool INFLATE_is_bzip2(std::span<const std::byte> bytes) {
     return bytes.size() >= 4 && byte_at(bytes, 0) == 'B' && byte_at(bytes, 1) == 'Z' &&
            byte_at(bytes, 2) == 'h' && byte_at(bytes, 3) >= '1' && byte_at(bytes, 3) <= '9';
 }
 
-NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
-                               std::vector<std::byte> &out) {
-    const NidsInflated result =
-        inflate_all<DeflateStream<kZlibHeader>>(bytes, NIDS_is_zlib, limit, kInflatePieces, out);
-    if (result != NidsInflated::done) return result;
-    if (bytes.size() > limit - out.size()) return NidsInflated::too_large;
+Inflated INFLATE_zlib(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out) {
+    const Inflated result =
+        inflate_all<DeflateStream<kZlibHeader>>(bytes, INFLATE_is_zlib, limit, kInflatePieces, out);
+    if (result != Inflated::done) return result;
+    if (bytes.size() > limit - out.size()) return Inflated::too_large;
     out.insert(out.end(), bytes.begin(), bytes.end());
-    return NidsInflated::done;
+    return Inflated::done;
 }
 
-NidsInflated NIDS_inflate_gzip(std::span<const std::byte> bytes, std::size_t limit,
-                               std::vector<std::byte> &out) {
-    return inflate_all<DeflateStream<kGzipHeader>>(bytes, NIDS_is_gzip, limit, kInflatePieces, out);
+Inflated INFLATE_gzip(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out) {
+    return inflate_all<DeflateStream<kGzipHeader>>(bytes, INFLATE_is_gzip, limit, kInflatePieces, out);
 }
 
-NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,
-                                std::vector<std::byte> &out, std::size_t pieces) {
-    return inflate_all<Bzip2Stream>(bytes, NIDS_is_bzip2, limit, pieces, out);
+Inflated INFLATE_bzip2(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out,
+                       std::size_t pieces) {
+    return inflate_all<Bzip2Stream>(bytes, INFLATE_is_bzip2, limit, pieces, out);
 }

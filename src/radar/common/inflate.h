@@ -10,7 +10,7 @@
 /// smallest known, reach the size limit of products before it.
 inline constexpr std::size_t kInflatePieces = 20'000;
 
-enum class NidsInflated {
+enum class Inflated {
     done,      ///< every stream came to its end
     truncated, ///< the input ends within a stream; `out` holds what came out
     damaged,   ///< the data are not a valid stream; `out` holds what came out before
@@ -19,20 +19,18 @@ enum class NidsInflated {
 };
 
 /// A zlib header stands at the start of the bytes.
-bool NIDS_is_zlib(std::span<const std::byte> bytes);
+bool INFLATE_is_zlib(std::span<const std::byte> bytes);
 /// A bzip2 header stands at the start of the bytes.
-bool NIDS_is_bzip2(std::span<const std::byte> bytes);
+bool INFLATE_is_bzip2(std::span<const std::byte> bytes);
 
 /// A gzip header stands at the start of the bytes.
-bool NIDS_is_gzip(std::span<const std::byte> bytes);
+bool INFLATE_is_gzip(std::span<const std::byte> bytes);
 
 /// Appends to `out` what the zlib streams at the start of `bytes`, one directly behind the other, hold. Bytes
 /// behind the last stream are appended as they are. `out` never grows beyond `limit` bytes.
-NidsInflated NIDS_inflate_zlib(std::span<const std::byte> bytes, std::size_t limit,
-                               std::vector<std::byte> &out);
+Inflated INFLATE_zlib(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out);
 /// The same for gzip members; bytes behind the last member are dropped.
-NidsInflated NIDS_inflate_gzip(std::span<const std::byte> bytes, std::size_t limit,
-                               std::vector<std::byte> &out);
+Inflated INFLATE_gzip(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out);
 /// The same for bzip2 streams, at most `pieces` of them; bytes behind the last stream are dropped.
-NidsInflated NIDS_inflate_bzip2(std::span<const std::byte> bytes, std::size_t limit,
-                                std::vector<std::byte> &out, std::size_t pieces = kInflatePieces);
+Inflated INFLATE_bzip2(std::span<const std::byte> bytes, std::size_t limit, std::vector<std::byte> &out,
+                       std::size_t pieces = kInflatePieces);

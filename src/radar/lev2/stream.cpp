@@ -107,7 +107,7 @@ void start() {
     state.ahead_size = seen;
     state.ahead_used = 0;
     if (seen == state.ahead.size()) {
-        state.records = NIDS_is_bzip2(std::span(state.ahead).subspan(kControlBytes));
+        state.records = INFLATE_is_bzip2(std::span(state.ahead).subspan(kControlBytes));
         tell_kind();
     }
 }
@@ -157,25 +157,24 @@ bool read_record() {
     }
     read_growing(state.in, length);
     const std::size_t before = state.out.size();
-    const NidsInflated result =
-        NIDS_inflate_bzip2(state.in, before + kLev2MaxRecord, state.out, kLev2MaxPieces);
+    const Inflated result = INFLATE_bzip2(state.in, before + kLev2MaxRecord, state.out, kLev2MaxPieces);
     const std::size_t produced = state.out.size() - before;
     MESS_print(kDebug, "Decompress: %d %zu:%zu %zu - %zu\n", static_cast<int>(result), length,
                state.in.size(), produced, state.out.size());
     MESS_print(kDebug, "NSIZE: %zu \n", produced);
     const bool whole = state.in.size() == length;
-    if (result == NidsInflated::too_large)
+    if (result == Inflated::too_large)
         MESS_print(kWarn, "LEV2_get_block: Record %d is larger than %zu bytes\n", state.record,
                    kLev2MaxRecord);
-    else if (result == NidsInflated::too_many)
+    else if (result == Inflated::too_many)
         MESS_print(kWarn, "LEV2_get_block: Record %d has more than %zu compressed pieces\n", state.record,
                    kLev2MaxPieces);
     else if (!whole)
         MESS_print(kWarn, "LEV2_get_block: The file ends within record %d: %zu of %zu bytes\n", state.record,
                    state.in.size(), length);
-    else if (result != NidsInflated::done)
+    else if (result != Inflated::done)
         MESS_print(kWarn, "LEV2_get_block: Record %d is damaged\n", state.record);
-    if (!whole || result != NidsInflated::done) state.ended = true;
+    if (!whole || result != Inflated::done) state.ended = true;
     return produced > 0 || !state.ended;
 }
 

@@ -5,8 +5,7 @@
 #include <string_view>
 
 #include "lib/report/message.h"
-#include "radar/nids/reader.h"
-#include "radar/nids/stream.h"
+#include "radar/nids/product_reader.h"
 
 namespace {
 
@@ -16,13 +15,6 @@ constexpr int kDivider = -1;
 constexpr int kStatusMessage = 2;
 
 constexpr float kKnotsPerMetreSecond = 1.944F;
-
-struct State {
-    NidsMessageHeader message;
-    NidsDescription description;
-    std::array<float, kThresholds> thresholds{};
-};
-State state;
 
 /// Text in front of the message, told by its first two bytes.
 struct Framing {
@@ -45,52 +37,45 @@ int text_lines(unsigned word) {
 }
 
 /// Words of a threshold as numbers of their own.
-float signed_word(int index) {
-    return static_cast<float>(
-        static_cast<std::int16_t>(state.description.threshold[static_cast<unsigned>(index)]));
+float signed_word(unsigned word) {
+    return static_cast<float>(static_cast<std::int16_t>(word));
 }
 
-float unsigned_word(int index) {
-    return static_cast<float>(state.description.threshold[static_cast<unsigned>(index)]);
+void minimum_and_step(NidsBlocks &blocks, float divisor) {
+    const auto &words = blocks.description.threshold;
+    blocks.thresholds[0] = signed_word(words[0]) / divisor;
+    blocks.thresholds[1] = signed_word(words[1]) / divisor;
+    blocks.thresholds[2] = signed_word(words[2]);
 }
 
-float half_word(int index) {
-    return NIDS_float16(state.description.threshold[static_cast<unsigned>(index)]);
-}
-
-void minimum_and_step(float divisor) {
-    state.thresholds[0] = signed_word(0) / divisor;
-    state.thresholds[1] = signed_word(1) / divisor;
-    state.thresholds[2] = signed_word(2);
-}
-
-void single_values() {
+void single_values(NidsBlocks &blocks) {
     for (std::size_t i = 0; i < kThresholds; ++i)
-        state.thresholds[i] = NIDS_threshold_value(state.description.threshold[i]);
+        blocks.thresholds[i] = NIDS_threshold_value(blocks.description.threshold[i]);
 }
 
-void fill_thresholds(NidsScale scale) {
-    const auto &words = state.description.threshold;
-    auto &values = state.thresholds;
-    switch (scale) {
-    case NidsScale::levels: single_values(); break;
-    case NidsScale::minimum_step: minimum_and_step(10); break;
+void fill_thresholds(NidsBlocks &blocks) {
+    const auto &words = blocks.description.threshold;
+    auto &values = blocks.thresholds;
+    values = {};
+    switch (blocks.product().scale) {
+    case NidsScale::levels: single_values(blocks); break;
+    case NidsScale::minimum_step: minimum_and_step(blocks, 10); break;
     case NidsScale::minimum_step_kt:
-        minimum_and_step(10);
+        minimum_and_step(blocks, 10);
         for (const std::size_t i : {0U, 1U})
             if (!is_missing(values[i])) values[i] *= kKnotsPerMetreSecond;
         break;
-    case NidsScale::thousandths: minimum_and_step(1000); break;
-    case NidsScale::hundredths: minimum_and_step(100); break;
+    case NidsScale::thousandths: minimum_and_step(blocks, 1000); break;
+    case NidsScale::hundredths: minimum_and_step(blocks, 100); break;
     case NidsScale::liquid:
-        values[0] = half_word(0);
-        values[1] = half_word(1);
-        values[2] = signed_word(2);
-        values[3] = half_word(3);
-        values[4] = half_word(4);
+        values[0] = NIDS_float16(words[0]);
+        values[1] = NIDS_float16(words[1]);
+        values[2] = signed_word(words[2]);
+        values[3] = NIDS_float16(words[3]);
+        values[4] = NIDS_float16(words[4]);
         break;
     case NidsScale::echo_tops:
-        for (int i = 0; i < 4; ++i) values[static_cast<unsigned>(i)] = unsigned_word(i);
+        for (std::size_t i = 0; i < 4; ++i) values[i] = static_cast<float>(words[i]);
         break;
     case NidsScale::scale_offset:
         values[0] = NIDS_float32(words[0], words[1]);
@@ -98,7 +83,7 @@ void fill_thresholds(NidsScale scale) {
         if (values[0] == 0) values[0] = 1;
         break;
     case NidsScale::terminal_long_range:
-        single_values();
+        single_values(blocks);
         values[0] = -32;
         values[1] = 0.5F;
         values[2] = 256;
@@ -106,7 +91,8 @@ void fill_thresholds(NidsScale scale) {
     }
 }
 
-void trace_description(const NidsDescription &d) {
+void trace_description(const NidsBlocks &blocks, std::size_t position) {
+    const NidsDescription &d = blocks.description;
     MESS_print(kOut4, "Divider: %d\n", d.divider);
     MESS_print(kOut4, "Latitude: %d\n", d.latitude);
     MESS_print(kOut4, "Longitude: %d\n", d.longitude);
@@ -123,12 +109,12 @@ void trace_description(const NidsDescription &d) {
     MESS_print(kOut4, "Elevation: %d\n", d.elevation_number);
     for (std::size_t i = 0; i < kThresholds; ++i)
         MESS_print(kOut4, "Threshold[%d]: %d %f\n", static_cast<int>(i), static_cast<int>(d.threshold[i]),
-                   static_cast<double>(state.thresholds[i]));
+                   static_cast<double>(blocks.thresholds[i]));
     MESS_print(kOut4, "Number of Maps: %d\n", d.maps);
     MESS_print(kOut4, "Offset to Symbolics: %d\n", static_cast<int>(d.symbology));
     MESS_print(kOut4, "Offset to Graphics: %d\n", static_cast<int>(d.graphic));
     MESS_print(kOut4, "Offset to Tabular: %d\n", static_cast<int>(d.tabular));
-    MESS_print(kOut4, "POS: %d\n", static_cast<int>(NIDS_bytes().offset()));
+    MESS_print(kOut4, "POS: %d\n", static_cast<int>(position));
 }
 
 NidsDescription read_description(ByteReader &bytes) {
@@ -164,25 +150,25 @@ NidsDescription read_description(ByteReader &bytes) {
 
 } // namespace
 
-int NIDS_mess_header() {
-    const std::size_t start = NIDS_bytes().offset();
+int NidsReader::message_header() {
+    const std::size_t start = stream.bytes().offset();
     std::int16_t word = 0;
-    if (NIDS_read_short(word) < 1) return 0;
+    if (stream.read_short(word) < 1) return 0;
     const int lines = text_lines(static_cast<std::uint16_t>(word));
     if (lines == 0) {
-        NIDS_set_message_start(start);
+        stream.set_message_start(start);
     } else {
         for (int i = 0; i < lines; ++i)
-            if (NIDS_skip_line() < 1) return 0;
+            if (stream.skip_line() < 1) return 0;
         NidsCompression found{};
-        if (!NIDS_test_compression(found)) return 0;
+        if (!stream.test_compression(found)) return 0;
         // A message deflated as a whole brings along a copy of the text in front of it.
         constexpr std::size_t kHeadingCopy = 54;
-        if (found == NidsCompression::zlib && NIDS_take(kHeadingCopy).size() < kHeadingCopy) return 0;
-        NIDS_set_message_start(NIDS_bytes().offset());
-        if (NIDS_read_short(word) < 1) return 0;
+        if (found == NidsCompression::zlib && stream.take(kHeadingCopy).size() < kHeadingCopy) return 0;
+        stream.set_message_start(stream.bytes().offset());
+        if (stream.read_short(word) < 1) return 0;
     }
-    ByteReader &bytes = NIDS_bytes();
+    ByteReader &bytes = stream.bytes();
     NidsMessageHeader message;
     message.code = static_cast<std::uint16_t>(word);
     message.days = bytes.u16();
@@ -191,7 +177,7 @@ int NIDS_mess_header() {
     message.source = bytes.u16();
     message.destination = bytes.u16();
     message.blocks = bytes.u16();
-    state.message = message;
+    blocks.message = message;
     MESS_print(kOut4, "Message Header: %d %d\n", static_cast<int>(start), lines);
     MESS_print(kOut4, "Code: %d\n", message.code);
     MESS_print(kOut4, "Date: %d\n", message.days);
@@ -203,44 +189,18 @@ int NIDS_mess_header() {
     return 1;
 }
 
-int NIDS_prod_desc() {
-    ByteReader &bytes = NIDS_bytes();
+int NidsReader::product_description() {
+    ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Description: %d\n", static_cast<int>(bytes.offset()));
     if (bytes.remaining() < kDescriptionSize) {
-        NIDS_exhaust();
+        stream.exhaust();
         return 0;
     }
-    state.description = read_description(bytes);
-    state.thresholds = {};
-    fill_thresholds(NIDS_product().scale);
-    trace_description(state.description);
-    const bool product = state.message.code != kStatusMessage || state.message.source > kLastRadarSource;
-    return state.description.divider == kDivider && product ? 1 : 0;
-}
-
-const NidsMessageHeader &NIDS_get_mess() {
-    return state.message;
-}
-
-const NidsDescription &NIDS_get_prod_desc() {
-    return state.description;
-}
-
-const std::array<float, kThresholds> &NIDS_get_thres() {
-    return state.thresholds;
-}
-
-const NidsProduct &NIDS_product() {
-    return NIDS_find_product(state.message.code);
-}
-
-float NIDS_threshold_of(int word) {
-    if (word < 0 || word >= kThresholds) return kMissingF;
-    return state.thresholds[static_cast<unsigned>(word)];
-}
-
-void NIDS_clear_header() {
-    state = State{};
+    blocks.description = read_description(bytes);
+    fill_thresholds(blocks);
+    trace_description(blocks, bytes.offset());
+    const bool product = blocks.message.code != kStatusMessage || blocks.message.source > kLastRadarSource;
+    return blocks.description.divider == kDivider && product ? 1 : 0;
 }
 
 float NIDS_float16(unsigned word) {

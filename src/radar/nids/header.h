@@ -1,11 +1,27 @@
 #pragma once
-/// What the readers of this room need of the header blocks beyond the public declarations.
+/// The header blocks of a product: message header, description, thresholds.
 
+#include "radar/nids/product.h"
 #include "radar/nids/product_table.h"
 
-/// The rules of the open product.
-const NidsProduct &NIDS_product();
-/// The threshold value that a value word selects; kMissingF when it is none of the sixteen.
-float NIDS_threshold_of(int word);
-/// Forgets the blocks of the product before.
-void NIDS_clear_header();
+struct NidsBlocks {
+    NidsMessageHeader message;
+    NidsDescription description;
+    std::array<float, kThresholds> thresholds{};
+
+    /// The rules of the product.
+    [[nodiscard]] const NidsProduct &product() const { return NIDS_find_product(message.code); }
+    /// The threshold value that a value word selects; kMissingF when it is none of the sixteen.
+    [[nodiscard]] float threshold_of(int word) const {
+        return word < 0 || word >= kThresholds ? kMissingF : thresholds[static_cast<unsigned>(word)];
+    }
+    /// Degrees north and east.
+    [[nodiscard]] float latitude() const { return static_cast<float>(description.latitude) / 1000; }
+    [[nodiscard]] float longitude() const { return static_cast<float>(description.longitude) / 1000; }
+};
+
+/// Half-precision and single-precision threshold numbers.
+float NIDS_float16(unsigned word);
+float NIDS_float32(unsigned high, unsigned low);
+/// Value of a threshold word by the generic rule.
+float NIDS_threshold_value(unsigned word);

@@ -19,7 +19,7 @@
 #include "plot/symbols/wind.h"
 #include "radar/nids/grid_file.h"
 #include "radar/nids/levels.h"
-#include "radar/nids/reader.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/state.h"
 
 namespace {
@@ -45,27 +45,28 @@ float raster_value(int code, float value) {
     return std::pow(10.0F, value / 10.0F) / 100.0F;
 }
 
-void draw_radials(int packet, const NidsImageGrid &grid, const LevelInk &ink, const CellSink &sink) {
-    const std::size_t skip = NIDS_clutter_bins();
+/// `skip`: bins next to the radar that are not drawn.
+void draw_radials(NidsReader &reader, int packet, const NidsImageGrid &grid, std::size_t skip,
+                  const LevelInk &ink, const CellSink &sink) {
     RadialCells cells(grid.frame);
     std::vector<std::uint8_t> levels;
     float start = 0;
     float delta = 0;
-    while (NIDS_get_radial(start, delta) == 1) {
-        NIDS_radial_levels(packet, levels);
+    while (reader.next_radial(start, delta) == 1) {
+        NIDS_radial_levels(reader, packet, levels);
         cells.draw(start, start + delta + kNidsOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
     }
 }
 
-void draw_rows(const NidsInfo &info, const NidsImageGrid &grid, const LevelInk &ink, const CellSink &sink,
-               NidsGridFile *file) {
+void draw_rows(NidsReader &reader, const NidsInfo &info, const NidsImageGrid &grid, const LevelInk &ink,
+               const CellSink &sink, NidsGridFile *file) {
     const float size = grid.bin;
     auto [left, top] = grid.raster_corner(info);
     BoxCells cells(grid.frame);
-    while (NIDS_get_rastor() == 1) {
+    while (reader.next_row() == 1) {
         int column = 0;
         NidsRun run;
-        while (NIDS_get_data(run) == 1) {
+        while (reader.next_run(run) == 1) {
             const int count = static_cast<int>(run.length);
             const auto level = static_cast<std::uint8_t>(run.level);
             if (file != nullptr) file->write(raster_value(info.code, run.value), count);
@@ -88,20 +89,20 @@ struct SymbolScreen {
     }
 };
 
-void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
+void draw_symbols(NidsReader &reader, int packet, const Attribute &data, const Attribute &grid) {
     const SymbolScreen screen;
     if (is_vector(packet)) {
         GPH_line_attr(nullptr);
         GPH_line_attr(&grid);
         NidsVector v{};
-        while (NIDS_get_vector(v) == 1) {
+        while (reader.next_vector(v) == 1) {
             const Point a = screen.at(v.i1, v.j1);
             const Point b = screen.at(v.i2, v.j2);
             GPH_line(a.x, a.y, b.x, b.y);
         }
     } else if (packet == kPacketWind) {
         NidsWind wind{};
-        while (NIDS_get_wind(wind) == 1) {
+        while (reader.next_wind(wind) == 1) {
             const Point p = screen.at(wind.i, wind.j);
             Attribute ink;
             CONT_get_fill_attrib(ink, wind.value);
@@ -112,8 +113,7 @@ void draw_symbols(int packet, const Attribute &data, const Attribute &grid) {
         }
     } else if (is_text(packet)) {
         NidsText text;
-        NIDS_get_text(text);
-        if (data.color < 0) return;
+        if (reader.next_text(text) < 1 || data.color < 0) return;
         Attribute letters = data;
         if (is_missing(letters.expansion)) letters.expansion = kTextExpansion;
         const float height = is_map_projection(MAP_get_proj()) ? kMapTextUnits : kTextUnits;
@@ -133,8 +133,8 @@ bool NIDS_is_raster(int packet) {
     return packet == kPacketRaster || packet == kPacketDigitalPrecip;
 }
 
-std::size_t NIDS_clutter_bins() {
-    return static_cast<std::size_t>(std::clamp(NIDS_state().options.clutter, 0.0F, 100000.0F));
+std::size_t NIDS_clutter_bins(const RadarOptions &options) {
+    return static_cast<std::size_t>(std::clamp(options.clutter, 0.0F, 100000.0F));
 }
 
 Point NidsImageGrid::raster_corner(const NidsInfo &info) const {
@@ -144,10 +144,8 @@ Point NidsImageGrid::raster_corner(const NidsInfo &info) const {
 
 /// Bins and boxes of a radar count from the radar along the earth; those of precipitation arrays and mosaics
 /// lie in the plane of their own projection.
-NidsImageGrid NIDS_image_grid(const NidsInfo &info) {
-    const NidsDescription &description = NIDS_get_prod_desc();
-    const float lat = static_cast<float>(description.latitude) / 1000.0F;
-    const float lon = static_cast<float>(description.longitude) / 1000.0F;
+NidsImageGrid NIDS_image_grid(const NidsBlocks &blocks, const NidsInfo &info) {
+    const float lat = blocks.latitude(), lon = blocks.longitude();
     const PlotDomain &d = info.domain;
     if (d.proj == kProjPolar && d.plat == d.clat && d.plon == d.clon) {
         CellFrame frame(d, lat, lon);
@@ -161,22 +159,22 @@ NidsImageGrid NIDS_image_grid(const NidsInfo &info) {
     return {frame, d.dx, centre};
 }
 
-void NIDS_radial_levels(int packet, std::vector<std::uint8_t> &levels) {
+void NIDS_radial_levels(NidsReader &reader, int packet, std::vector<std::uint8_t> &levels) {
     levels.clear();
     if (packet == kPacketDigitalRadial) {
-        for (const std::byte level : NIDS_get_data_bytes())
+        for (const std::byte level : reader.data_bytes())
             levels.push_back(std::to_integer<std::uint8_t>(level));
     } else {
         NidsRun run;
-        while (NIDS_get_data(run) == 1)
+        while (reader.next_run(run) == 1)
             levels.insert(levels.end(), static_cast<std::size_t>(run.length),
                           static_cast<std::uint8_t>(run.level));
     }
 }
 
-void NIDS_image_values(const NidsInfo &info, int packet, std::span<float, kCellLevels> values) {
-    NIDS_level_values(packet, values);
-    for (float &value : values) value = raster_value(info.code, value);
+void NIDS_image_values(const NidsReader &reader, int packet, std::span<float, kCellLevels> values) {
+    reader.level_values(packet, values);
+    for (float &value : values) value = raster_value(reader.blocks.message.code, value);
 }
 
 void NIDS_choose_levels(const NidsInfo &info) {
@@ -186,32 +184,33 @@ void NIDS_choose_levels(const NidsInfo &info) {
     CONT_choose_levels(choice);
 }
 
-void NIDS_walk_image(const NidsInfo &info, const CellSink *other_sink) {
+void NIDS_walk_image(NidsReader &reader, const NidsInfo &info, const RadarOptions &options,
+                     const CellSink *other_sink) {
     Attribute data;
     Attribute grid_lines;
     ATTRIB_get("color_data", ATTRIB_text_default(), data);
     ATTRIB_get("color_grid", "red", grid_lines);
-    const NidsImageGrid grid = NIDS_image_grid(info);
+    const NidsImageGrid grid = NIDS_image_grid(reader.blocks, info);
     // A product without a bin size has no cells to draw.
     const bool draw = FLAG_getplot(kPlotSummary) > 0 && grid.bin > 0;
     std::array<float, kCellLevels> values{};
     int packet = info.packet, rasters = 0;
-    for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
+    for (int status = packet != 0 ? 1 : 0; status == 1; status = reader.next_packet(packet)) {
         if (!NIDS_is_radial(packet) && !NIDS_is_raster(packet)) {
-            draw_symbols(packet, data, grid_lines);
+            draw_symbols(reader, packet, data, grid_lines);
             continue;
         }
-        NIDS_image_values(info, packet, values);
+        NIDS_image_values(reader, packet, values);
         LevelInk ink = CELL_ink(values);
         if (!draw)
             for (Attribute &attribute : ink) attribute.color = kColorBackground;
         CellFiller filler(ink);
         const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
         if (NIDS_is_radial(packet)) {
-            draw_radials(packet, grid, ink, sink);
+            draw_radials(reader, packet, grid, NIDS_clutter_bins(options), ink, sink);
         } else {
             std::optional<NidsGridFile> file = NIDS_grd_out_file(info, ++rasters);
-            draw_rows(info, grid, ink, sink, file ? &*file : nullptr);
+            draw_rows(reader, info, grid, ink, sink, file ? &*file : nullptr);
             if (file) file->finish();
         }
     }
@@ -226,6 +225,6 @@ int NIDS_plot_summary() {
     PLT_label_date(state.info.date);
     NIDS_choose_levels(state.info);
     PLT_mess("NIDS Sum");
-    NIDS_walk_image(state.info, nullptr);
+    NIDS_walk_image(NIDS_reader(), state.info, state.options, nullptr);
     return 0;
 }

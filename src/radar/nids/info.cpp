@@ -5,10 +5,7 @@
 #include "lib/text/strings.h"
 #include "plot/map/current_map.h"
 #include "radar/common/file_date.h"
-#include "radar/nids/header.h"
-#include "radar/nids/packet.h"
-#include "radar/nids/reader.h"
-#include "radar/nids/stream.h"
+#include "radar/nids/product_reader.h"
 
 namespace {
 
@@ -50,7 +47,7 @@ bool is_mosaic(const NidsInfo &info) {
     return info.source > kLastRadarSource;
 }
 
-void set_name_and_size(NidsInfo &info) {
+void set_name_and_size(const NidsProduct &product, NidsInfo &info) {
     std::string_view name;
     if (is_mosaic(info)) {
         const NidsMosaic *mosaic = NIDS_find_mosaic(info.code);
@@ -59,7 +56,6 @@ void set_name_and_size(NidsInfo &info) {
         if (mosaic != nullptr) name = mosaic->name;
         info.range = 0;
     } else {
-        const NidsProduct &product = NIDS_product();
         name = product.name;
         info.resolution = product.bin_nm;
         if (!name.empty()) info.range = product.range_nm;
@@ -67,13 +63,13 @@ void set_name_and_size(NidsInfo &info) {
     info.name = name.empty() ? format_text("Not supported - %d", info.code) : std::string(name);
 }
 
-void set_grid_size(NidsInfo &info) {
+void set_grid_size(const NidsReader &reader, NidsInfo &info) {
     info.columns = info.rows = kPlainGrid;
     if (info.packet == kPacketRaster || info.packet == kPacketDigitalPrecip)
-        info.columns = info.rows = NIDS_get_ras_hdr().rows;
+        info.columns = info.rows = reader.packet.raster.rows;
     else if (info.packet == kPacketRadial || info.packet == kPacketDigitalRadial)
-        info.columns = info.rows = 2 * NIDS_get_rad_hdr().bins;
-    if (is_mosaic(info)) info.columns = NIDS_get_prod_desc().p[10];
+        info.columns = info.rows = 2 * reader.packet.radial.bins;
+    if (is_mosaic(info)) info.columns = reader.blocks.description.p[10];
 }
 
 /// Plane units of one bin at the radar.
@@ -103,7 +99,7 @@ PlotDomain mosaic_domain(const NidsInfo &info, float latitude, float longitude) 
     return domain;
 }
 
-PlotDomain radar_domain(const NidsInfo &info, float latitude, float longitude) {
+PlotDomain radar_domain(const NidsInfo &info, NidsGrid grid, float latitude, float longitude) {
     PlotDomain domain;
     DOM_init(domain);
     domain.proj = kProjPolar;
@@ -111,7 +107,7 @@ PlotDomain radar_domain(const NidsInfo &info, float latitude, float longitude) {
     domain.clon = longitude;
     domain.nx = info.columns;
     domain.ny = info.rows;
-    switch (NIDS_product().grid) {
+    switch (grid) {
     case NidsGrid::screen:
         domain.proj = kProjPixel;
         domain.clat = domain.clon = 0;
@@ -134,19 +130,16 @@ PlotDomain radar_domain(const NidsInfo &info, float latitude, float longitude) {
     return domain;
 }
 
-void set_domain(NidsInfo &info) {
-    const NidsDescription &description = NIDS_get_prod_desc();
-    const float latitude = static_cast<float>(description.latitude) / 1000;
-    const float longitude = static_cast<float>(description.longitude) / 1000;
-    info.domain =
-        is_mosaic(info) ? mosaic_domain(info, latitude, longitude) : radar_domain(info, latitude, longitude);
+void set_domain(const NidsBlocks &blocks, NidsInfo &info) {
+    const float latitude = blocks.latitude(), longitude = blocks.longitude();
+    info.domain = is_mosaic(info) ? mosaic_domain(info, latitude, longitude)
+                                  : radar_domain(info, blocks.product().grid, latitude, longitude);
 }
 
-void set_extremes(NidsInfo &info) {
-    const ExtremeRule &rule = extreme_rule(NIDS_product());
-    const auto value = [&rule](unsigned word) {
-        return word == 0 ? 0.0F
-                         : static_cast<float>(NIDS_get_prod_desc().p[word]) / rule.divisor * rule.factor;
+void set_extremes(const NidsBlocks &blocks, NidsInfo &info) {
+    const ExtremeRule &rule = extreme_rule(blocks.product());
+    const auto value = [&](unsigned word) {
+        return word == 0 ? 0.0F : static_cast<float>(blocks.description.p[word]) / rule.divisor * rule.factor;
     };
     info.minimum = value(rule.minimum_word);
     info.maximum = value(rule.maximum_word);
@@ -159,8 +152,8 @@ std::string begin_label(int days, int minutes) {
     return format_text(" B=%d/%.2d:%.2d", day, hour, minute);
 }
 
-std::string part_label(NidsLabelPart part) {
-    const auto &p = NIDS_get_prod_desc().p;
+std::string part_label(NidsLabelPart part, const NidsDescription &description) {
+    const auto &p = description.p;
     switch (part) {
     case NidsLabelPart::none: break;
     case NidsLabelPart::begin_p5: return begin_label(p[5], p[6]);
@@ -179,9 +172,9 @@ std::string extremes_label(const NidsInfo &info, const ExtremeRule &rule) {
     return format_text(" Mx=%.*f", rule.decimals, maximum);
 }
 
-void set_label(NidsInfo &info) {
+void set_label(const NidsBlocks &blocks, NidsInfo &info) {
     constexpr std::array<std::string_view, 3> kModes{"Md=mt", "Md=cl", "Md=pr"};
-    const NidsProduct &product = NIDS_product();
+    const NidsProduct &product = blocks.product();
     const auto mode = static_cast<std::size_t>(info.mode);
     std::string label(mode < kModes.size() ? kModes[mode] : std::string_view{});
     if (is_mosaic(info))
@@ -191,13 +184,12 @@ void set_label(NidsInfo &info) {
                              static_cast<double>(info.resolution));
     if (product.elevation == NidsElevation::labelled)
         label += format_text(" El=%.1f", static_cast<double>(info.elevation));
-    label += part_label(product.label);
+    label += part_label(product.label, blocks.description);
     label += extremes_label(info, extreme_rule(product));
     info.label = label;
 }
 
-void set_date(NidsInfo &info) {
-    const NidsDescription &description = NIDS_get_prod_desc();
+void set_date(const NidsDescription &description, NidsInfo &info) {
     info.date = DateRecord{};
     MESS_print(kOut4, "Volume Scan date: %d\n", description.scan_days);
     NIDS_julian_date(description.scan_days, info.date.year, info.date.month, info.date.day);
@@ -205,51 +197,52 @@ void set_date(NidsInfo &info) {
     NIDS_dec_time(description.scan_seconds, info.date.hour, info.date.minute, info.date.second);
 }
 
-/// Reads up to the first packet's header; its code, or 0 when the product has no image.
-int first_packet() {
-    int code = 0;
-    if (NIDS_prod_symb() < 1 || NIDS_prod_symb_layer() < 1) return 0;
-    return NIDS_packet(code) == 1 ? code : 0;
-}
-
 /// Two codes that agree and a place on the earth: bytes that are no product hardly have both.
-bool makes_sense(const NidsDescription &description) {
+bool makes_sense(const NidsBlocks &blocks) {
+    const NidsDescription &description = blocks.description;
     constexpr int kMostLatitude = 90000, kMostLongitude = 180000; // thousandths of a degree
     const auto within = [](int value, int most) { return value >= -most && value <= most; };
-    return description.code == NIDS_get_mess().code && within(description.latitude, kMostLatitude) &&
+    return description.code == blocks.message.code && within(description.latitude, kMostLatitude) &&
            within(description.longitude, kMostLongitude);
 }
 
 /// The image begins within the product, which of a cut file is longer than what is there.
-bool image_within() {
-    const std::size_t offset = std::size_t{NIDS_get_prod_desc().symbology} * 2;
-    const auto announced = static_cast<std::size_t>(std::max(NIDS_get_mess().length, 0));
-    return offset <= std::max(announced, NIDS_extent().view);
+bool image_within(const NidsReader &reader) {
+    const std::size_t offset = std::size_t{reader.blocks.description.symbology} * 2;
+    const auto announced = static_cast<std::size_t>(std::max(reader.blocks.message.length, 0));
+    return offset <= std::max(announced, reader.stream.extent().view);
 }
 
 } // namespace
 
-int NIDS_get_header(NidsInfo &record) {
-    NIDS_clear_header();
-    NIDS_clear_packets();
-    if (!NIDS_rewind() || !NIDS_select_product()) return 0;
-    if (NIDS_mess_header() < 1 || NIDS_prod_desc() < 1 || !makes_sense(NIDS_get_prod_desc())) return 0;
-    const int packet = first_packet();
-    if (NIDS_is_encrypted() || !image_within()) return 0;
+/// Reads up to the first packet's header; its code, or 0 when the product has no image.
+int NidsReader::first_packet() {
+    int code = 0;
+    if (symbology() < 1 || symbology_layer() < 1) return 0;
+    return next_packet(code) == 1 ? code : 0;
+}
 
-    const NidsDescription &description = NIDS_get_prod_desc();
-    record.source = NIDS_get_mess().source;
+bool NidsReader::read_header(NidsInfo &record) {
+    blocks = {};
+    packet = {};
+    if (!stream.rewind() || !stream.select_product()) return false;
+    if (message_header() < 1 || product_description() < 1 || !makes_sense(blocks)) return false;
+    const int first = first_packet();
+    if (stream.is_encrypted() || !image_within(*this)) return false;
+
+    const NidsDescription &description = blocks.description;
+    record.source = blocks.message.source;
     record.mode = description.mode;
-    record.code = NIDS_get_mess().code;
-    record.packet = packet;
-    record.thresholds = NIDS_get_thres();
+    record.code = blocks.message.code;
+    record.packet = first;
+    record.thresholds = blocks.thresholds;
     record.elevation =
-        NIDS_product().elevation == NidsElevation::none ? 0 : static_cast<float>(description.p[3]) / 10;
-    set_name_and_size(record);
-    set_grid_size(record);
-    set_domain(record);
-    set_extremes(record);
-    set_label(record);
-    set_date(record);
-    return 1;
+        blocks.product().elevation == NidsElevation::none ? 0 : static_cast<float>(description.p[3]) / 10;
+    set_name_and_size(blocks.product(), record);
+    set_grid_size(*this, record);
+    set_domain(blocks, record);
+    set_extremes(blocks, record);
+    set_label(blocks, record);
+    set_date(description, record);
+    return true;
 }

@@ -4,9 +4,8 @@
 #include <array>
 
 #include "radar/common/readout.h"
-#include "radar/nids/header.h"
 #include "radar/nids/image.h"
-#include "radar/nids/reader.h"
+#include "radar/nids/packet_types.h"
 
 namespace {
 
@@ -50,9 +49,9 @@ bool holds_classes(const NidsInfo &info) {
     return info.source <= kLastRadarSource && (info.code == 165 || info.code == 177);
 }
 
-std::string_view threshold_word(int level) {
+std::string_view threshold_word(const NidsDescription &description, int level) {
     constexpr unsigned kWord = 0x8000;
-    const unsigned word = NIDS_get_prod_desc().threshold[static_cast<std::size_t>(level)];
+    const unsigned word = description.threshold[static_cast<std::size_t>(level)];
     if ((word & kWord) == 0) return {};
     const std::string_view name = name_of(kThresholdWords, static_cast<int>(word & 0xFF));
     return name.empty() ? kNoDataWords : name;
@@ -60,18 +59,16 @@ std::string_view threshold_word(int level) {
 
 /// Of the second level of digital products that begin with it: those of Doppler and of polarisation are
 /// folded there, the others have not measured.
-bool folds(const NidsInfo &info) {
-    const NidsProduct &product = NIDS_product();
+bool folds(const NidsInfo &info, const NidsProduct &product) {
     constexpr int kTerminalVelocity = 182;
     return product.scale == NidsScale::minimum_step_kt || info.code == kTerminalVelocity ||
            (product.scale == NidsScale::scale_offset && !product.values_in_hundredths &&
             !holds_classes(info) && product.elevation != NidsElevation::none);
 }
 
-std::string_view digital_word(const NidsInfo &info, int level) {
-    const NidsProduct &product = NIDS_product();
+std::string_view digital_word(const NidsInfo &info, const NidsProduct &product, int level) {
     if (level == 0) return product.values_in_hundredths || holds_classes(info) ? kNoDataWords : kBelowWords;
-    if (level == 1) return folds(info) ? kRangeFoldedWords : kNoDataWords;
+    if (level == 1) return folds(info, product) ? kRangeFoldedWords : kNoDataWords;
     return {};
 }
 
@@ -104,13 +101,13 @@ constexpr auto kUnitsOfCodes = std::to_array<UnitOfCode>({
 
 } // namespace
 
-std::string_view NIDS_level_word(const NidsInfo &info, int packet, int level) {
+std::string_view NIDS_level_word(const NidsBlocks &blocks, const NidsInfo &info, int packet, int level) {
     constexpr int kMissingPrecipitation = 255;
-    if (packet == kPacketDigitalRadial) return digital_word(info, level);
+    if (packet == kPacketDigitalRadial) return digital_word(info, blocks.product(), level);
     if (packet == kPacketDigitalPrecip)
         return level == kMissingPrecipitation ? kNoDataWords : std::string_view();
     // Raster rows of pairs count hundreds above the sixteen.
-    return level < kThresholds ? threshold_word(level) : std::string_view();
+    return level < kThresholds ? threshold_word(blocks.description, level) : std::string_view();
 }
 
 std::string_view NIDS_class_name(const NidsInfo &info, float value) {

@@ -2,9 +2,7 @@
 #include <cmath>
 
 #include "lib/report/message.h"
-#include "radar/nids/header.h"
-#include "radar/nids/packet.h"
-#include "radar/nids/stream.h"
+#include "radar/nids/product_reader.h"
 
 namespace {
 
@@ -19,22 +17,23 @@ int number(std::byte byte) {
 
 /// Minimum plus steps as the decimal number that it is: a value on a level's edge must belong to the level,
 /// where the sum of two rounded numbers may fall short of it.
-float stepped_value(int level, double divisor) {
-    const auto &words = NIDS_get_prod_desc().threshold;
+float stepped_value(const NidsBlocks &blocks, int level, double divisor) {
+    const auto &words = blocks.description.threshold;
     const int minimum = static_cast<std::int16_t>(words[0]), step = static_cast<std::int16_t>(words[1]);
     return static_cast<float>((minimum + level * step) / divisor);
 }
 
-float digital_value(int level, NidsScale scale, std::span<const float, kThresholds> t) {
+float digital_value(const NidsBlocks &blocks, int level) {
     if (level < kFirstDigitalLevel) return kMissingF;
+    const auto &t = blocks.thresholds;
     const auto l = static_cast<float>(level);
-    switch (scale) {
-    case NidsScale::minimum_step: return stepped_value(level, 10);
-    case NidsScale::thousandths: return stepped_value(level, 1000);
-    case NidsScale::hundredths: return stepped_value(level, 100);
+    switch (blocks.product().scale) {
+    case NidsScale::minimum_step: return stepped_value(blocks, level, 10);
+    case NidsScale::thousandths: return stepped_value(blocks, level, 1000);
+    case NidsScale::hundredths: return stepped_value(blocks, level, 100);
     case NidsScale::liquid: return l < t[2] ? (l - t[1]) / t[0] : std::exp((l - t[4]) / t[3]);
     case NidsScale::echo_tops: {
-        const unsigned mask = NIDS_get_prod_desc().threshold[0] & 0xFF;
+        const unsigned mask = blocks.description.threshold[0] & 0xFF;
         return static_cast<float>(static_cast<unsigned>(level) & mask) / t[1] - t[2];
     }
     case NidsScale::scale_offset: return (l - t[2]) / t[0];
@@ -45,21 +44,19 @@ float digital_value(int level, NidsScale scale, std::span<const float, kThreshol
     return l * t[1] + t[0];
 }
 
-float level_value(int packet, int level) {
-    const auto &thresholds = NIDS_get_thres();
-    const float run_value = NIDS_threshold_of(level & 0xF);
+float level_value(const NidsBlocks &blocks, const NidsRasterHeader &raster, int packet, int level) {
+    const auto &thresholds = blocks.thresholds;
+    const float run_value = blocks.threshold_of(level & 0xF);
     switch (packet) {
     case kPacketDigitalRadial: {
-        const NidsProduct &product = NIDS_product();
-        const float value = digital_value(level, product.scale, thresholds);
-        return product.values_in_hundredths ? value / 100 : value;
+        const float value = digital_value(blocks, level);
+        return blocks.product().values_in_hundredths ? value / 100 : value;
     }
     case kPacketDigitalPrecip:
         return level == kMissingPrecipitation ? kMissingF
                                               : static_cast<float>(level) * thresholds[1] + thresholds[0];
     case kPacketRaster:
-        if (NIDS_get_ras_hdr().packing == kPackingPairs)
-            return static_cast<float>(level >> 4) * 100 + run_value;
+        if (raster.packing == kPackingPairs) return static_cast<float>(level >> 4) * 100 + run_value;
         return run_value;
     default: return run_value;
     }
@@ -70,45 +67,42 @@ bool holds_pairs(const NidsPacketState &packet) {
            (packet.code == kPacketRaster && packet.raster.packing == kPackingPairs);
 }
 
+/// What a reader of the body says when fewer bytes than one element are left.
+int end_body(const NidsPacketState &packet) {
+    return packet.body_cut ? -1 : 0;
+}
+
+} // namespace
+
 /// Takes the bytes of a radial or row: `length` in the file, of which the first `used` are data.
-void begin_element(std::size_t length, std::size_t used) {
-    NidsPacketState &packet = NIDS_packet_state();
-    packet.raw = NIDS_take(length);
-    packet.element = packet.raw.first(std::min(used, packet.raw.size()));
+void NidsReader::begin_element(std::size_t length, std::size_t used) {
+    const auto there = stream.take(length);
+    packet.element = there.first(std::min(used, there.size()));
     packet.element_cut = packet.element.size() < used;
     --packet.elements_left;
 }
 
 /// Ends an element list: nothing more can be read.
-int end_elements() {
-    NidsPacketState &packet = NIDS_packet_state();
+int NidsReader::end_elements() {
     packet.elements_left = 0;
-    packet.raw = packet.element = {};
+    packet.element = {};
     packet.element_cut = true;
-    NIDS_exhaust();
+    stream.exhaust();
     return -1;
 }
 
-/// What a reader of the body says when fewer bytes than one element are left.
-int end_body() {
-    return NIDS_packet_state().body_cut ? -1 : 0;
-}
-
-} // namespace
-
-void NIDS_level_values(int packet, std::span<float, 256> values) {
+void NidsReader::level_values(int code, std::span<float, 256> values) const {
     for (int level = 0; level < 256; ++level) {
         // Scales of zero or not-a-number from the file make no value.
-        const float value = level_value(packet, level);
+        const float value = level_value(blocks, packet.raster, code, level);
         values[static_cast<std::size_t>(level)] = std::isfinite(value) ? value : kMissingF;
     }
 }
 
-int NIDS_get_radial(float &start, float &delta) {
-    NidsPacketState &packet = NIDS_packet_state();
+int NidsReader::next_radial(float &start, float &delta) {
     if (packet.code != kPacketRadial && packet.code != kPacketDigitalRadial) return 0;
     if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
-    ByteReader &bytes = NIDS_bytes();
+    ByteReader &bytes = stream.bytes();
     constexpr std::size_t kHeader = 6;
     if (bytes.remaining() < kHeader) return end_elements();
     std::size_t length = bytes.u16();
@@ -127,11 +121,10 @@ int NIDS_get_radial(float &start, float &delta) {
     return 1;
 }
 
-int NIDS_get_rastor() {
-    NidsPacketState &packet = NIDS_packet_state();
+int NidsReader::next_row() {
     if (packet.code != kPacketRaster && packet.code != kPacketDigitalPrecip) return 0;
     if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
-    ByteReader &bytes = NIDS_bytes();
+    ByteReader &bytes = stream.bytes();
     if (bytes.remaining() < 2) return end_elements();
     std::size_t length = bytes.u16();
     if (packet.raster.packing != kPackingPairs) length += length % 2;
@@ -142,8 +135,7 @@ int NIDS_get_rastor() {
     return 1;
 }
 
-int NIDS_get_data(NidsRun &run) {
-    NidsPacketState &packet = NIDS_packet_state();
+int NidsReader::next_run(NidsRun &run) {
     auto &element = packet.element;
     const std::size_t width = holds_pairs(packet) ? 2 : 1;
     if (element.size() < width) return packet.element_cut ? -1 : 0;
@@ -163,22 +155,16 @@ int NIDS_get_data(NidsRun &run) {
     return 1;
 }
 
-std::span<const std::byte> NIDS_get_data_bytes() {
-    NidsPacketState &packet = NIDS_packet_state();
+std::span<const std::byte> NidsReader::data_bytes() {
     const auto bytes = packet.element;
     packet.element = {};
     return bytes;
 }
 
-std::span<const std::byte> NIDS_raw_bytes() {
-    return NIDS_packet_state().raw;
-}
-
-int NIDS_get_vector(NidsVector &vector) {
+int NidsReader::next_vector(NidsVector &vector) {
     constexpr std::size_t kSize = 8;
-    NidsPacketState &packet = NIDS_packet_state();
     if (packet.code != kPacketVector && packet.code != kPacketVectorValue) return 0;
-    if (!packet.body || packet.body->remaining() < kSize) return end_body();
+    if (!packet.body || packet.body->remaining() < kSize) return end_body(packet);
     ByteReader &body = *packet.body;
     vector.value = static_cast<float>(packet.value_word);
     vector.i1 = body.i16();
@@ -188,14 +174,13 @@ int NIDS_get_vector(NidsVector &vector) {
     return 1;
 }
 
-int NIDS_get_wind(NidsWind &wind) {
+int NidsReader::next_wind(NidsWind &wind) {
     constexpr std::size_t kSize = 10;
-    NidsPacketState &packet = NIDS_packet_state();
     if (packet.code != kPacketWind) return 0;
-    if (!packet.body || packet.body->remaining() < kSize) return end_body();
+    if (!packet.body || packet.body->remaining() < kSize) return end_body(packet);
     ByteReader &body = *packet.body;
     // A value outside the sixteen thresholds selects none: it is missing.
-    wind.value = NIDS_threshold_of(body.i16());
+    wind.value = blocks.threshold_of(body.i16());
     wind.i = body.i16();
     wind.j = body.i16();
     wind.direction = body.i16();
@@ -206,13 +191,12 @@ int NIDS_get_wind(NidsWind &wind) {
     return 1;
 }
 
-int NIDS_get_text(NidsText &text) {
-    NidsPacketState &packet = NIDS_packet_state();
+int NidsReader::next_text(NidsText &text) {
     if (packet.code != kPacketText && packet.code != kPacketTextValue) return 0;
-    if (!packet.body) return end_body();
+    if (!packet.body) return end_body(packet);
     const auto characters = packet.body->take(std::min(kTextLimit, packet.body->remaining()));
     packet.body.reset();
-    text.value = NIDS_threshold_of(packet.value_word);
+    text.value = blocks.threshold_of(packet.value_word);
     text.i = static_cast<float>(packet.text_i);
     text.j = static_cast<float>(packet.text_j);
     text.text.clear();

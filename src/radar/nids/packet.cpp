@@ -1,17 +1,14 @@
-#include "radar/nids/packet.h"
+#include "radar/nids/product_reader.h"
 
 #include <algorithm>
 
 #include "lib/report/message.h"
-#include "radar/nids/stream.h"
 
 namespace {
 
 constexpr unsigned kBlockDivider = 0xFFFF;
 constexpr unsigned kSymbologyBlock = 1;
 constexpr std::size_t kSymbologyHeader = 10, kLayerHeader = 6; ///< bytes
-
-NidsPacketState state;
 
 /// The kinds of packets, by what their headers are.
 enum class Kind { radial, raster, precipitation, vectors, barbs, text, skipped };
@@ -60,66 +57,6 @@ int traced_signed(ByteReader &bytes, const char *name) {
     return value;
 }
 
-void read_radial_header(ByteReader &bytes) {
-    NidsRadialHeader header;
-    header.first_bin = traced_word(bytes, "Index of first range bin");
-    header.bins = traced_word(bytes, "Number of range bins");
-    header.i_centre = traced_signed(bytes, "I center of sweep");
-    header.j_centre = traced_signed(bytes, "J center of sweep");
-    header.scale = traced_word(bytes, "Scale factor");
-    header.radials = traced_word(bytes, "Number of radials");
-    state.radial = header;
-    state.elements_left = header.radials;
-}
-
-void read_raster_header(ByteReader &bytes) {
-    bytes.take(4); // two words of flags
-    NidsRasterHeader header;
-    header.i_start = traced_signed(bytes, "I coordinate start");
-    header.j_start = traced_signed(bytes, "J coordinate start");
-    header.x_scale = traced_word(bytes, "X scale int");
-    header.x_fraction = traced_word(bytes, "X scale frac");
-    header.y_scale = traced_word(bytes, "Y scale int");
-    header.y_fraction = traced_word(bytes, "Y scale frac");
-    header.rows = traced_word(bytes, "Number of rows");
-    header.packing = traced_word(bytes, "Packing descriptor");
-    state.raster = header;
-    state.elements_left = header.rows;
-    state.code = kPacketRaster;
-}
-
-void read_precipitation_header(ByteReader &bytes) {
-    bytes.take(4); // two spare words
-    traced_word(bytes, "Number of LFM boxes in row");
-    state.raster = NidsRasterHeader{};
-    state.raster.rows = traced_word(bytes, "Number of rows");
-    state.elements_left = state.raster.rows;
-}
-
-/// Packets that begin with their length: what the length counts becomes the body, the readers take it from
-/// there.
-void read_counted_header(ByteReader &bytes, const PacketRow &row) {
-    const auto length = static_cast<std::size_t>(traced_word(bytes, "Number of bytes"));
-    const std::size_t start = bytes.offset();
-    const auto counted = NIDS_take(length);
-    state.body_cut = counted.size() < length;
-    ByteReader body(counted, start);
-    state.value_word = 0;
-    if (row.value_word) state.value_word = traced_signed(body, "Value");
-    if (row.kind == Kind::text) {
-        state.text_i = traced_signed(body, "I");
-        state.text_j = traced_signed(body, "J");
-    }
-    if (row.kind != Kind::skipped) state.body = body;
-}
-
-void clear_element() {
-    state.body.reset();
-    state.body_cut = state.element_cut = false;
-    state.elements_left = 0;
-    state.raw = state.element = {};
-}
-
 /// Bytes of a packet header behind its code.
 std::size_t header_size(Kind kind) {
     switch (kind) {
@@ -134,44 +71,97 @@ std::size_t header_size(Kind kind) {
     return 2;
 }
 
-void read_packet_header(ByteReader &bytes, const PacketRow &row) {
+void read_radial_header(ByteReader &bytes, NidsPacketState &packet) {
+    NidsRadialHeader header;
+    header.first_bin = traced_word(bytes, "Index of first range bin");
+    header.bins = traced_word(bytes, "Number of range bins");
+    header.i_centre = traced_signed(bytes, "I center of sweep");
+    header.j_centre = traced_signed(bytes, "J center of sweep");
+    header.scale = traced_word(bytes, "Scale factor");
+    header.radials = traced_word(bytes, "Number of radials");
+    packet.radial = header;
+    packet.elements_left = header.radials;
+}
+
+void read_raster_header(ByteReader &bytes, NidsPacketState &packet) {
+    bytes.take(4); // two words of flags
+    NidsRasterHeader header;
+    header.i_start = traced_signed(bytes, "I coordinate start");
+    header.j_start = traced_signed(bytes, "J coordinate start");
+    header.x_scale = traced_word(bytes, "X scale int");
+    header.x_fraction = traced_word(bytes, "X scale frac");
+    header.y_scale = traced_word(bytes, "Y scale int");
+    header.y_fraction = traced_word(bytes, "Y scale frac");
+    header.rows = traced_word(bytes, "Number of rows");
+    header.packing = traced_word(bytes, "Packing descriptor");
+    packet.raster = header;
+    packet.elements_left = header.rows;
+    packet.code = kPacketRaster;
+}
+
+void read_precipitation_header(ByteReader &bytes, NidsPacketState &packet) {
+    bytes.take(4); // two spare words
+    traced_word(bytes, "Number of LFM boxes in row");
+    packet.raster = NidsRasterHeader{};
+    packet.raster.rows = traced_word(bytes, "Number of rows");
+    packet.elements_left = packet.raster.rows;
+}
+
+/// Packets that begin with their length: what the length counts becomes the body, the readers take it from
+/// there.
+void read_counted_header(NidsStream &stream, const PacketRow &row, NidsPacketState &packet) {
+    ByteReader &bytes = stream.bytes();
+    const auto length = static_cast<std::size_t>(traced_word(bytes, "Number of bytes"));
+    const std::size_t start = bytes.offset();
+    const auto counted = stream.take(length);
+    packet.body_cut = counted.size() < length;
+    ByteReader body(counted, start);
+    packet.value_word = 0;
+    if (row.value_word) packet.value_word = traced_signed(body, "Value");
+    if (row.kind == Kind::text) {
+        packet.text_i = traced_signed(body, "I");
+        packet.text_j = traced_signed(body, "J");
+    }
+    if (row.kind != Kind::skipped) packet.body = body;
+}
+
+void clear_element(NidsPacketState &packet) {
+    packet.body.reset();
+    packet.body_cut = packet.element_cut = false;
+    packet.elements_left = 0;
+    packet.element = {};
+}
+
+void read_packet_header(NidsStream &stream, const PacketRow &row, NidsPacketState &packet) {
     switch (row.kind) {
-    case Kind::radial: read_radial_header(bytes); break;
-    case Kind::raster: read_raster_header(bytes); break;
-    case Kind::precipitation: read_precipitation_header(bytes); break;
+    case Kind::radial: read_radial_header(stream.bytes(), packet); break;
+    case Kind::raster: read_raster_header(stream.bytes(), packet); break;
+    case Kind::precipitation: read_precipitation_header(stream.bytes(), packet); break;
     case Kind::vectors:
     case Kind::barbs:
     case Kind::text:
-    case Kind::skipped: read_counted_header(bytes, row); break;
+    case Kind::skipped: read_counted_header(stream, row, packet); break;
     }
 }
 
 } // namespace
 
-NidsPacketState &NIDS_packet_state() {
-    return state;
-}
-
-void NIDS_clear_packets() {
-    state = NidsPacketState{};
-}
-
-int NIDS_prod_symb() {
+int NidsReader::symbology() {
     NidsCompression found{};
-    if (!NIDS_test_compression(found)) return 0;
-    ByteReader &bytes = NIDS_bytes();
+    if (!stream.test_compression(found)) return 0;
+    ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Symbology: %d\n", static_cast<int>(bytes.offset()));
-    if (NIDS_get_prod_desc().symbology == 0 || bytes.remaining() < kSymbologyHeader) return 0;
+    if (blocks.description.symbology == 0 || bytes.remaining() < kSymbologyHeader) return 0;
     MESS_print(kOut4, "Divider: %d\n", bytes.i16());
     const unsigned identifier = bytes.u16();
     MESS_print(kOut4, "Identifier: %d\n", static_cast<int>(identifier));
     MESS_print(kOut4, "Length: %d\n", bytes.i32());
-    state.layers = traced_word(bytes, "Number of Layers");
+    packet.layers = traced_word(bytes, "Number of Layers");
     return identifier == kSymbologyBlock ? 1 : 0;
 }
 
-int NIDS_prod_symb_layer() {
-    ByteReader &bytes = NIDS_bytes();
+int NidsReader::symbology_layer() {
+    ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Symbology Layer: %d\n", static_cast<int>(bytes.offset()));
     if (bytes.remaining() < kLayerHeader) return 0;
     const unsigned divider = bytes.u16();
@@ -180,24 +170,24 @@ int NIDS_prod_symb_layer() {
     return divider == kBlockDivider ? 1 : 0;
 }
 
-void NIDS_finish_packet() {
+void NidsReader::finish_packet() {
     // Radials and rows have no common length; walk over those not yet read.
     float start = 0, delta = 0;
-    const bool radials = state.code == kPacketRadial || state.code == kPacketDigitalRadial;
-    while (state.elements_left > 0)
-        if ((radials ? NIDS_get_radial(start, delta) : NIDS_get_rastor()) < 1) break;
-    clear_element();
+    const bool radials = packet.code == kPacketRadial || packet.code == kPacketDigitalRadial;
+    while (packet.elements_left > 0)
+        if ((radials ? next_radial(start, delta) : next_row()) < 1) break;
+    clear_element(packet);
 }
 
-int NIDS_packet(int &code) {
-    NIDS_finish_packet();
-    ByteReader &bytes = NIDS_bytes();
-    if (state.page_end && bytes.offset() >= *state.page_end) return 0;
+int NidsReader::next_packet(int &code) {
+    finish_packet();
+    ByteReader &bytes = stream.bytes();
+    if (packet.page_end && bytes.offset() >= *packet.page_end) return 0;
     MESS_print(kOut4, "Packets: %d\n", static_cast<int>(bytes.offset()));
     std::int16_t word = 0;
-    const int result = NIDS_read_short(word);
+    const int result = stream.read_short(word);
     if (result < 1) return -1;
-    state.code = code = static_cast<std::uint16_t>(word);
+    packet.code = code = static_cast<std::uint16_t>(word);
     MESS_print(kOut4, "Code: %X\n", static_cast<unsigned>(code));
     const auto row = std::ranges::lower_bound(kPackets, code, {}, &PacketRow::code);
     if (row == kPackets.end() || row->code != code) return 0;
@@ -208,19 +198,11 @@ int NIDS_packet(int &code) {
             MESS_print(kOut4, "%s:%d\n", row->trace, code);
     }
     if (bytes.remaining() < header_size(row->kind)) {
-        NIDS_exhaust();
+        stream.exhaust();
         return -1;
     }
-    read_packet_header(bytes, *row);
-    code = state.code;
-    if (state.elements_left > 0) NIDS_level_values(state.code, state.values);
+    read_packet_header(stream, *row, packet);
+    code = packet.code;
+    if (packet.elements_left > 0) level_values(packet.code, packet.values);
     return 1;
-}
-
-const NidsRadialHeader &NIDS_get_rad_hdr() {
-    return state.radial;
-}
-
-const NidsRasterHeader &NIDS_get_ras_hdr() {
-    return state.raster;
 }

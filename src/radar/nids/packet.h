@@ -7,7 +7,7 @@
 #include <span>
 
 #include "lib/text/byte_reader.h"
-#include "radar/nids/reader.h"
+#include "radar/nids/packet_types.h"
 
 inline constexpr int kPackingPairs = 1; ///< raster rows of byte pairs: run, value
 
@@ -22,7 +22,6 @@ struct NidsPacketState {
     bool body_cut = false;          ///< the file ends before the body does
 
     // The current radial or row
-    std::span<const std::byte> raw;     ///< its bytes, with padding, as far as they are there
     std::span<const std::byte> element; ///< what is left to deliver of them
     bool element_cut = false;           ///< the file ends before the element does
     std::array<float, 256> values{};    ///< of its levels
@@ -34,11 +33,3 @@ struct NidsPacketState {
     int pages_read = 0;                  ///< pages begun
     std::optional<std::size_t> page_end; ///< end of the current page within the view
 };
-
-NidsPacketState &NIDS_packet_state();
-/// Forgets packet and page.
-void NIDS_clear_packets();
-/// Goes to the end of the current packet, over whatever of it has not been read.
-void NIDS_finish_packet();
-/// All bytes of the current radial or row, padding included, as far as they are there.
-std::span<const std::byte> NIDS_raw_bytes();

@@ -23,6 +23,7 @@
 #include "plot/symbols/watch.h"
 #include "radar/common/driver.h"
 #include "radar/nids/image.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/state.h"
 #include "radar/nids/survey.h"
@@ -59,7 +60,7 @@ PlotDomain view_domain() {
 /// Tells once, however often a window draws a file anew, what of it is missing or not drawn. False for a cut
 /// file of which nothing is left to draw, or that the user wants whole.
 bool survey_file(const std::string &name) {
-    NidsSurvey survey = NIDS_survey(state.info);
+    NidsSurvey survey = NIDS_survey(NIDS_reader(), state.info);
     if (survey.damage.empty() && !FILE_input_is_whole(name)) survey.damage = "its input ended early";
     if (NIDS_get_header(state.info) != 1) return false;
     if (name != state.surveyed) NIDS_tell_survey(survey, state.info, name);

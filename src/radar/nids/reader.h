@@ -4,7 +4,7 @@
 /// element reader until it returns 0, NIDS_packet for the next one; afterwards NIDS_graphic and the pages.
 /// Readers return 1 for success, 0 when the current element has no more parts, -1 when nothing more can be
 /// read.
-/// Sources: stream, header, packet, product, info, message_data, page, print.
+/// Sources: print.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,14 +13,12 @@
 #include <string_view>
 #include <vector>
 
-#include "radar/nids/product.h"
+#include "radar/nids/header.h"
+#include "radar/nids/packet_types.h"
+#include "radar/nids/stream.h"
 
 // The product's bytes
 // ---------------------------------------------------------------------------------------------
-
-/// Largest file, and largest decompressed product, that is accepted (bytes).
-inline constexpr std::size_t kNidsMaxFile = 64U << 20;
-inline constexpr std::size_t kNidsMaxProduct = 64U << 20;
 
 /// Takes over the bytes of a whole file and rewinds to its start.
 void NIDS_set_bytes(std::vector<std::byte> bytes);
@@ -49,12 +47,6 @@ const NidsDescription &NIDS_get_prod_desc();
 /// Values of the sixteen data-level thresholds.
 const std::array<float, kThresholds> &NIDS_get_thres();
 
-/// Half-precision and single-precision threshold numbers.
-float NIDS_float16(unsigned word);
-float NIDS_float32(unsigned high, unsigned low);
-/// Value of a threshold word by the generic rule.
-float NIDS_threshold_value(unsigned word);
-
 void NIDS_print_info(const NidsInfo &info);
 /// On the event "v-Alt": prints place, distance and beam height (feet) under a cursor point.
 void NIDS_print_loc_elev(std::string_view event, float x, float y, float radar_lat, float radar_lon,
@@ -62,50 +54,6 @@ void NIDS_print_loc_elev(std::string_view event, float x, float y, float radar_l
 
 // Symbology and pages
 // ---------------------------------------------------------------------------------------------
-
-/// Packet codes of the format.
-enum NidsPacket : int {
-    kPacketText = 1,
-    kPacketSymbol = 2,
-    kPacketMeso = 3,
-    kPacketWind = 4,
-    kPacketArrow = 5,
-    kPacketLinked = 6,
-    kPacketVector = 7,
-    kPacketTextValue = 8,
-    kPacketLinkedValue = 9,
-    kPacketVectorValue = 10,
-    kPacketDigitalRadial = 16,
-    kPacketDigitalPrecip = 17,
-    kPacketSupplemental = 18,
-    kPacketRadial = 0xAF1F,
-    kPacketRaster = 0xBA0F,
-    kPacketRaster7 = 0xBA07,
-    kPacketDivider = 0xFFFF
-};
-
-struct NidsRun {
-    float length = 0; ///< bins or boxes
-    float value = kMissingF;
-    int level = 0; ///< the data level the value was made from
-};
-struct NidsVector {
-    float value, i1, j1, i2, j2; ///< quarter kilometres as stored
-};
-struct NidsWind {
-    float value, i, j, direction, speed; ///< degrees, knots
-};
-struct NidsText {
-    float value = 0, i = 0, j = 0;
-    std::string text; ///< at most 99 characters
-};
-struct NidsRadialHeader {
-    int first_bin = 0, bins = 0, i_centre = 0, j_centre = 0, scale = 0, radials = 0;
-};
-struct NidsRasterHeader {
-    int i_start = 0, j_start = 0, x_scale = 0, x_fraction = 0, y_scale = 0, y_fraction = 0, rows = 0,
-        packing = 0;
-};
 
 int NIDS_prod_symb();
 int NIDS_prod_symb_layer();

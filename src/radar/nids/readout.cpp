@@ -5,10 +5,10 @@
 
 #include "lib/report/message.h"
 #include "radar/common/cell_image.h"
-#include "radar/nids/header.h"
 #include "radar/nids/image.h"
 #include "radar/nids/level_words.h"
 #include "radar/nids/plot.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "radar/nids/state.h"
 
@@ -39,22 +39,22 @@ struct State {
     std::optional<Image> image;
 } state;
 
-void keep_radials(int packet, Image &image) {
+void keep_radials(NidsReader &reader, int packet, Image &image) {
     CellStrip strip;
     strip.step = image.grid.bin;
-    strip.skip = NIDS_clutter_bins();
+    strip.skip = NIDS_clutter_bins(NIDS_state().options);
     strip.look = image.looks.size() - 1;
     std::vector<std::uint8_t> levels;
     float delta = 0;
-    while (NIDS_get_radial(strip.side_a, delta) == 1) {
-        NIDS_radial_levels(packet, levels);
+    while (reader.next_radial(strip.side_a, delta) == 1) {
+        NIDS_radial_levels(reader, packet, levels);
         strip.side_b = strip.side_a + delta + kNidsOverlapDeg;
         strip.levels.assign(levels.begin(), levels.end());
         image.cells.add(strip);
     }
 }
 
-void keep_rows(const NidsInfo &info, Image &image) {
+void keep_rows(NidsReader &reader, const NidsInfo &info, Image &image) {
     CellStrip strip;
     strip.kind = CellStrip::Kind::row;
     strip.step = image.grid.bin;
@@ -62,11 +62,11 @@ void keep_rows(const NidsInfo &info, Image &image) {
     const Point corner = image.grid.raster_corner(info);
     strip.first = corner.x;
     strip.side_a = corner.y;
-    while (NIDS_get_rastor() == 1) {
+    while (reader.next_row() == 1) {
         strip.side_b = strip.side_a - image.grid.bin;
         strip.levels.clear();
         NidsRun run;
-        while (NIDS_get_data(run) == 1)
+        while (reader.next_run(run) == 1)
             strip.levels.insert(strip.levels.end(), static_cast<std::size_t>(run.length),
                                 static_cast<std::uint16_t>(run.level));
         image.cells.add(strip);
@@ -74,36 +74,38 @@ void keep_rows(const NidsInfo &info, Image &image) {
     }
 }
 
-Look look_of(const NidsInfo &info, int packet) {
+Look look_of(const NidsReader &reader, const NidsInfo &info, int packet) {
     Look look;
-    NIDS_image_values(info, packet, look.values);
+    NIDS_image_values(reader, packet, look.values);
     for (std::size_t level = 0; level < kCellLevels; ++level) {
-        look.words[level] = NIDS_level_word(info, packet, static_cast<int>(level));
+        look.words[level] = NIDS_level_word(reader.blocks, info, packet, static_cast<int>(level));
         look.drawn[level] = CELL_draws(look.values[level]);
     }
     return look;
 }
 
 /// Of the open product, whose first packet's header has been read.
-Image read_image(const NidsInfo &info) {
+Image read_image(NidsReader &reader, const NidsInfo &info) {
     constexpr float kMetresPerFoot = 0.3048F;
-    const NidsDescription &description = NIDS_get_prod_desc();
-    Image image{.file = {}, .info = info, .grid = NIDS_image_grid(info), .unit = NIDS_unit(info)};
+    const NidsDescription &description = reader.blocks.description;
+    Image image{
+        .file = {}, .info = info, .grid = NIDS_image_grid(reader.blocks, info), .unit = NIDS_unit(info)};
     image.on_radar = info.source <= kLastRadarSource;
-    const bool told = description.elevation_number > 0 || NIDS_product().elevation != NidsElevation::none;
+    const bool told =
+        description.elevation_number > 0 || reader.blocks.product().elevation != NidsElevation::none;
     image.has_tilt = image.on_radar && told;
     image.elevation = static_cast<float>(description.p[3]) / 10;
     image.antenna_m = static_cast<float>(description.height_ft) * kMetresPerFoot;
-    image.lat = static_cast<float>(description.latitude) / 1000;
-    image.lon = static_cast<float>(description.longitude) / 1000;
+    image.lat = reader.blocks.latitude();
+    image.lon = reader.blocks.longitude();
     int packet = info.packet;
-    for (int status = packet != 0 ? 1 : 0; status == 1; status = NIDS_packet(packet)) {
+    for (int status = packet != 0 ? 1 : 0; status == 1; status = reader.next_packet(packet)) {
         if (!(NIDS_is_radial(packet) || NIDS_is_raster(packet)) || image.grid.bin <= 0) continue;
-        image.looks.push_back(look_of(info, packet));
+        image.looks.push_back(look_of(reader, info, packet));
         if (NIDS_is_radial(packet))
-            keep_radials(packet, image);
+            keep_radials(reader, packet, image);
         else
-            keep_rows(info, image);
+            keep_rows(reader, info, image);
     }
     return image;
 }
@@ -121,7 +123,7 @@ bool load(const std::string &file) {
     if (read) {
         // The levels may be those of another product that was drawn later.
         NIDS_choose_levels(info);
-        state.image = read_image(info);
+        state.image = read_image(NIDS_reader(), info);
         state.image->file = file;
         read = state.image->cells.is_whole();
         if (!read) state.image.reset();

@@ -2,51 +2,28 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <string>
 
 #include "lib/files/kept_input.h"
 #include "lib/report/message.h"
 #include "lib/system/stream.h"
 #include "lib/text/scan.h"
 #include "radar/common/inflate.h"
-#include "radar/nids/reader.h"
 
 namespace {
 
 /// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a product.
 constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
 constexpr std::byte kLineFeed{10};
-constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
 
-struct State {
-    std::vector<std::byte> file;     ///< all bytes of the file
-    std::vector<std::byte> inflated; ///< the view behind a compressed place
-    std::size_t inflated_from =
-        kNowhere; ///< that place within the file, while `inflated` was made from the file
-    NidsInflated inflated_result = NidsInflated::done; ///< how the decompression into `inflated` ended
-    NidsInflated unzipped_result = NidsInflated::done; ///< the same of a gzip file, whose content is `file`
-    bool in_file = true;                               ///< the view is `file`, not `inflated`
-    ByteReader reader;                                 ///< over `file` without trailer, or over `inflated`
-    std::size_t message_start = 0;                     ///< of the message header within the view
-    std::size_t message_in_file = 0; ///< the same within `file`; of a message inside compressed data, theirs
-    bool message_inflated = false;   ///< the message begins inside compressed data
-    bool message_known = false;
-    bool encrypted = false;
-    std::string ext_info; ///< selects one product of several: a separator and a number
-};
-State state;
-
-bool is_damage(NidsInflated result) {
-    return result == NidsInflated::damaged || result == NidsInflated::too_large ||
-           result == NidsInflated::too_many;
+bool is_damage(Inflated result) {
+    return result == Inflated::damaged || result == Inflated::too_large || result == Inflated::too_many;
 }
 
 /// The limits of this program are told where they are met.
-void tell_limit(NidsInflated result) {
-    if (result == NidsInflated::too_large)
+void tell_limit(Inflated result) {
+    if (result == Inflated::too_large)
         MESS_print(kWarn, "NIDS_read: Product larger than %zu bytes\n", kNidsMaxProduct);
-    if (result == NidsInflated::too_many)
+    if (result == Inflated::too_many)
         MESS_print(kWarn, "NIDS_read: Product of more than %zu compressed pieces, the rest is not read\n",
                    kInflatePieces);
 }
@@ -57,49 +34,51 @@ std::span<const std::byte> without_trailer(std::span<const std::byte> bytes) {
     return bytes;
 }
 
-/// Decompresses `rest` behind a copy of `front` into state.inflated.
-void fill_inflated(NidsCompression kind, std::span<const std::byte> front, std::span<const std::byte> rest) {
+} // namespace
+
+/// Decompresses `rest` behind a copy of `front` into inflated_.
+void NidsStream::fill_inflated(NidsCompression kind, std::span<const std::byte> front,
+                               std::span<const std::byte> rest) {
     std::vector<std::byte> view(front.begin(), front.end());
-    const NidsInflated result = kind == NidsCompression::zlib
-                                    ? NIDS_inflate_zlib(rest, kNidsMaxProduct, view)
-                                    : NIDS_inflate_bzip2(rest, kNidsMaxProduct, view);
-    state.inflated_result = result;
+    const Inflated result = kind == NidsCompression::zlib ? INFLATE_zlib(rest, kNidsMaxProduct, view)
+                                                          : INFLATE_bzip2(rest, kNidsMaxProduct, view);
+    inflated_result_ = result;
     tell_limit(result);
-    state.inflated = std::move(view);
+    inflated_ = std::move(view);
 }
 
 /// Makes the view its bytes from the message header on (or from the compressed place), the rest decompressed.
-void inflate_rest(NidsCompression kind) {
-    const std::size_t here = state.reader.offset();
-    const std::size_t start = state.message_known ? state.message_start : here;
+void NidsStream::inflate_rest(NidsCompression kind) {
+    const std::size_t here = reader_.offset();
+    const std::size_t start = message_known_ ? message_start_ : here;
     // A product is read again for every redraw; its bytes are decompressed once.
-    if (!state.in_file || state.inflated_from != here) {
-        const std::span<const std::byte> rest = state.reader.peek(state.reader.remaining());
-        state.reader.seek(start);
-        fill_inflated(kind, state.reader.peek(here - start), rest);
-        state.inflated_from = state.in_file ? here : kNowhere;
+    if (!in_file_ || inflated_from_ != here) {
+        const std::span<const std::byte> rest = reader_.peek(reader_.remaining());
+        reader_.seek(start);
+        fill_inflated(kind, reader_.peek(here - start), rest);
+        inflated_from_ = in_file_ ? here : kNowhere;
     }
-    state.in_file = false;
-    state.reader = ByteReader(state.inflated);
-    state.reader.seek(here - start);
-    state.message_start = 0;
+    in_file_ = false;
+    reader_ = ByteReader(inflated_);
+    reader_.seek(here - start);
+    message_start_ = 0;
 }
 
 /// What a gzip file holds; other bytes as they are.
-std::vector<std::byte> unzipped(std::vector<std::byte> bytes) {
-    if (!NIDS_is_gzip(bytes)) return bytes;
+std::vector<std::byte> NidsStream::unzipped(std::vector<std::byte> bytes) {
+    if (!INFLATE_is_gzip(bytes)) return bytes;
     std::vector<std::byte> content;
-    state.unzipped_result = NIDS_inflate_gzip(bytes, kNidsMaxProduct, content);
-    tell_limit(state.unzipped_result);
+    unzipped_result_ = INFLATE_gzip(bytes, kNidsMaxProduct, content);
+    tell_limit(unzipped_result_);
     return content;
 }
 
 /// The next line with its line feed, at most `limit` bytes of it; empty at the end.
-std::string read_line(std::size_t limit) {
-    const auto ahead = state.reader.peek(std::min(limit, state.reader.remaining()));
+std::string NidsStream::read_line(std::size_t limit) {
+    const auto ahead = reader_.peek(std::min(limit, reader_.remaining()));
     auto end = std::ranges::find(ahead, kLineFeed);
     if (end != ahead.end()) ++end;
-    const auto bytes = state.reader.take(static_cast<std::size_t>(end - ahead.begin()));
+    const auto bytes = reader_.take(static_cast<std::size_t>(end - ahead.begin()));
     std::string line;
     line.reserve(bytes.size());
     for (const std::byte byte : bytes) line += std::to_integer<char>(byte);
@@ -108,62 +87,48 @@ std::string read_line(std::size_t limit) {
 
 /// The bytes from the reader's place plus `shift` look like a message: a description block begins behind its
 /// header.
-bool message_at(std::size_t shift) {
+bool NidsStream::message_at(std::size_t shift) const {
     constexpr std::size_t kHeader = 18;
-    const auto ahead = state.reader.peek(shift + kHeader + 2);
+    const auto ahead = reader_.peek(shift + kHeader + 2);
     return !ahead.empty() && ahead[shift + kHeader] == std::byte{0xFF} &&
            ahead[shift + kHeader + 1] == std::byte{0xFF};
 }
 
-} // namespace
-
-void NIDS_set_bytes(std::vector<std::byte> bytes) {
-    std::string selection = std::move(state.ext_info);
-    state = State{};
-    state.ext_info = std::move(selection);
-    state.file = unzipped(std::move(bytes));
-    NIDS_rewind();
+void NidsStream::set_bytes(std::vector<std::byte> bytes) {
+    std::string selection = std::move(selection_);
+    *this = NidsStream();
+    selection_ = std::move(selection);
+    file_ = unzipped(std::move(bytes));
+    rewind();
 }
 
-int NIDS_open_stream(std::string_view name) {
-    NIDS_close_stream();
+bool NidsStream::open(std::string_view name) {
+    set_bytes({});
     Stream stream = FILE_open_input(name);
-    if (!stream) return 0;
+    if (!stream) return false;
     std::vector<std::byte> bytes = stream.read_all(kNidsMaxFile + 1);
     if (bytes.size() > kNidsMaxFile) {
         MESS_print(kWarn, "NIDS_open_stream: File longer than %zu bytes, the rest is not read: %.*s\n",
                    kNidsMaxFile, static_cast<int>(name.size()), name.data());
         bytes.resize(kNidsMaxFile);
     }
-    NIDS_set_bytes(std::move(bytes));
-    return 1;
+    set_bytes(std::move(bytes));
+    return true;
 }
 
-void NIDS_close_stream() {
-    NIDS_set_bytes({});
+bool NidsStream::rewind() {
+    reader_ = ByteReader(without_trailer(file_));
+    message_start_ = 0;
+    message_known_ = encrypted_ = false;
+    in_file_ = true;
+    return !file_.empty();
 }
 
-void NIDS_set_ext_info(std::string_view text) {
-    state.ext_info = text;
-}
-
-ByteReader &NIDS_bytes() {
-    return state.reader;
-}
-
-bool NIDS_rewind() {
-    state.reader = ByteReader(without_trailer(state.file));
-    state.message_start = 0;
-    state.message_known = state.encrypted = false;
-    state.in_file = true;
-    return !state.file.empty();
-}
-
-bool NIDS_select_product() {
+bool NidsStream::select_product() {
     constexpr std::string_view kHeading = "** SDUS97";
     constexpr std::size_t kLongLine = 199, kShortLine = 49;
-    if (state.ext_info.empty()) return true;
-    const int wanted = std::max(0, Scanner(std::string_view(state.ext_info).substr(1)).integer().value_or(0));
+    if (selection_.empty()) return true;
+    const int wanted = std::max(0, Scanner(std::string_view(selection_).substr(1)).integer().value_or(0));
     std::string line;
     for (int found = -1; found < wanted;) {
         line = read_line(kLongLine);
@@ -174,24 +139,24 @@ bool NIDS_select_product() {
     MESS_print(kDebug, "HDR2: %s\n", read_line(kShortLine).c_str());
     read_line(kLongLine);
     // One more character stands before the message, unless that begins directly behind the line.
-    if (message_at(1) || !message_at(0)) state.reader.take(1);
+    if (message_at(1) || !message_at(0)) reader_.take(1);
     return true;
 }
 
-bool NIDS_test_compression(NidsCompression &found) {
+bool NidsStream::test_compression(NidsCompression &found) {
     found = NidsCompression::none;
-    const auto ahead = state.reader.peek(std::min<std::size_t>(4, state.reader.remaining()));
+    const auto ahead = reader_.peek(std::min<std::size_t>(4, reader_.remaining()));
     if (ahead.size() >= 2 && ahead[0] == std::byte{'R'} && ahead[1] == std::byte{'3'}) {
         MESS_print(kDebug, "Encrypted data\n");
-        state.encrypted = true;
-        NIDS_exhaust();
+        encrypted_ = true;
+        exhaust();
         return false;
     }
     // A first stream begins with "x", the largest window; later ones may use smaller windows.
-    if (NIDS_is_zlib(ahead) && ahead[0] == std::byte{'x'}) {
+    if (INFLATE_is_zlib(ahead) && ahead[0] == std::byte{'x'}) {
         MESS_print(kDebug, "Zlib Compressed data\n");
         found = NidsCompression::zlib;
-    } else if (NIDS_is_bzip2(ahead)) {
+    } else if (INFLATE_is_bzip2(ahead)) {
         MESS_print(kDebug, "BZlib Compressed data\n");
         found = NidsCompression::bzip2;
     }
@@ -199,67 +164,62 @@ bool NIDS_test_compression(NidsCompression &found) {
     return true;
 }
 
-bool NIDS_is_encrypted() {
-    return state.encrypted;
+void NidsStream::set_message_start(std::size_t offset) {
+    message_start_ = message_in_file_ = offset;
+    message_known_ = true;
+    message_inflated_ = !in_file_;
 }
 
-void NIDS_set_message_start(std::size_t offset) {
-    state.message_start = state.message_in_file = offset;
-    state.message_known = true;
-    state.message_inflated = !state.in_file;
-}
-
-NidsExtent NIDS_extent() {
+NidsExtent NidsStream::extent() const {
     NidsExtent extent;
-    const std::size_t whole =
-        state.message_inflated ? state.inflated.size() : without_trailer(state.file).size();
-    extent.bytes = whole - std::min(whole, state.message_in_file);
-    const std::size_t view = state.reader.offset() + state.reader.remaining();
-    extent.view = view - std::min(view, state.message_start);
-    extent.inflated = !state.in_file;
-    if (extent.inflated) extent.result = state.inflated_result;
-    if (state.unzipped_result != NidsInflated::done) extent.result = state.unzipped_result;
+    const std::size_t whole = message_inflated_ ? inflated_.size() : without_trailer(file_).size();
+    extent.bytes = whole - std::min(whole, message_in_file_);
+    const std::size_t view = reader_.offset() + reader_.remaining();
+    extent.view = view - std::min(view, message_start_);
+    extent.inflated = !in_file_;
+    if (extent.inflated) extent.result = inflated_result_;
+    if (unzipped_result_ != Inflated::done) extent.result = unzipped_result_;
     return extent;
 }
 
-bool NIDS_seek_message(std::size_t offset) {
-    const std::size_t size = state.reader.offset() + state.reader.remaining();
-    if (offset > size - std::min(size, state.message_start)) return false;
-    return state.reader.seek(state.message_start + offset);
+bool NidsStream::seek_message(std::size_t offset) {
+    const std::size_t size = reader_.offset() + reader_.remaining();
+    if (offset > size - std::min(size, message_start_)) return false;
+    return reader_.seek(message_start_ + offset);
 }
 
-std::span<const std::byte> NIDS_take(std::size_t count) {
-    return state.reader.take(std::min(count, state.reader.remaining()));
+std::span<const std::byte> NidsStream::take(std::size_t count) {
+    return reader_.take(std::min(count, reader_.remaining()));
 }
 
-int NIDS_exhaust() {
-    state.reader.take(state.reader.remaining());
-    return !state.in_file && is_damage(state.inflated_result) ? 0 : -1;
+int NidsStream::exhaust() {
+    reader_.take(reader_.remaining());
+    return !in_file_ && is_damage(inflated_result_) ? 0 : -1;
 }
 
-int NIDS_read(std::span<std::byte> buffer) {
+int NidsStream::read(std::span<std::byte> buffer) {
     if (buffer.empty()) return 1;
-    const auto bytes = NIDS_take(buffer.size());
+    const auto bytes = take(buffer.size());
     std::ranges::copy(bytes, buffer.begin());
-    return bytes.size() == buffer.size() ? 1 : NIDS_exhaust();
+    return bytes.size() == buffer.size() ? 1 : exhaust();
 }
 
-int NIDS_read_short(std::int16_t &value) {
-    if (state.reader.remaining() < sizeof value) return NIDS_exhaust();
-    value = state.reader.i16();
+int NidsStream::read_short(std::int16_t &value) {
+    if (reader_.remaining() < sizeof value) return exhaust();
+    value = reader_.i16();
     return 1;
 }
 
-int NIDS_read_long(std::int32_t &value) {
-    if (state.reader.remaining() < sizeof value) return NIDS_exhaust();
-    value = state.reader.i32();
+int NidsStream::read_long(std::int32_t &value) {
+    if (reader_.remaining() < sizeof value) return exhaust();
+    value = reader_.i32();
     return 1;
 }
 
-int NIDS_skip_line() {
+int NidsStream::skip_line() {
     while (true) {
-        const auto byte = state.reader.take(1);
-        if (byte.empty()) return NIDS_exhaust();
+        const auto byte = reader_.take(1);
+        if (byte.empty()) return exhaust();
         if (byte[0] == kLineFeed) return 1;
     }
 }

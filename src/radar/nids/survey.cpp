@@ -5,9 +5,7 @@
 
 #include "lib/report/message.h"
 #include "lib/text/strings.h"
-#include "radar/nids/packet.h"
-#include "radar/nids/reader.h"
-#include "radar/nids/stream.h"
+#include "radar/nids/product_reader.h"
 
 namespace {
 
@@ -34,8 +32,7 @@ enum UnreadPacket : int {
 };
 
 /// Skips the packet whose code has just been read. False when its length is not known.
-bool skip_unread(int code) {
-    ByteReader &bytes = NIDS_bytes();
+bool skip_unread(ByteReader &bytes, int code) {
     std::optional<std::size_t> length;
     if (code == kPacketTrendTimes) {
         length = 2 * std::size_t{bytes.u8()} + 1; // volumes, latest one, a time for each
@@ -59,73 +56,73 @@ void note(std::vector<int> &codes, int code) {
     if (std::ranges::find(codes, code) == codes.end()) codes.push_back(code);
 }
 
-void count_elements(int packet, NidsSurvey &survey) {
-    const NidsPacketState &state = NIDS_packet_state();
+void count_elements(NidsReader &reader, int packet, NidsSurvey &survey) {
+    const NidsPacketState &state = reader.packet;
     survey.radials = is_radial(packet);
     survey.elements_announced += state.elements_left;
     float start = 0, delta = 0;
-    while ((survey.radials ? NIDS_get_radial(start, delta) : NIDS_get_rastor()) == 1)
+    while ((survey.radials ? reader.next_radial(start, delta) : reader.next_row()) == 1)
         if (!state.element_cut) ++survey.elements;
 }
 
 /// Walks the layer whose first packet has been read with result `status`.
-void survey_layer(int status, NidsSurvey &survey) {
-    int packet = NIDS_packet_state().code;
+void survey_layer(NidsReader &reader, int status, NidsSurvey &survey) {
+    int packet = reader.packet.code;
     bool ended = false; // an unknown packet ends the image: what follows is not drawn either
     while (status >= 0 && packet != 0 && packet != kPacketDivider) {
         if (ended || status == 0 || !is_drawn(packet)) note(survey.undrawn, packet);
         if (status == 0) {
             ended = true;
-            if (!skip_unread(packet)) return;
+            if (!skip_unread(reader.stream.bytes(), packet)) return;
         } else if (has_cells(packet)) {
-            count_elements(packet, survey);
+            count_elements(reader, packet, survey);
         }
         packet = kPacketDivider;
-        status = NIDS_packet(packet);
+        status = reader.next_packet(packet);
     }
 }
 
 /// The divider that ended the first layer begins the second.
-void survey_further_layers(NidsSurvey &survey) {
-    for (int layer = 1; layer < NIDS_packet_state().layers; ++layer) {
-        if (NIDS_packet_state().code != kPacketDivider) return;
-        NIDS_bytes().u32(); // its length
+void survey_further_layers(NidsReader &reader, NidsSurvey &survey) {
+    for (int layer = 1; layer < reader.packet.layers; ++layer) {
+        if (reader.packet.code != kPacketDivider) return;
+        reader.stream.bytes().u32(); // its length
         int packet = 0;
-        for (int status = NIDS_packet(packet); status >= 0; status = NIDS_packet(packet)) {
+        for (int status = reader.next_packet(packet); status >= 0; status = reader.next_packet(packet)) {
             if (packet == kPacketDivider) break;
             note(survey.further, packet);
-            if (status == 0 && !skip_unread(packet)) return;
+            if (status == 0 && !skip_unread(reader.stream.bytes(), packet)) return;
         }
     }
 }
 
 /// Products of trends have no image: their packets stand without a block where the pages of others begin.
-void survey_loose_packets(NidsSurvey &survey) {
-    const std::size_t offset = std::size_t{NIDS_get_prod_desc().graphic} * 2;
-    if (offset == 0 || !NIDS_seek_message(offset)) return;
+void survey_loose_packets(NidsReader &reader, NidsSurvey &survey) {
+    const std::size_t offset = std::size_t{reader.blocks.description.graphic} * 2;
+    if (offset == 0 || !reader.stream.seek_message(offset)) return;
     int packet = 0;
-    for (int status = NIDS_packet(packet); status >= 0; status = NIDS_packet(packet)) {
+    for (int status = reader.next_packet(packet); status >= 0; status = reader.next_packet(packet)) {
         if (packet == 0 || packet == kPacketDivider) return;
         note(survey.undrawn, packet);
-        if (status == 0 && !skip_unread(packet)) return;
+        if (status == 0 && !skip_unread(reader.stream.bytes(), packet)) return;
     }
 }
 
-std::string damage_of(NidsInflated result) {
+std::string damage_of(Inflated result) {
     switch (result) {
-    case NidsInflated::done: break;
-    case NidsInflated::truncated: return "its compressed data end early";
-    case NidsInflated::damaged: return "its compressed data are damaged";
-    case NidsInflated::too_large: return "it is too large";
-    case NidsInflated::too_many: return "its compressed pieces are too many";
+    case Inflated::done: break;
+    case Inflated::truncated: return "its compressed data end early";
+    case Inflated::damaged: return "its compressed data are damaged";
+    case Inflated::too_large: return "it is too large";
+    case Inflated::too_many: return "its compressed pieces are too many";
     }
     return {};
 }
 
 /// A count that says how long the message is, unless it is nonsense.
-std::size_t announced_bytes() {
+std::size_t announced_bytes(const NidsMessageHeader &message) {
     constexpr int kHeaders = 120;
-    const int length = NIDS_get_mess().length;
+    const int length = message.length;
     return length >= kHeaders ? static_cast<std::size_t>(length) : 0;
 }
 
@@ -142,17 +139,17 @@ std::string joined(const std::vector<int> &codes) {
 
 } // namespace
 
-NidsSurvey NIDS_survey(const NidsInfo &info) {
+NidsSurvey NIDS_survey(NidsReader &reader, const NidsInfo &info) {
     NidsSurvey survey;
-    const NidsExtent extent = NIDS_extent();
+    const NidsExtent extent = reader.stream.extent();
     survey.bytes = extent.bytes;
     survey.damage = damage_of(extent.result);
     // What came whole out of its compression is whole, whatever length was written before compressing.
-    if (!extent.inflated) survey.bytes_announced = announced_bytes();
+    if (!extent.inflated) survey.bytes_announced = announced_bytes(reader.blocks.message);
 
-    survey_layer(info.packet != 0 ? 1 : 0, survey);
-    survey_further_layers(survey);
-    if (info.packet == 0 && survey.undrawn.empty()) survey_loose_packets(survey);
+    survey_layer(reader, info.packet != 0 ? 1 : 0, survey);
+    survey_further_layers(reader, survey);
+    if (info.packet == 0 && survey.undrawn.empty()) survey_loose_packets(reader, survey);
     return survey;
 }
 

@@ -7,6 +7,8 @@
 
 #include "radar/nids/product.h"
 
+class NidsReader;
+
 struct NidsSurvey {
     std::size_t bytes = 0,
                 bytes_announced = 0;          ///< of the message; the latter 0 when the message does not tell
@@ -23,6 +25,6 @@ struct NidsSurvey {
 };
 
 /// Walks the packets of the image, the header being read, to the end; read the header again afterwards.
-NidsSurvey NIDS_survey(const NidsInfo &info);
+NidsSurvey NIDS_survey(NidsReader &reader, const NidsInfo &info);
 /// Warns of what is missing and of what will not be drawn.
 void NIDS_tell_survey(const NidsSurvey &survey, const NidsInfo &info, const std::string &name);
