@@ -24,6 +24,7 @@
 #include "plot/session/parameters.h"
 #include "plot/session/plot_session.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/reader.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
 

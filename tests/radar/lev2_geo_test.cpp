@@ -11,6 +11,8 @@
 #include "plot/colour/levels.h"
 #include "radar/cell_places.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/reader.h"
+#include "radar/lev2/volume_reader.h"
 #include "real_files.h"
 #include "tsv.h"
 
@@ -48,7 +50,7 @@ int count_wrong(Sweep sweep, int proj, float size) {
     CONT_reset_values();
     CONT_set_fill_colors("-1000000:#123456", 1);
     const CellSink sink{note_cell, &sweep.places};
-    const Lev2Sweep drawn = LEV2_draw_sweep(sweep.choice, &sink);
+    const Lev2Sweep drawn = LEV2_draw_sweep(LEV2_reader(), state, sweep.choice, &sink);
     EXPECT_GT(drawn.radials, 359);
     return static_cast<int>(
         std::ranges::count_if(sweep.places, [](const Place &place) { return place.found != place.level; }));

@@ -8,6 +8,8 @@
 #include "plot/drawing_fixture.h"
 #include "plot/session/labels.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/reader.h"
+#include "radar/lev2/volume_reader.h"
 #include "samples/level2.h"
 
 namespace {
@@ -109,7 +111,7 @@ protected:
                                 static_cast<std::vector<SeenCell> *>(context)->push_back(seen(c, level));
                             },
                             &found};
-        sweep_ = LEV2_draw_sweep(choice, &sink);
+        sweep_ = LEV2_draw_sweep(LEV2_reader(), LEV2_state(), choice, &sink);
         return found;
     }
     static SeenCell seen(const CellCorners &c, int level) {

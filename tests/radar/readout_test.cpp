@@ -19,6 +19,8 @@
 #include "radar/common/cell_image.h"
 #include "radar/lev2/painter.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/reader.h"
+#include "radar/lev2/volume_reader.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/product_reader.h"
@@ -277,7 +279,7 @@ TEST_F(ReadOutTruth, WhatIsReadIsWhatIsDrawn) {
     put_on_map(places);
     CONT_choose_levels({LEV2_moment(kLev2Reflectivity).levels, {}});
     const CellSink sink{note_cell, &places};
-    LEV2_draw_sweep({}, &sink);
+    LEV2_draw_sweep(LEV2_reader(), LEV2_state(), {}, &sink);
     const auto value_of = [](int level) { return static_cast<float>(level - 66) / 2; };
     expect_as_drawn(volume, places, LEV2_read_place, value_of);
 }

@@ -34,6 +34,10 @@ enum Projection : int {
 
 /// Sphere of all map projections, in plane units of 100 km (6371.22 km).
 inline constexpr float kEarthRadius = 63.7122F;
+/// Lengths in the plane of a projection, and the earth's radius, are in units of this.
+inline constexpr float kKmPerPlaneUnit = 100.0F;
+inline constexpr double kEarthRadiusKm =
+    static_cast<double>(kEarthRadius) * static_cast<double>(kKmPerPlaneUnit);
 inline constexpr double kDegree = 0.017453292519943334; ///< radians
 inline constexpr float kKmPerNauticalMile = 1.852F;
 

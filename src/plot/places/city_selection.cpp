@@ -38,7 +38,7 @@ double distance_km(double lat1, double lon1, double lat2, double lon2) {
                  half_lon = std::sin((lon2 - lon1) * kDegree / 2);
     const double h =
         half_lat * half_lat + std::cos(lat1 * kDegree) * std::cos(lat2 * kDegree) * half_lon * half_lon;
-    return 2 * 100 * static_cast<double>(kEarthRadius) * std::asin(std::sqrt(std::clamp(h, 0.0, 1.0)));
+    return 2 * kEarthRadiusKm * std::asin(std::sqrt(std::clamp(h, 0.0, 1.0)));
 }
 
 } // namespace

@@ -31,9 +31,8 @@ public:
     }
     /// The point `km` away towards `azimuth`, degrees clockwise from north.
     [[nodiscard]] SpherePoint towards(double azimuth, double km) const {
-        constexpr double km_per_unit = 100;
-        return at(km / km_per_unit * std::sin(azimuth * kDegree),
-                  km / km_per_unit * std::cos(azimuth * kDegree));
+        return at(km / static_cast<double>(kKmPerPlaneUnit) * std::sin(azimuth * kDegree),
+                  km / static_cast<double>(kKmPerPlaneUnit) * std::cos(azimuth * kDegree));
     }
 
     /// The way to a point, the inverse of at(): how far away it is along the great circle, split into east

@@ -14,6 +14,8 @@
 #include "plot/projection/sphere.h"
 
 inline constexpr std::size_t kCellLevels = 256;
+/// Each bin reaches a little over the next radial, so that no gap shows between them.
+inline constexpr float kRadialOverlapDeg = 0.01F;
 /// A cell outline: four corners, closed by repeating the first.
 using CellCorners = std::array<Point, 5>;
 

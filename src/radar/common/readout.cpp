@@ -69,8 +69,8 @@ bool read_file(const std::string &file, RadarReader read, RadarReading &reading)
 } // namespace
 
 double RADAR_beam_height(double range_km, double elevation, double antenna_m) {
-    constexpr double kMetresPerUnit = 100e3, kMetresPerKm = 1e3;
-    constexpr double kBentRadius = 4.0 / 3.0 * static_cast<double>(kEarthRadius) * kMetresPerUnit;
+    constexpr double kMetresPerKm = 1e3;
+    constexpr double kBentRadius = 4.0 / 3.0 * kEarthRadiusKm * kMetresPerKm;
     const double range = range_km * kMetresPerKm;
     return std::sqrt(range * range + kBentRadius * kBentRadius +
                      2 * range * kBentRadius * std::sin(elevation * kDegree)) -
@@ -78,12 +78,13 @@ double RADAR_beam_height(double range_km, double elevation, double antenna_m) {
 }
 
 void RADAR_set_way(const SphereOrigin &radar, RadarReading &reading) {
-    constexpr double kKmPerUnit = 100, kRound = 360;
+    constexpr double kRound = 360;
     const SphereOrigin::Way way =
         radar.to(static_cast<double>(reading.lat), static_cast<double>(reading.lon));
     const double azimuth = std::atan2(way.east, way.north) / kDegree;
     reading.azimuth = static_cast<float>(azimuth < 0 ? azimuth + kRound : azimuth);
-    reading.range_km = static_cast<float>(std::hypot(way.east, way.north) * kKmPerUnit);
+    reading.range_km =
+        static_cast<float>(std::hypot(way.east, way.north) * static_cast<double>(kKmPerPlaneUnit));
 }
 
 std::string RADAR_value_text(float value, std::string_view unit) {

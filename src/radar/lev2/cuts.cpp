@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "radar/lev2/reader.h"
+#include "radar/lev2/volume_reader.h"
 
 namespace {
 
-Lev2Cut begin_cut(const Lev2Radial &radial) {
+Lev2Cut begin_cut(const Lev2Reader &reader, const Lev2Radial &radial) {
     Lev2Cut cut;
     cut.number = radial.elevation_number;
     cut.azimuth_resolution = radial.azimuth_resolution;
@@ -13,7 +13,7 @@ Lev2Cut begin_cut(const Lev2Radial &radial) {
     cut.date = radial.collection_date;
     cut.time = radial.collection_time;
     for (std::size_t i = 0; i < kLev2Types; ++i) {
-        const Lev2Gates &gates = LEV2_get_gates(static_cast<int>(i));
+        const Lev2Gates &gates = reader.gates(static_cast<int>(i));
         if (!gates.bytes.empty()) cut.moments[i] = {gates.count, gates.first_km, gates.gate_km};
     }
     return cut;
@@ -21,16 +21,16 @@ Lev2Cut begin_cut(const Lev2Radial &radial) {
 
 } // namespace
 
-std::vector<Lev2Cut> LEV2_list_cuts() {
+std::vector<Lev2Cut> Lev2Reader::list_cuts() {
     std::vector<Lev2Cut> cuts;
     std::vector<double> sums;
     Lev2Radial radial;
-    for (; LEV2_get_block(radial) == 1; LEV2_next_block()) {
+    for (; next_block(radial); end_block()) {
         if (radial.type != kLev2Legacy && radial.type != kLev2Generic) continue;
         auto cut = std::ranges::find(cuts, radial.elevation_number, &Lev2Cut::number);
         if (cut == cuts.end() && cuts.size() == kLev2MaxCuts) continue;
         if (cut == cuts.end()) {
-            cut = cuts.insert(cut, begin_cut(radial));
+            cut = cuts.insert(cut, begin_cut(*this, radial));
             sums.push_back(0);
         }
         double &sum = sums[static_cast<std::size_t>(cut - cuts.begin())];

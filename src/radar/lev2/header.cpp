@@ -8,8 +8,7 @@
 #include "lib/time/date.h"
 #include "plot/places/city.h"
 #include "radar/common/file_date.h"
-#include "radar/lev2/reader.h"
-#include "radar/lev2/stream.h"
+#include "radar/lev2/volume_reader.h"
 
 namespace {
 
@@ -53,23 +52,6 @@ bool find_radar(const std::string &id, Lev2Info &info) {
     return true;
 }
 
-/// Walks to the first radial; true when it tells where the radar stands.
-bool place_in_data(float &lat, float &lon) {
-    Lev2Radial radial;
-    while (LEV2_get_block(radial) == 1) {
-        if (radial.type == kLev2Legacy || radial.type == kLev2Generic) break;
-        LEV2_next_block();
-    }
-    const bool found = radial.type == kLev2Generic && !is_missing(radial.lat);
-    if (found) {
-        lat = radial.lat;
-        lon = radial.lon;
-    }
-    // Of a pipe the first radial stays the present message, and is read again.
-    LEV2_rewind_file();
-    return found;
-}
-
 bool names_archive(std::span<const std::byte> bytes) {
     const auto begins = [bytes](std::string_view name) {
         return std::ranges::equal(bytes.first(name.size()), name, {},
@@ -78,26 +60,42 @@ bool names_archive(std::span<const std::byte> bytes) {
     return begins("AR2V") || begins("ARCHIVE2");
 }
 
+} // namespace
+
+/// Walks to the first radial; true when it tells where the radar stands.
+bool Lev2Reader::place_in_data(float &lat, float &lon) {
+    Lev2Radial radial;
+    while (next_block(radial)) {
+        if (radial.type == kLev2Legacy || radial.type == kLev2Generic) break;
+        end_block();
+    }
+    const bool found = radial.type == kLev2Generic && !is_missing(radial.lat);
+    if (found) {
+        lat = radial.lat;
+        lon = radial.lon;
+    }
+    // Of a pipe the first radial stays the present message, and is read again.
+    rewind();
+    return found;
+}
+
 /// The first message has a type, a time and a place among its segments that a message can have.
-bool message_makes_sense() {
+bool Lev2Reader::message_makes_sense() {
     constexpr int kLastType = 33;
     Lev2Radial first;
-    const bool sense = LEV2_get_block(first) == 1 && first.type >= 1 && first.type <= kLastType &&
-                       first.date >= 1 && first.date <= kLastDay && first.time >= 0 &&
-                       first.time < kMillisecondsPerDay && first.segment >= 1 &&
-                       first.segment <= first.segments;
-    LEV2_rewind_file();
+    const bool sense = next_block(first) && first.type >= 1 && first.type <= kLastType && first.date >= 1 &&
+                       first.date <= kLastDay && first.time >= 0 && first.time < kMillisecondsPerDay &&
+                       first.segment >= 1 && first.segment <= first.segments;
+    rewind();
     return sense;
 }
 
-} // namespace
-
-int LEV2_get_header(Lev2Info &info) {
+bool Lev2Reader::read_header(Lev2Info &info) {
     info = Lev2Info{};
-    LEV2_rewind_file();
-    const auto bytes = LEV2_header_bytes();
-    if (bytes.size() < kLev2HeaderBytes) return -1;
-    if (!names_archive(bytes) && !message_makes_sense()) return -1;
+    rewind();
+    const auto bytes = stream.header_bytes();
+    if (bytes.size() < kLev2HeaderBytes) return false;
+    if (!names_archive(bytes) && !message_makes_sense()) return false;
     ByteReader reader(bytes);
     reader.take(12); // archive name and version
     const int days = reader.i32(), milliseconds = reader.i32();
@@ -105,12 +103,12 @@ int LEV2_get_header(Lev2Info &info) {
     std::string id = identifier(reader.take(kIdLetters));
     if (id.empty()) id = given_identifier();
     info.id = last_three(id);
-    if (!id.empty() && (find_radar(id, info) || find_radar(info.id, info))) return 0;
+    if (!id.empty() && (find_radar(id, info) || find_radar(info.id, info))) return true;
     if (!place_in_data(info.lat, info.lon))
         MESS_print(
             kWarn,
             "LEV2_get_header: The place of radar \"%s\" is not known, it is drawn at %.2f %.2f; give its "
             "identifier with -id\n",
             id.c_str(), static_cast<double>(info.lat), static_cast<double>(info.lon));
-    return 0;
+    return true;
 }

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "lib/text/missing.h"
-#include "radar/lev2/reader.h"
+#include "radar/lev2/volume.h"
 
 /// The variable that asks for the table of the cuts.
 inline constexpr std::string_view kLev2ListWord = "list";

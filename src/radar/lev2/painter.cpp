@@ -9,8 +9,6 @@
 namespace {
 
 /// Each radial reaches a little over the next, so that no gap shows between them.
-constexpr float kOverlapDeg = 0.01F;
-constexpr float kKmPerPlaneUnit = 100.0F;
 /// Nothing is seen beyond this range; gates there come from damaged files.
 constexpr float kMostRangeKm = 2000.0F;
 
@@ -93,7 +91,7 @@ Lev2Strip LEV2_strip(float azimuth, float width, float first_km, float clutter_k
     };
     Lev2Strip strip;
     strip.azimuth_a = azimuth - width / 2;
-    strip.azimuth_b = strip.azimuth_a + width + kOverlapDeg;
+    strip.azimuth_b = strip.azimuth_a + width + kRadialOverlapDeg;
     strip.first = first_km / kKmPerPlaneUnit;
     strip.step = gates.gate_km / kKmPerPlaneUnit;
     strip.skip = gate_at(std::max(0.0F, clutter_km));

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "radar/common/cells.h"
-#include "radar/lev2/reader.h"
+#include "radar/lev2/volume.h"
 
 /// What the levels of gates look like. Made anew only when the scaling changes.
 class Lev2Levels {

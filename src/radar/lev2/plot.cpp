@@ -20,6 +20,8 @@
 #include "plot/session/labels.h"
 #include "plot/session/view.h"
 #include "radar/common/driver.h"
+#include "radar/lev2/reader.h"
+#include "radar/lev2/volume_reader.h"
 
 namespace {
 
@@ -95,7 +97,8 @@ int LEV2_open_volume(std::string_view name) {
         return 0;
     }
     state.open = true;
-    if (state.options.strict && !wants_list() && !(FILE_input_is_whole(copy) && LEV2_sweep_is_whole())) {
+    if (state.options.strict && !wants_list() &&
+        !(FILE_input_is_whole(copy) && LEV2_sweep_is_whole(LEV2_reader()))) {
         close_volume();
         MESS_print(kWarn, "LEV2_open_file: Incomplete volume:%s\n", copy.c_str());
         return 0;
@@ -137,7 +140,7 @@ int LEV2_get_domain(PlotDomain &domain, float lat, float lon, float range) {
     domain.ny = static_cast<int>(2 * range + 1);
     domain.nx = static_cast<int>(3 * range + 1);
     const MapDomainScope scope(domain);
-    domain.dx = domain.dy = MAP_factor(lat) * (kStepNm * kKmPerNauticalMile) / 100.0F;
+    domain.dx = domain.dy = MAP_factor(lat) * (kStepNm * kKmPerNauticalMile) / kKmPerPlaneUnit;
     return 1;
 }
 

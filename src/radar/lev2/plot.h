@@ -35,6 +35,8 @@ int LEV2_plot_nextfile();
 /// Keys and buttons of the window: place under the cursor, zoom, resizing.
 void LEV2_callback(int kind, std::string_view event, float x, float y);
 
+class Lev2Reader;
+
 struct Lev2PlotState {
     bool open = false; ///< a volume is open
     Lev2Info info;
@@ -44,6 +46,11 @@ struct Lev2PlotState {
     int range_km = 460;    ///< of the radar's domain
     bool superres = false; ///< half-degree radials are drawn half a degree wide
     Lev2Choice choice;
+
+    /// How wide a radial is drawn, degrees.
+    [[nodiscard]] float radial_width(const Lev2Radial &radial) const;
+    /// Nothing nearer to the radar is drawn.
+    [[nodiscard]] float clutter_km() const;
 };
 
 /// State of the driver, for its own files.
@@ -61,17 +68,16 @@ struct Lev2Sweep {
 };
 /// Chooses moment and elevation by the resource "variable". False when the cut is not in the open volume or
 /// not to its end; reading stands at the first message again.
-bool LEV2_sweep_is_whole();
+[[nodiscard]] bool LEV2_sweep_is_whole(Lev2Reader &reader);
 /// Walks the open volume and draws the radials of the chosen cut. Cells go to `sink`, or are filled when it
 /// is null.
-Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink);
+Lev2Sweep LEV2_draw_sweep(Lev2Reader &reader, const Lev2PlotState &state, const Lev2Choice &choice,
+                          const CellSink *sink);
 
-/// How wide a radial is drawn, degrees, and within which distance nothing is.
-float LEV2_radial_width(const Lev2Radial &radial);
-float LEV2_clutter_km();
-/// Chooses moment and cut for the open volume as a drawing does, and calls `take` for the radials of the cut
-/// that have the moment; tells nothing.
-void LEV2_visit_cut(const std::function<void(const Lev2Radial &)> &take);
+/// Sets `choice` to moment and cut for the open volume as a drawing does, and calls `take` for the radials of
+/// the cut that have the moment; tells nothing.
+void LEV2_visit_cut(Lev2Reader &reader, Lev2Choice &choice,
+                    const std::function<void(const Lev2Radial &)> &take);
 
 /// A RadarReader: reads the value at a place from a volume's sweep, which it keeps until another is asked
 /// for.

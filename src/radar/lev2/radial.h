@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "radar/lev2/reader.h"
+#include "radar/lev2/volume.h"
 
 using Lev2Moments = std::array<Lev2Gates, kLev2Types>;
 

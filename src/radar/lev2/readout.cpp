@@ -8,6 +8,7 @@
 #include "radar/common/cell_image.h"
 #include "radar/lev2/painter.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/volume_reader.h"
 
 namespace {
 
@@ -39,15 +40,16 @@ std::size_t look_of(const Lev2Gates &gates, std::vector<Lev2Gates> &looks) {
     return index;
 }
 
-void keep_radial(const Lev2Radial &radial, Sweep &sweep) {
-    const Lev2Type type = LEV2_state().choice.type;
-    const Lev2Gates &gates = LEV2_get_gates(type);
+void keep_radial(const Lev2Reader &reader, const Lev2PlotState &plot, const Lev2Radial &radial,
+                 Sweep &sweep) {
+    const Lev2Type type = plot.choice.type;
+    const Lev2Gates &gates = reader.gates(type);
     ++sweep.radials;
     sweep.elevations += static_cast<double>(radial.elevation);
     if (!is_missing(radial.antenna_height)) sweep.antenna_m = radial.antenna_height;
     if (gates.gate_km <= 0) return;
-    const Lev2Strip drawn = LEV2_strip(radial.azimuth, LEV2_radial_width(radial), LEV2_first_gate_km(type),
-                                       LEV2_clutter_km(), gates);
+    const Lev2Strip drawn = LEV2_strip(radial.azimuth, plot.radial_width(radial), reader.first_gate_km(type),
+                                       plot.clutter_km(), gates);
     CellStrip strip;
     strip.side_a = drawn.azimuth_a;
     strip.side_b = drawn.azimuth_b;
@@ -64,20 +66,23 @@ void keep_radial(const Lev2Radial &radial, Sweep &sweep) {
 bool load(const std::string &file) {
     if (state.sweep && state.sweep->file == file) return true;
     state.sweep.reset();
-    Lev2Info &info = LEV2_state().info;
+    Lev2PlotState &plot = LEV2_state();
+    Lev2Reader &reader = LEV2_reader();
+    Lev2Info &info = plot.info;
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    bool read = LEV2_open_file(file) == 1 && LEV2_get_header(info) == 0;
+    bool read = reader.open(file) && reader.read_header(info);
     if (read) {
         Sweep &sweep = state.sweep.emplace();
         sweep.file = file;
         sweep.radar = SphereOrigin(static_cast<double>(info.lat), static_cast<double>(info.lon));
         sweep.antenna_m = info.antenna_m;
-        LEV2_visit_cut([&sweep](const Lev2Radial &radial) { keep_radial(radial, sweep); });
-        sweep.unit = LEV2_moment(LEV2_state().choice.type).unit;
+        LEV2_visit_cut(reader, plot.choice,
+                       [&](const Lev2Radial &radial) { keep_radial(reader, plot, radial, sweep); });
+        sweep.unit = LEV2_moment(plot.choice.type).unit;
         read = sweep.cells.is_whole();
         if (!read) state.sweep.reset();
     }
-    LEV2_close_file();
+    reader.close();
     return read;
 }
 

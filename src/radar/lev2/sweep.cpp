@@ -14,6 +14,7 @@
 #include "plot/session/status_text.h"
 #include "radar/lev2/painter.h"
 #include "radar/lev2/plot.h"
+#include "radar/lev2/volume_reader.h"
 
 namespace {
 
@@ -22,18 +23,18 @@ constexpr float kRadialWidthDeg = 1.0F;
 constexpr int kFirstClearAir = 30, kLastClearAir = 39;
 
 /// Takes the last moment that the resource "variable" names.
-void choose() {
-    Lev2PlotState &state = LEV2_state();
-    state.choice = Lev2Choice{};
-    for (const std::string &word : RES_getvals("variable")) LEV2_decode_choice(word, state.choice);
+Lev2Choice chosen() {
+    Lev2Choice choice;
+    for (const std::string &word : RES_getvals("variable")) LEV2_decode_choice(word, choice);
+    return choice;
 }
 
 /// The elevation number of a choice made by angle, found by a first walk through the volume.
-void find_angle(Lev2Choice &choice) {
+void find_angle(Lev2Reader &reader, Lev2Choice &choice) {
     if (is_missing(choice.angle)) return;
-    const std::vector<Lev2Cut> cuts = LEV2_list_cuts();
+    const std::vector<Lev2Cut> cuts = reader.list_cuts();
     choice.number = LEV2_nearest_cut(cuts, choice);
-    if (LEV2_rewind_file() != 1)
+    if (!reader.rewind())
         MESS_print(kWarn, "LEV2_plot: a pipe cannot be read twice, as an elevation angle needs it\n");
 }
 
@@ -54,8 +55,7 @@ void print_radial(const Lev2Radial &r, bool first_of_cut) {
                r.spect_ptr, r.refl_gates, r.vel_gates);
 }
 
-void draw_site() {
-    const Lev2PlotState &state = LEV2_state();
+void draw_site(const Lev2PlotState &state) {
     Attribute data;
     ATTRIB_get("color_data", ATTRIB_text_default(), data);
     GPH_line_attr(nullptr); // nothing of the lines that the map left behind
@@ -87,12 +87,13 @@ void tell_missing(const Lev2Choice &choice) {
 
 /// Calls `take` for each radial of the cut that has the moment. Quietly: no radial is told, and nothing
 /// behind the cut is read.
-template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take, bool quietly = false) {
+template <class Take>
+Lev2Sweep walk_cut(Lev2Reader &reader, const Lev2Choice &choice, Take take, bool quietly = false) {
     Lev2Sweep sweep;
     Lev2Radial radial;
     int number = kMissing;
     bool ended = false;
-    for (; LEV2_get_block(radial) == 1; LEV2_next_block()) {
+    for (; reader.next_block(radial); reader.end_block()) {
         if (radial.type != kLev2Legacy && radial.type != kLev2Generic) continue;
         if (!quietly) print_radial(radial, radial.elevation_number != number);
         number = radial.elevation_number;
@@ -101,13 +102,13 @@ template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take, bo
             if (ended && (quietly || may_stop())) break;
             continue;
         }
-        if (LEV2_set_data_type(choice.type) == 1) {
+        if (reader.select(choice.type)) {
             ++sweep.radials;
             sweep.elevation = radial.elevation;
             sweep.pattern = radial.pattern;
             take(radial);
         }
-        ended = ended || (ends_cut(radial) && !LEV2_is_cut());
+        ended = ended || (ends_cut(radial) && !reader.is_cut());
         if (ended && (quietly || may_stop())) break;
     }
     sweep.whole = ended && sweep.radials > 0;
@@ -116,59 +117,59 @@ template <class Take> Lev2Sweep walk_cut(const Lev2Choice &choice, Take take, bo
 
 } // namespace
 
-float LEV2_radial_width(const Lev2Radial &radial) {
-    return LEV2_state().superres ? radial.azimuth_resolution : kRadialWidthDeg;
+float Lev2PlotState::radial_width(const Lev2Radial &radial) const {
+    return superres ? radial.azimuth_resolution : kRadialWidthDeg;
 }
 
-float LEV2_clutter_km() {
-    return std::trunc(LEV2_state().options.clutter);
+float Lev2PlotState::clutter_km() const {
+    return std::trunc(options.clutter);
 }
 
-void LEV2_visit_cut(const std::function<void(const Lev2Radial &)> &take) {
-    Lev2Choice &choice = LEV2_state().choice;
-    choose();
-    find_angle(choice);
-    walk_cut(choice, take, true);
+void LEV2_visit_cut(Lev2Reader &reader, Lev2Choice &choice,
+                    const std::function<void(const Lev2Radial &)> &take) {
+    choice = chosen();
+    find_angle(reader, choice);
+    walk_cut(reader, choice, take, true);
 }
 
-Lev2Sweep LEV2_draw_sweep(const Lev2Choice &choice, const CellSink *sink) {
-    const Lev2PlotState &state = LEV2_state();
+Lev2Sweep LEV2_draw_sweep(Lev2Reader &reader, const Lev2PlotState &state, const Lev2Choice &choice,
+                          const CellSink *sink) {
     const CellFrame frame(state.domain, state.info.lat, state.info.lon);
-    Lev2Painter painter(frame, LEV2_clutter_km(), sink);
-    Lev2Sweep sweep = walk_cut(choice, [&](const Lev2Radial &radial) {
-        painter.draw(radial.azimuth, LEV2_radial_width(radial), LEV2_first_gate_km(choice.type),
-                     LEV2_get_gates(choice.type));
+    Lev2Painter painter(frame, state.clutter_km(), sink);
+    Lev2Sweep sweep = walk_cut(reader, choice, [&](const Lev2Radial &radial) {
+        painter.draw(radial.azimuth, state.radial_width(radial), reader.first_gate_km(choice.type),
+                     reader.gates(choice.type));
     });
     sweep.smallest = painter.levels().smallest();
     sweep.largest = painter.levels().largest();
     return sweep;
 }
 
-bool LEV2_sweep_is_whole() {
-    Lev2Choice &choice = LEV2_state().choice;
-    choose();
-    find_angle(choice);
-    const bool whole = walk_cut(choice, [](const Lev2Radial &) {}).whole;
-    LEV2_rewind_file();
+bool LEV2_sweep_is_whole(Lev2Reader &reader) {
+    Lev2Choice choice = chosen();
+    find_angle(reader, choice);
+    const bool whole = walk_cut(reader, choice, [](const Lev2Radial &) {}).whole;
+    reader.rewind();
     return whole;
 }
 
 int LEV2_plot_summary() {
     Lev2PlotState &state = LEV2_state();
-    choose();
+    Lev2Reader &reader = LEV2_reader();
+    state.choice = chosen();
     if (FLAG_getplot(kPlotSummary) < 1) return 0;
     GPH_trans(kDataTransform);
     CONT_choose_levels({LEV2_moment(state.choice.type).levels, {}});
     PLT_mess("LEV2 Sum");
-    find_angle(state.choice);
-    const Lev2Sweep sweep = LEV2_draw_sweep(state.choice, nullptr);
+    find_angle(reader, state.choice);
+    const Lev2Sweep sweep = LEV2_draw_sweep(reader, state, state.choice, nullptr);
     const Lev2Moment &moment = LEV2_moment(state.choice.type);
     if (sweep.radials == 0)
         tell_missing(state.choice);
     else if (!sweep.whole)
         MESS_print(kWarn, "LEV2_plot: the data of elevation %d end early, after %d radials\n",
                    state.choice.number, sweep.radials);
-    draw_site();
+    draw_site(state);
     PLT_label_up_left(moment.title);
     PLT_label_low_right(sweep_label(state.choice, sweep));
     PLT_label_up_right(DATE_make_label(state.info.date));

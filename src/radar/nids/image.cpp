@@ -54,7 +54,7 @@ void draw_radials(NidsReader &reader, int packet, const NidsImageGrid &grid, std
     float delta = 0;
     while (reader.next_radial(start, delta) == 1) {
         NIDS_radial_levels(reader, packet, levels);
-        cells.draw(start, start + delta + kNidsOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
+        cells.draw(start, start + delta + kRadialOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
     }
 }
 

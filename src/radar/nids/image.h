@@ -8,9 +8,6 @@
 struct NidsBlocks;
 class NidsReader;
 
-/// Each bin reaches a little over the next radial, so that no gap shows between them.
-inline constexpr float kNidsOverlapDeg = 0.01F;
-
 bool NIDS_is_radial(int packet);
 bool NIDS_is_raster(int packet);
 

@@ -12,7 +12,6 @@ namespace {
 /// Grid points each way of a product that has neither rows nor bins.
 constexpr int kPlainGrid = 460;
 constexpr float kScreenSize = 511;
-constexpr float kKmPerPlaneUnit = 100;
 
 /// Where the extremes stand: indexes of the product parameters (0: none), and value = word / divisor x
 /// factor.

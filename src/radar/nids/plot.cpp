@@ -53,7 +53,7 @@ PlotDomain view_domain() {
     PlotDomain domain = state.info.domain;
     if (domain.dx > 0) return domain;
     const MapDomainScope scope(domain);
-    domain.dx = domain.dy = MAP_factor(domain.clat) * kOrdinaryBinNm * kKmPerNauticalMile / 100.0F;
+    domain.dx = domain.dy = MAP_factor(domain.clat) * kOrdinaryBinNm * kKmPerNauticalMile / kKmPerPlaneUnit;
     return domain;
 }
 

@@ -48,7 +48,7 @@ void keep_radials(NidsReader &reader, int packet, Image &image) {
     float delta = 0;
     while (reader.next_radial(strip.side_a, delta) == 1) {
         NIDS_radial_levels(reader, packet, levels);
-        strip.side_b = strip.side_a + delta + kNidsOverlapDeg;
+        strip.side_b = strip.side_a + delta + kRadialOverlapDeg;
         strip.levels.assign(levels.begin(), levels.end());
         image.cells.add(strip);
     }

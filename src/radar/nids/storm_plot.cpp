@@ -87,7 +87,7 @@ TrackLine track_line(const Point &from, float azimuth, float km, const StormScal
     const double length = std::hypot(right, up);
     if (length < longest)
         return {static_cast<float>(std::atan2(right, up) / kDegree), static_cast<float>(length)};
-    return {MAP_dir_adj(azimuth, from.x, from.y), MAP_factor(scale.radar_lat) * km / 100.0F};
+    return {MAP_dir_adj(azimuth, from.x, from.y), MAP_factor(scale.radar_lat) * km / kKmPerPlaneUnit};
 }
 
 /// Where the storm will be in the next two hours: the motion is where it comes from, the track leads away.
