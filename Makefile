@@ -2,7 +2,7 @@
 PREFIX ?= /usr/local/vyx
 JOBS   ?= $(shell nproc)
 
-.PHONY: all release demo demo-window check bench fuzz soak install clean setup
+.PHONY: all release demo demo-window check tidy coverage mutate bench fuzz soak install clean setup
 
 all: release
 
@@ -26,6 +26,21 @@ demo-window: release
 check:
 	tools/setup_debian build check
 	tools/check
+
+# clang-tidy over every source; "make check" looks at those that a change touches.
+tidy:
+	tools/setup_debian build check
+	tools/tidy all
+
+# Percent of the lines of each room that the tests run.
+coverage:
+	tools/setup_debian build check coverage
+	JOBS=$(JOBS) tools/coverage
+
+# Small faults, one at a time: which of them no test sees.
+mutate:
+	tools/setup_debian build check
+	tools/mutate
 
 bench:
 	tools/setup_debian build bench
