@@ -59,6 +59,22 @@ TEST_F(MemoryDisplay, ASeriesInTimeWritesEveryPicture) {
         EXPECT_EQ(png_size(files_.at(name)), (PictureSize{640, 512})) << name << log();
 }
 
+/// A name without the frame's number gets it before its suffix; a dot of the folder begins none.
+TEST_F(MemoryDisplay, TheNumberOfAFrameJoinsTheNameOfItsFile) {
+    namespace fs = std::filesystem;
+    for (const std::string folder : {"pictures", "pictures.d"}) {
+        const fs::path place = files_.at(folder);
+        fs::create_directory(place);
+        for (const std::string suffix : {"", ".png"}) {
+            EXPECT_EQ(run({"-pp", "png=/" + (place.string() + "/storm" + suffix).substr(1)}, 3), 0) << log();
+            for (const auto *number : {"", "-01", "-02"}) {
+                const std::string name = (place / ("storm" + std::string(number) + suffix)).string();
+                EXPECT_EQ(png_size(name), (PictureSize{640, 512})) << name << log();
+            }
+        }
+    }
+}
+
 TEST_F(MemoryDisplay, APictureThatCannotBeWrittenFailsTheRun) {
     EXPECT_EQ(run({"-pp", "png=/dev/full/x.png"}, 1), 1);
     EXPECT_NE(log().find("PLT_dump: Unable to write PNG file: /dev/full/x.png\n"), std::string::npos)

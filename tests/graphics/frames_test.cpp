@@ -195,6 +195,83 @@ TEST_F(Frames, WithoutMemoryThereIsNoFrame) {
     EXPECT_EQ(gcreate_frame(2), 2);
 }
 
+/// The pace is changed in proportion between a twentieth of a second and five; the last picture then stands
+/// twice as long as the others.
+TEST_F(Frames, ThePaceIsScaledWithinItsBounds) {
+    create(3);
+    const auto delays = [] {
+        return std::array{gget_frame_delay(0), gget_frame_delay(1), gget_frame_delay(2)};
+    };
+    const auto near = [&](float first, float last) {
+        const std::array found = delays();
+        return std::abs(found[0] - first) < 1e-4F && std::abs(found[1] - first) < 1e-4F &&
+               std::abs(found[2] - last) < 1e-4F;
+    };
+    gscale_loop_delay(0.5F);
+    EXPECT_TRUE(near(0.25F, 0.5F)) << testing::PrintToString(delays());
+    gscale_loop_delay(2);
+    EXPECT_TRUE(near(0.5F, 1)) << testing::PrintToString(delays());
+    gscale_loop_delay(1e-6F);
+    EXPECT_TRUE(near(0.05F, 0.1F)) << testing::PrintToString(delays());
+    gscale_loop_delay(1e6F);
+    EXPECT_TRUE(near(5, 10)) << testing::PrintToString(delays());
+    ginc_loop_delay(-20);
+    EXPECT_EQ(gget_loop_delay(), 0) << "by steps down to nothing";
+}
+
+/// A drop shadow falls to the right and below, in black, and the thing itself lies upon it.
+TEST_F(Frames, ThingsThrowTheirShadowDownwards) {
+    struct Colors {
+        int width = 0;
+        std::vector<std::array<unsigned, 3>> pixels;
+        [[nodiscard]] bool is(int x, int y, std::array<unsigned, 3> color) const {
+            return pixels.at(static_cast<std::size_t>(y * width + x)) == color;
+        }
+    };
+    const auto look = [] {
+        RasterImage image;
+        EXPECT_TRUE(graster_read(graster_base(), image));
+        const auto bytes = static_cast<std::size_t>(image.bits_per_pixel) / 8;
+        Colors colors{image.width, {}};
+        for (int y = 0; y < image.height; ++y) {
+            for (int x = 0; x < image.width; ++x) {
+                const auto at =
+                    static_cast<std::size_t>(y * image.bytes_per_line) + static_cast<std::size_t>(x) * bytes;
+                std::array<unsigned, 3> raw{};
+                for (std::size_t i = 0; i < 3; ++i)
+                    raw.at(i) = std::to_integer<unsigned>(image.data.at(at + i));
+                colors.pixels.push_back(raw);
+            }
+        }
+        return colors;
+    };
+    paint(gcreate_frame(0), kBlue);
+    gdisplay_frame(0);
+    const Colors ground = look();
+    const std::array<unsigned, 3> blue = ground.pixels.at(0), black{};
+    constexpr int kShadows = 4;
+    gset_font_drop(kShadows);
+    gset_marker_type(5); // a cross of two strokes
+    gset_marker_size(3);
+    gset_marker_colr_ind(kRed);
+    GPH_mark(0.5F, 0.5F);
+    gdisplay_frame(0);
+    const Colors shadowed = look();
+    int red = 0, dark = 0, right_and_below = 0;
+    for (int y = 0; y + kShadows < static_cast<int>(shadowed.pixels.size()) / shadowed.width; ++y) {
+        for (int x = 0; x + kShadows < shadowed.width; ++x) {
+            const bool is_dark = shadowed.is(x, y, black);
+            dark += is_dark ? 1 : 0;
+            if (shadowed.is(x, y, blue) || is_dark) continue;
+            ++red;
+            right_and_below += shadowed.is(x + kShadows - 1, y + kShadows - 1, blue) ? 0 : 1;
+        }
+    }
+    EXPECT_GT(red, 10);
+    EXPECT_GT(dark, red / 2) << "of the falling stroke's shadow little is seen, of the rising one's all";
+    EXPECT_EQ(right_and_below, red) << "each point of the cross has its shadow";
+}
+
 TEST_F(Frames, SteppingWrapsOrTurns) {
     struct Step {
         int direction, from, step, next, then;

@@ -10,6 +10,7 @@
 #include "graphics/kernel/identity.h"
 #include "lib/options/flags.h"
 #include "lib/report/process.h"
+#include "lib/resources/database.h"
 #include "page_fixture.h"
 
 namespace {
@@ -43,6 +44,19 @@ TEST_F(KernelTest, LinesAndAreasReachThePageInItsUnits) {
     EXPECT_NE(page.find("np\n10.00 20.00 mv\n30.50 40.00 ln\nstroke\n"), std::string::npos);
     EXPECT_NE(page.find("%%FA:5\n"), std::string::npos);
     EXPECT_NE(page.find("1.00 2.00 mv\n3.00 2.00 ln\n3.00 4.00 ln\n1.00 4.00 ln\n"), std::string::npos);
+}
+
+/// The drawing area of the page lies where the geometry puts it, and all that is drawn with it.
+TEST_F(KernelTest, ThePageIsShiftedByItsGeometry) {
+    setenv("vyxps_geometry", "P2x2+1+0", 1); // the upper right quarter of 756 x 576 points
+    open();
+    unsetenv("vyxps_geometry");
+    const float side = 287;
+    gset_win(1, {0, side, 0, side});
+    gsel_norm_tran(1);
+    mark();
+    GPH_line(10, 20, 30, 40);
+    EXPECT_NE(written().find("np\n388.00 308.00 mv\n408.00 328.00 ln\nstroke\n"), std::string::npos);
 }
 
 TEST_F(KernelTest, WhatIsRefusedOrOutsideIsNeitherDrawnNorRecorded) {
@@ -215,6 +229,49 @@ TEST_F(KernelTest, ReplayDrawsTheSamePageAndRecordsNothing) {
                                                                       : 0;
         EXPECT_EQ(occurrences(first_half, part) - clip_again, occurrences(second_half, part));
     }
+}
+
+/// Every attribute of text is recorded: what a replay writes stands letter by letter where it stood.
+TEST_F(KernelTest, ReplayedTextStandsWhereItStood) {
+    RES_put("file_path", std::string(VYX_SOURCE_DIR) + "/data"); // for the fonts
+    open();
+    use_points();
+    gset_redraw(1);
+    gset_char_ht(20);
+    const auto draw = [](float y, void (*set)()) {
+        set();
+        gtext({10, y}, "L L");
+    };
+    draw(10, [] { gset_space(1.5F); });
+    draw(50, [] { gset_expan(2); });
+    draw(90, [] { gset_char_space(1); });
+    draw(130, [] { gset_text_width(3); });
+    draw(170, [] { gset_text_align(kAlignRight, kAlignCap); });
+    mark();
+    ginit_tran(PlotMode::postscript);
+    greset_text();
+    greset_line();
+    gset_redraw(0);
+    gset_redraw(1);
+    gredraw_objs();
+    gclose_ws(1);
+    std::ostringstream all;
+    all << std::ifstream(path_).rdbuf();
+    const std::string page = all.str();
+    const auto strokes = [](const std::string &part) {
+        std::vector<std::string> found;
+        std::istringstream in(part);
+        for (std::string line; std::getline(in, line);)
+            if (line.ends_with(" mv") || line.ends_with(" ln") || line.ends_with("dot lw"))
+                found.push_back(line);
+        return found;
+    };
+    const std::size_t second = page.find("%%Message: mark");
+    const std::size_t first_text = page.find("%%TE:"), second_text = page.find("%%TE:", second);
+    ASSERT_NE(second_text, page.npos);
+    const auto original = strokes(page.substr(first_text, second - first_text));
+    EXPECT_GE(original.size(), 5U * 2 * 3);
+    EXPECT_EQ(strokes(page.substr(second_text)), original);
 }
 
 TEST_F(KernelTest, StrokesOfTextReachTheDeviceThatIsOpen) {

@@ -1,6 +1,8 @@
 #include "lib/report/message.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -65,6 +67,22 @@ void set_input(const TemporaryFile &file, const std::string &text) {
 }
 
 } // namespace
+
+/// Standard output is held back in a buffer: what was told first comes first all the same.
+TEST_F(Message, WarningsStandBehindTheOutputBeforeThem) {
+    const TemporaryFile both("both");
+    const auto all_in_one_file = [&] {
+        const int file = open(both.path().c_str(), O_CREAT | O_WRONLY | O_APPEND, 0600);
+        dup2(file, STDOUT_FILENO);
+        dup2(file, STDERR_FILENO);
+        std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+        for (const unsigned level : {kMess, kWarn, kMess, kError, kMess})
+            MESS_print(level, level == kMess ? "output\n" : "warning\n");
+        std::exit(0);
+    };
+    EXPECT_EXIT(all_in_one_file(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(both.content(), "output\nwarning\noutput\nwarning\noutput\n");
+}
 
 TEST_F(Message, ALogThatCannotBeOpenedIsToldOnce) {
     for (const char *word : {"fi=/dev/null/log", "dfi=/dev/null/log"}) {

@@ -2,9 +2,14 @@
 
 #include "plot/bar/color_bar.h"
 
+#include <algorithm>
+#include <cstring>
 #include <map>
+#include <optional>
 
+#include "graphics/core/object_list.h"
 #include "graphics/kernel/helpers.h"
+#include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
 #include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
@@ -52,6 +57,49 @@ TEST_F(Bar, ExplicitLevels) {
     EXPECT_NEAR(texts[0].y, 0, 1e-3)
         << "at the bottom of the page, where there is less room than the bar would take";
     EXPECT_NEAR(texts[4].x, view.xmax, 1e-3);
+}
+
+/// The boxes stand side by side in the upper half of the bar, and a frame around all of them.
+TEST_F(Bar, BoxesFillTheirFrame) {
+    RES_put("color_fill", "");
+    open_page();
+    CONT_set_fill_colors("5:blue,10:lblue,15:red,20:green", 0);
+    gclear_objs();
+    gset_redraw(1);
+    ASSERT_EQ(draw(), 0);
+    const Rect view = PLT_get_view(), page = GPH_get_view_size();
+    std::vector<Rect> boxes;
+    std::optional<Rect> frame;
+    for (const ObjectRecord *object = gfirst_obj(); object != nullptr; object = object->next) {
+        if (object->type != ObjectType::fill_area && object->type != ObjectType::polyline) continue;
+        std::vector<Point> points(static_cast<std::size_t>(object->value));
+        std::memcpy(points.data(), object->data(), object->size);
+        const auto [left, right] = std::ranges::minmax(points, {}, &Point::x);
+        const auto [low, high] = std::ranges::minmax(points, {}, &Point::y);
+        const Rect around{left.x, right.x, low.y, high.y};
+        if (object->type == ObjectType::fill_area)
+            boxes.push_back(around);
+        else if (points.size() == 5)
+            frame = around;
+    }
+    gset_redraw(0);
+    close_page();
+    ASSERT_EQ(boxes.size(), 4U);
+    ASSERT_TRUE(frame);
+    constexpr float tiny = 1e-5F;
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        EXPECT_NEAR(boxes[i].xmin, i == 0 ? frame->xmin : boxes[i - 1].xmax, tiny) << i;
+        EXPECT_NEAR(boxes[i].ymin, frame->ymin, tiny) << i;
+        EXPECT_NEAR(boxes[i].ymax, frame->ymax, tiny) << i;
+        EXPECT_NEAR(boxes[i].width(), frame->width() / 4, tiny) << i;
+    }
+    EXPECT_NEAR(boxes.back().xmax, frame->xmax, tiny);
+    EXPECT_NEAR(frame->xmin, view.xmin + 0.03F * view.width(), tiny);
+    EXPECT_NEAR(frame->xmax, (view.xmin + view.xmax) / 2, tiny);
+    // Bar and its gap to the view are as high as the room below the view, up to 0.035.
+    const float room = std::min(view.ymin - page.ymin, 0.035F);
+    EXPECT_NEAR(view.ymin - frame->ymax, 0.15F * room, tiny);
+    EXPECT_NEAR(frame->height(), 0.85F * room / 2, tiny);
 }
 
 /// Words that are no levels stand behind the eight levels of some products.

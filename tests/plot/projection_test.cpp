@@ -8,6 +8,7 @@
 
 #include "graphics/kernel/kernel.h"
 #include "plot/map/current_map.h"
+#include "plot/map/seam.h"
 #include "plot/projection/names.h"
 #include "projection_numbers.h"
 
@@ -446,6 +447,34 @@ TEST(Map, Diagrams) {
     install(d);
     EXPECT_NEAR(tran(3, 500).y, -std::log(500.0), 1e-4);
     expect_hidden(tran(3, 0));
+}
+
+/// The two places of a point on the seam are as far apart as the seam says, at every height of the map.
+TEST(Map, TheSeamIsAsWideAsTheWorld) {
+    for (const int proj : {kProjLatLon, kProjMercator, kProjMollweide}) {
+        PlotDomain d;
+        d.proj = proj;
+        d.clat = 0;
+        d.clon = 0;
+        d.plat = d.plon = 0;
+        d.dx = d.dy = 1;
+        d.nx = d.ny = 401;
+        install(d);
+        for (const float lat : {-60.0F, -20.0F, 0.0F, 35.0F, 70.0F}) {
+            SCOPED_TRACE(testing::Message() << proj << " " << lat);
+            const auto at = [lat](float lon) {
+                Point place;
+                MAP_tran(place.x, place.y, lat, lon);
+                return place;
+            };
+            const Point west = at(-179.999F), east = at(179.999F);
+            const auto there = MAP_seam_jump(west, east, 50), back = MAP_seam_jump(east, west, 50);
+            ASSERT_TRUE(there && back);
+            EXPECT_NEAR(*there, east.x - west.x, 0.02F);
+            EXPECT_NEAR(*back, west.x - east.x, 0.02F);
+            EXPECT_FALSE(MAP_seam_jump(at(1), at(2), 50));
+        }
+    }
 }
 
 TEST(ProjectionNames, FirstPrefixWins) {

@@ -5,6 +5,7 @@
 #include "plot/session/layout.h"
 #include "plot/session/plot_session.h"
 
+#include "graphics/core/state.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
@@ -230,6 +231,35 @@ TEST_F(Session, FullLabelsStandInside) {
     ASSERT_EQ(texts.size(), 2U);
     EXPECT_LT(texts[0].y, view.ymax);
     EXPECT_GT(texts[1].y, view.ymin);
+}
+
+/// The lines of all overlays share the band above the plot, and those below it the other one.
+TEST_F(Session, LinesOfEveryOverlayHaveRoom) {
+    CONT_set_bar(0);
+    open_page();
+    constexpr int kLines = 6;
+    PLT_set_num_overlay(kLines);
+    for (int i = 0; i < kLines; ++i) {
+        PLT_set_overlay(i);
+        PLT_label_up_left("above " + std::to_string(i));
+        PLT_label_low_left("below " + std::to_string(i));
+    }
+    const Rect view = PLT_get_view(), page = GPH_get_view_size();
+    EXPECT_NEAR(view.ymin - page.ymin, 0.04F * page.ymax, 1e-3);
+    EXPECT_EQ(PLT_labels(), 0);
+    const float height = gstate().text.height;
+    const auto texts = texts_of(close_page());
+    ASSERT_EQ(texts.size(), 2U * kLines);
+    for (std::size_t i = 0; i < kLines; ++i) {
+        const PageText &above = texts[i], &below = texts[kLines + i];
+        EXPECT_GT(above.y, view.ymax) << above.text;
+        EXPECT_LT(above.y + height, page.ymax) << above.text;
+        EXPECT_LT(below.y, view.ymin) << below.text;
+        EXPECT_GT(below.y - height, page.ymin - 1e-3F) << below.text;
+        if (i == 0) continue;
+        EXPECT_GT(std::abs(above.y - texts[i - 1].y), height);
+        EXPECT_GT(std::abs(below.y - texts[kLines + i - 1].y), height);
+    }
 }
 
 TEST_F(Session, WithoutRoomNoLabels) {

@@ -225,6 +225,14 @@ TEST_F(Lev2Plot, LabelsOfSweeps) {
     add(2, 20, {gates("REF", {90}), gates("VEL", {0, 1, 79, 189}, 129)});
     EXPECT_EQ(label("ref1"), "Md=cl Sc=1 El=0.5 Mx=50");
     EXPECT_EQ(PLT_get_label(0, 0), "Reflectivity (Dbz)");
+    for (const int pattern : {31, 35}) {
+        volume_.pattern = pattern;
+        EXPECT_EQ(label("ref1"), "Md=cl Sc=1 El=0.5 Mx=50") << pattern;
+    }
+    for (const int pattern : {12, 21, 121, 215}) {
+        volume_.pattern = pattern;
+        EXPECT_EQ(label("ref1"), "Md=pr Sc=1 El=0.5 Mx=50") << pattern;
+    }
     volume_.pattern = 212;
     EXPECT_EQ(label("vel2"), "Md=pr Sc=2 El=1.0 Rng=-25,30");
     EXPECT_EQ(label("vel@0.1"), "Md=pr Sc=2 El=1.0 Rng=-25,30");

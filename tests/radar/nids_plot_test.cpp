@@ -103,6 +103,28 @@ TEST_F(NidsPlot, ClutterLeavesTheFirstBinsEmpty) {
     EXPECT_EQ(cells(domain).size(), 4U * 30);
 }
 
+/// Neighbouring radials share their edge, the last and the first as well: no gap shows between them.
+TEST_F(NidsPlot, RadialsLeaveNoGap) {
+    samples::Level3Product p = product(19);
+    for (unsigned i = 0; i < p.thresholds.size(); ++i) p.thresholds[i] = 5 * i;
+    constexpr std::size_t kRadials = 360;
+    p.packets.push_back(samples::radial_packet({0, 1, {kRadials, std::vector<std::uint8_t>(2, 5)}}));
+    open(p);
+    const std::vector<CellCorners> bins = cells(NIDS_get_info().domain);
+    ASSERT_EQ(bins.size(), 2 * kRadials);
+    const Point centre = radar();
+    // Positive where b lies clockwise of a.
+    const auto clockwise = [&](const Point &a, const Point &b) {
+        return (a.y - centre.y) * (b.x - centre.x) - (a.x - centre.x) * (b.y - centre.y);
+    };
+    for (std::size_t i = 0; i < kRadials; ++i) {
+        const CellCorners &bin = bins[2 * i + 1], &next = bins[2 * ((i + 1) % kRadials) + 1];
+        EXPECT_GT(clockwise(bin[1], bin[2]), 0) << i;
+        EXPECT_GE(clockwise(next[1], bin[2]), 0) << "beyond the next one's beginning, " << i;
+        EXPECT_GT(clockwise(bin[2], next[2]), 0) << "and not over all of it, " << i;
+    }
+}
+
 TEST_F(NidsPlot, RunsAreMergedInTheirOwnProjectionOnly) {
     open(precipitation());
     const PlotDomain own = NIDS_get_info().domain;

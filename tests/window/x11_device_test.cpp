@@ -150,6 +150,15 @@ TEST(X11Drawing, LongLinesAndPolygonsAreDrawnWhole) {
     gx11_lines(RasterContext::line, points);
     EXPECT_EQ(base_pixel(5, 100), 0x00FF00U);
     EXPECT_EQ(base_pixel(140, 150), 0x00FF00U);
+    // One request takes 16,000 points: the segments around its end, each at a place of its own.
+    constexpr std::size_t kAround = 15990, kStep = 10;
+    std::vector<PixelPoint> path(32000, PixelPoint{20, 160});
+    for (std::size_t i = 0; i < 20; ++i)
+        path[kAround + i] = {static_cast<short>(20 + kStep * i), static_cast<short>(160 + 10 * (i % 2))};
+    std::fill(path.begin() + kAround + 20, path.end(), path[kAround + 19]);
+    gx11_lines(RasterContext::line, path);
+    for (std::size_t i = 0; i < 19; ++i)
+        EXPECT_EQ(base_pixel(static_cast<int>(25 + kStep * i), 165), 0x00FF00U) << i;
     gx11_area(points);
     EXPECT_EQ(base_pixel(20, 100), 0x00FF00U);
     EXPECT_EQ(gx11_counts().errors, 0);
