@@ -72,6 +72,7 @@ const Format *format_of_selection(const std::string &first, Complaints &complain
 std::vector<std::string> convention_keys() {
     if (const std::vector<std::string> given = RES_getvals("in_file"); !given.empty()) return {given.back()};
     std::vector<std::string> keys;
+    keys.reserve(kFormats.size());
     for (const Format &format : kFormats) keys.emplace_back(format.key);
     return keys;
 }

@@ -95,6 +95,7 @@ std::vector<Rgb> palette_of(const Decoder &decoder) {
     int count = 0;
     png_get_PLTE(decoder.png, decoder.info, &entries, &count);
     std::vector<Rgb> colors;
+    colors.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         colors.push_back(color_of_bytes(entries[i].red, entries[i].green, entries[i].blue));
     return colors;

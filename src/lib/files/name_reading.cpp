@@ -203,7 +203,7 @@ private:
 } // namespace
 
 NameReading FILE_read_by_template(std::string_view text, std::string_view name, const NameContext &context) {
-    const NameReading first = NameReader(text, name, context, DateRecord{}).read();
+    NameReading first = NameReader(text, name, context, DateRecord{}).read();
     if (!first.fits) return first;
     return NameReader(text, name, context, first.date).read();
 }

@@ -55,7 +55,7 @@ int follow_links(std::string &path) {
         if (is_foreign_link(path)) return EACCES;
         const std::string leads_to = std::filesystem::read_symlink(path, error).string();
         if (error) return error.value();
-        path = leads_to.starts_with('/') ? leads_to : directory_of(path) + "/" + leads_to;
+        path = leads_to.starts_with('/') ? leads_to : directory_of(path).append("/").append(leads_to);
     }
     return 0;
 }

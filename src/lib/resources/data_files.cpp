@@ -17,7 +17,7 @@ State state;
 std::string FILE_find_data(std::string_view name) {
     std::string own;
     (void)RES_getval("file_path", own, ResourceKind::directory);
-    const std::string path = FILE_add_path(own, name);
+    std::string path = FILE_add_path(own, name);
     if (FILE_is_stdio(name) != 0 || FILE_fullpath(name) != 0 || FILE_exist(path) != 0) return path;
     for (const std::string &directory : state.directories)
         if (std::string beside = FILE_add_path(directory, name); FILE_exist(beside) != 0) return beside;

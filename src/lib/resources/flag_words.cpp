@@ -59,6 +59,7 @@ template <std::size_t Count>
 void tell_unknown(std::string_view resource, std::string_view text, const std::array<Word, Count> &words,
                   std::string_view further = {}) {
     std::vector<std::string_view> known;
+    known.reserve(Count + 1);
     for (const Word &word : words) known.push_back(word.name);
     if (!further.empty()) known.push_back(further);
     WORD_unknown(resource, text, known);

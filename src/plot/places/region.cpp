@@ -133,7 +133,7 @@ void show_menu() {
 /// What was chosen: the abbreviation of a numbered entry, or the answer itself.
 std::string ask_menu() {
     show_menu();
-    const std::string answer = VYX_prompts("Enter the region: ", kAnswerLength);
+    std::string answer = VYX_prompts("Enter the region: ", kAnswerLength);
     const bool digits = answer.find_first_not_of("0123456789") == std::string::npos;
     if (!digits || answer.empty() || answer.size() > 2) return answer;
     const auto number = static_cast<std::size_t>(Scanner(answer).integer().value_or(0));

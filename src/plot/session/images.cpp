@@ -86,7 +86,7 @@ bool is_command(std::string_view dump_name) {
 std::string path_of(std::string_view dump_name, std::string_view frame) {
     const std::array keys{NameKey{'i', std::string(frame.empty() ? "win" : frame)},
                           NameKey{'p', gget_win_title()}};
-    const std::string name = FILE_name_output(dump_name, FILE_get_full_date(), keys);
+    std::string name = FILE_name_output(dump_name, FILE_get_full_date(), keys);
     if (!is_command(dump_name)) return image_path(name);
     FILE_allow_command(name);
     return name;

@@ -304,9 +304,9 @@ void gmem_write(PixmapId pixmap, const RasterImage &image, std::span<const std::
     area.keep_inside(image.width, image.height, p->width, p->height);
     const auto line = static_cast<std::size_t>(image.bytes_per_line);
     for (int row = 0; row < area.height; ++row) {
-        const auto from_row = static_cast<std::size_t>(area.from_y + row);
+        const auto from_row = static_cast<std::size_t>(area.from_y) + static_cast<std::size_t>(row);
         for (int column = 0; column < area.width; ++column) {
-            const auto from_column = static_cast<std::size_t>(area.from_x + column);
+            const auto from_column = static_cast<std::size_t>(area.from_x) + static_cast<std::size_t>(column);
             const std::size_t spot = from_row * static_cast<std::size_t>(image.width) + from_column;
             if (!mask.empty() && (spot >= mask.size() || mask[spot] == 0)) continue;
             const std::size_t at = from_row * line + from_column * 4;

@@ -80,7 +80,7 @@ RasterEvent message_event(const X11Session &s, const XClientMessageEvent &event)
     constexpr int kByteFormat = 8;
     if (event.format != kByteFormat) return out;
     out.kind = RasterEventKind::message;
-    out.message = event.data.b[0];
+    out.message = static_cast<unsigned char>(event.data.b[0]);
     return out;
 }
 
