@@ -354,7 +354,7 @@ TEST_F(KernelTest, StartUpFailuresEndTheProgram) {
         int ws = 0;
         GPH_begin(ws, spec, device);
     };
-    EXPECT_EXIT(begin("/nonexistent\n/directory/page.ps", DeviceKind::hpgl),
+    EXPECT_EXIT(begin("/nonexistent\n/directory/page.ps", DeviceKind{5}),
                 testing::ExitedWithCode(kExitGraphics),
                 "gopen_ws: device not available in this version\nGPH_begin: Error opening workstation\n");
     EXPECT_EXIT(begin("/dev/null/page.ps", DeviceKind::ps), testing::ExitedWithCode(kExitGraphics),

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/core/object_list.h"
+#include "graphics/core/state.h"
 
 namespace {
 
@@ -53,6 +54,26 @@ TEST(ObjectList, CountsAndPumpsEventsWithoutRecording) {
     EXPECT_EQ(gget_num_objs(), 1499U);
     EXPECT_EQ(gfirst_obj(), nullptr);
     gset_event_pump(nullptr);
+}
+
+TEST(ObjectList, BeyondItsBoundThePictureIsNotKept) {
+    gstate().kernel_open = true; // else nothing is told
+    ginit_objs(true);
+    const std::vector<Point> line(std::size_t{1} << 20); // 8 MB
+    std::size_t kept = 0;
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    for (int i = 0; i < 12; ++i) {
+        record_points(ObjectType::polyline, line);
+        if (gfirst_obj() != nullptr) ++kept;
+    }
+    const std::string told = testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr();
+    EXPECT_EQ(kept, 7U);
+    EXPECT_EQ(gfirst_obj(), nullptr) << "the beginning of a picture is no picture";
+    EXPECT_EQ(gget_redraw(), 0);
+    EXPECT_EQ(gget_num_objs(), 12U);
+    EXPECT_EQ(told, "newobj: the picture takes more than 64 MB and is not kept for a replay\n");
+    gstate() = {};
 }
 
 TEST(ObjectList, SettingAndEnvironmentSwitchRecording) {

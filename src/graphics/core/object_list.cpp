@@ -21,6 +21,7 @@ struct State {
     std::vector<LargeMemory> chunks;
     std::size_t used = 0;     ///< bytes taken of the last chunk
     std::size_t capacity = 0; ///< size of the last chunk
+    std::size_t taken = 0;    ///< bytes of all records
     ObjectRecord *first = nullptr;
     ObjectRecord *last = nullptr;
     std::size_t count = 0;
@@ -28,10 +29,14 @@ struct State {
     EventPump pump = nullptr;
 } state;
 
+std::size_t rounded_up(std::size_t size) {
+    constexpr std::size_t kAlign = alignof(ObjectRecord);
+    return (size + kAlign - 1) / kAlign * kAlign;
+}
+
 /// Room in the arena; null when memory is out.
 std::byte *take(std::size_t size) {
-    constexpr std::size_t align = alignof(ObjectRecord);
-    const std::size_t rounded = (size + align - 1) / align * align;
+    const std::size_t rounded = rounded_up(size);
     if (rounded > state.capacity - state.used) {
         const std::size_t bytes = std::max(kChunkBytes, rounded);
         LargeMemory chunk(bytes);
@@ -42,7 +47,30 @@ std::byte *take(std::size_t size) {
     }
     std::byte *const block = state.chunks.back().bytes().data() + state.used;
     state.used += rounded;
+    state.taken += rounded;
     return block;
+}
+
+/// A list with a hole is of no use: what was kept is freed, and one message tells of it.
+void give_up() {
+    gclear_objs();
+    state.recording = false;
+}
+
+/// A record's place; null after a message when there is none.
+std::byte *place_of(std::size_t size) {
+    if (rounded_up(size) > kMostObjectBytes - state.taken) {
+        gerr_printf("newobj", "the picture takes more than %zu MB and is not kept for a replay\n",
+                    kMostObjectBytes >> 20);
+        give_up();
+        return nullptr;
+    }
+    std::byte *const place = take(size);
+    if (place == nullptr) {
+        gerr_printf("newobj", "malloc error\n");
+        give_up();
+    }
+    return place;
 }
 
 } // namespace
@@ -56,7 +84,7 @@ void ginit_objs(bool recording) {
 
 void gclear_objs() {
     state.chunks.clear();
-    state.used = state.capacity = 0;
+    state.used = state.capacity = state.taken = 0;
     state.first = state.last = nullptr;
 }
 
@@ -64,12 +92,8 @@ std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *da
     ++state.count;
     if (state.count % kObjectsPerPump == 0 && state.pump != nullptr) state.pump();
     if (!state.recording) return nullptr;
-    std::byte *const place = take(sizeof(ObjectRecord) + size);
-    if (place == nullptr) {
-        gerr_printf("newobj", "malloc error\n");
-        state.recording = false; // a list with a hole is of no use, and one message tells of it
-        return nullptr;
-    }
+    std::byte *const place = place_of(sizeof(ObjectRecord) + size);
+    if (place == nullptr) return nullptr;
     auto *const record = new (place) ObjectRecord{type, value, size, nullptr};
     std::byte *const block = place + sizeof(ObjectRecord);
     if (data != nullptr && size > 0) std::memcpy(block, data, size);

@@ -1,6 +1,7 @@
 #pragma once
 /// The object list: a record of every kernel operation that made the picture, for replay on another device.
-/// Records come from an arena of large chunks, so that recording a cell costs no allocation of its own.
+/// Records come from an arena of large chunks, so that recording a cell costs no allocation of its own. The
+/// arena has a bound; a picture beyond it is told once and no longer kept.
 
 #include <cstddef>
 #include <span>
@@ -44,6 +45,10 @@ enum class ObjectType : unsigned {
     fill_color = 75,
     fill_print_solid = 76
 };
+
+/// What the records may take together: the busiest picture, a super-resolution product over a full map, stays
+/// below it (about 45 MB).
+inline constexpr std::size_t kMostObjectBytes = std::size_t{64} << 20;
 
 struct ObjectRecord {
     ObjectType type;

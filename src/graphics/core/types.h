@@ -3,14 +3,12 @@
 
 #include "lib/text/missing.h"
 
-/// What the workstation is. The codes are those of the device flag.
+/// What the workstation is. The codes are those of the device flag, which has others too (3 metafile, 5 HPGL,
+/// 6 window or pixmap of another program): a kind that is no enumerator is refused when it is opened.
 enum class DeviceKind : int {
     none = 0, ///< not chosen: the user is asked
     win = 1,  ///< the program's own X11 window
-    meta = 3, ///< text metafile or CGM
-    ps = 4,   ///< PostScript
-    hpgl = 5, ///< HPGL
-    pix = 6   ///< a window or pixmap of another program
+    ps = 4    ///< PostScript
 };
 
 /// A position; world, normalised device (NDC) or device units as said where it is used.

@@ -41,9 +41,6 @@ void install_clip() {
         graster_set_clip({clip.x, clip.y, clip.width, clip.height});
         break;
     }
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
 }

@@ -133,9 +133,6 @@ void ginit_background() {
     switch (gstate().kind) {
     case DeviceKind::ps: store_everywhere(kBackgroundSlot, kWhite); break;
     case DeviceKind::win: init_window_background(); break;
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
 }

@@ -44,8 +44,6 @@ enum class PlotMode : int {
     window = 0,  ///< a new window
     resized = 1, ///< the window was resized
     postscript = 2,
-    hpgl = 3,
-    metafile = 4,
     keep_view = 10 ///< transforms only: the device's size changed, transforms and workstation window stay
 };
 /// Size of a window's drawing area, pixels: of the one that is open (transforms stay, the view follows), else
@@ -58,11 +56,8 @@ void ginit_tran(PlotMode mode);
 
 DeviceKind gget_win_type();
 bool gtype_is_WIN();
-bool gtype_is_PIX();
 bool gtype_is_WIN_PIX();
 bool gtype_is_PS();
-bool gtype_is_HPGL();
-bool gtype_is_META();
 /// A window of the process's own memory: there is nobody to look at it.
 bool gtype_is_memory();
 /// Devices that write a file while drawing and are complete when closed.

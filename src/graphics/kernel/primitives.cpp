@@ -24,14 +24,11 @@ template <typename Ink> int ink_print(const char *operation, std::span<const Poi
         operation, world, [&map](const Point &p) { return world_to_print(map, p); }, ink);
 }
 
-/// Device units of a raster unit: a plotter's and a printer's marker look as large as the window's.
+/// Device units of a raster unit: a printer's marker looks as large as the window's.
 float marker_unit() {
     switch (gstate().kind) {
     case DeviceKind::ps: return 0.72F;
-    case DeviceKind::hpgl: return 10.15F;
     case DeviceKind::win:
-    case DeviceKind::meta:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 1;
@@ -89,9 +86,6 @@ int gpolyline(std::span<const Point> points) {
             gps_polyline(device, s.line.color, s.line.width, s.line.type);
         });
     case DeviceKind::win: return raster_polyline(kName, points);
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -110,9 +104,6 @@ int gfill_area(std::span<const Point> points) {
         return ink_print(kName, points,
                          [&s](std::span<const Point> device) { gps_fill_area(device, s.fill.color); });
     case DeviceKind::win: return raster_fill_area(kName, points);
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -126,9 +117,6 @@ int gpolymarker(std::span<const Point> points) {
     switch (gstate().kind) {
     case DeviceKind::ps: print_markers(points, half); break;
     case DeviceKind::win: raster_markers(points, half); break;
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -149,9 +137,6 @@ void gdraw_stroke(std::span<const Point> world) {
     switch (gstate().kind) {
     case DeviceKind::ps: ink_print("gtext", world, gps_stroke); break;
     case DeviceKind::win: raster_stroke("gtext", world); break;
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
 }
@@ -165,9 +150,6 @@ int gclear_region(const Rect &world) {
     switch (gstate().kind) {
     case DeviceKind::ps: return ink_print(kName, corners, gps_clear_region);
     case DeviceKind::win: raster_clear_region(world); break;
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -179,9 +161,6 @@ int gmessage(int level, std::string_view text) {
     switch (gstate().kind) {
     case DeviceKind::ps: gps_message(text); break;
     case DeviceKind::win:
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;

@@ -29,18 +29,14 @@ void begin_text(const Point &world, std::string_view text) {
     switch (gstate().kind) {
     case DeviceKind::ps: gps_begin_text(world, text, attributes.color, attributes.width); break;
     case DeviceKind::win:
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
 }
 
-/// PostScript is requested, but "vyxprint" may send it to a plotter.
-DeviceKind chosen_kind(DeviceKind kind) {
+/// PostScript is requested, but "vyxprint" sends it to a plotter.
+bool print_goes_to_plotter() {
     const char *const printer = std::getenv("vyxprint");
-    const bool plotter = printer != nullptr && stricmp(printer, "hpgl") == 0;
-    return kind == DeviceKind::ps && plotter ? DeviceKind::hpgl : kind;
+    return printer != nullptr && stricmp(printer, "hpgl") == 0;
 }
 
 int open_postscript(std::string_view device_spec) {
@@ -110,17 +106,6 @@ int open_window(std::string_view device_spec) {
     return 0;
 }
 
-/// The X resource of the same name counts where the environment says nothing.
-bool redraw_unwanted() {
-    return std::getenv("vyxredraw") == nullptr && stricmp(gx11_default("redraw").value_or(""), "no") == 0;
-}
-
-/// A page is complete as it is written, and nobody presses a key at the memory display; only a window's
-/// picture is worth keeping.
-bool keeps_objects() {
-    return gtype_is_WIN_PIX() && !gtype_is_memory() && !redraw_unwanted();
-}
-
 void close_window() {
     graster_close();
     state.window_width = kDefaultWidth;
@@ -129,11 +114,10 @@ void close_window() {
 
 int open_device(std::string_view device_spec, DeviceKind kind) {
     switch (kind) {
-    case DeviceKind::ps: return open_postscript(device_spec);
+    case DeviceKind::ps:
+        if (print_goes_to_plotter()) break;
+        return open_postscript(device_spec);
     case DeviceKind::win: return open_window(device_spec);
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     gerr_printf("gopen_ws", "device not available in this version\n");
@@ -144,9 +128,6 @@ int close_device(DeviceKind kind) {
     switch (kind) {
     case DeviceKind::ps: return gps_close();
     case DeviceKind::win: close_window(); break;
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -154,11 +135,8 @@ int close_device(DeviceKind kind) {
 
 PlotMode plot_mode(DeviceKind kind) {
     switch (kind) {
-    case DeviceKind::win:
-    case DeviceKind::pix: return PlotMode::window;
+    case DeviceKind::win: return PlotMode::window;
     case DeviceKind::ps: return PlotMode::postscript;
-    case DeviceKind::hpgl: return PlotMode::hpgl;
-    case DeviceKind::meta: return PlotMode::metafile;
     case DeviceKind::none: break;
     }
     return PlotMode::none;
@@ -186,12 +164,11 @@ int gopen_ws(int /*ws_id*/, std::string_view device_spec, DeviceKind kind) {
         gerr_printf("gopen_ws", "a workstation is already open\n");
         return -1;
     }
-    kind = chosen_kind(kind);
     if (open_device(device_spec, kind) != 0) return -1;
     s.kind = kind;
     s.open = true;
     clear_colors();
-    ginit_objs(keeps_objects());
+    ginit_objs(false); // the window is refreshed from its pixmap: who replays the list switches it on
     gset_stroke_output({begin_text, gdraw_stroke});
     ginit_plot(plot_mode(kind));
     gsetup_fonts();
@@ -239,9 +216,6 @@ int gnew_page() {
         install_clip();
         return 0;
     case DeviceKind::win: return gclear_ws(1, 1);
-    case DeviceKind::meta:
-    case DeviceKind::hpgl:
-    case DeviceKind::pix:
     case DeviceKind::none: break;
     }
     return 0;
@@ -287,24 +261,12 @@ bool gtype_is_WIN() {
     return gstate().kind == DeviceKind::win;
 }
 
-bool gtype_is_PIX() {
-    return gstate().kind == DeviceKind::pix;
-}
-
 bool gtype_is_WIN_PIX() {
-    return gtype_is_WIN() || gtype_is_PIX();
+    return gtype_is_WIN();
 }
 
 bool gtype_is_PS() {
     return gstate().kind == DeviceKind::ps;
-}
-
-bool gtype_is_HPGL() {
-    return gstate().kind == DeviceKind::hpgl;
-}
-
-bool gtype_is_META() {
-    return gstate().kind == DeviceKind::meta;
 }
 
 bool gtype_is_memory() {
@@ -312,5 +274,5 @@ bool gtype_is_memory() {
 }
 
 bool gtype_is_file() {
-    return gtype_is_PS() || gtype_is_HPGL() || gtype_is_META();
+    return gtype_is_PS();
 }

@@ -66,7 +66,7 @@ void forget_zoom() {
 }
 
 bool can_zoom() {
-    return graster_display() != RasterDisplay::none && gstate().kind != DeviceKind::pix;
+    return graster_display() != RasterDisplay::none;
 }
 
 void restore_base() {
