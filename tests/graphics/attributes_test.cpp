@@ -57,7 +57,7 @@ TEST_F(AttributesTest, RefusedValuesSayWhyAndChangeNothing) {
 
 TEST_F(AttributesTest, ClosedKernelIsSilentAndAClosedWorkstationIsReported) {
     EXPECT_EQ(errors_of([] { EXPECT_EQ(gset_linetype(2), -1); }), "");
-    gopen_gks("", 0);
+    (void)gopen_gks("", 0);
     EXPECT_EQ(errors_of([] { EXPECT_EQ(gset_linetype(2), -1); }), "gset_linetype: GKS not opened\n");
     EXPECT_EQ(errors_of([] { EXPECT_EQ(gtext({0, 0}, "a"), -1); }), "gtext: GKS not opened\n");
     EXPECT_EQ(gchk_graphics(), 0);

@@ -35,7 +35,7 @@ protected:
         background_ = middle_of(graster_base());
     }
     void TearDown() override {
-        if (gchk_graphics() != 0) gclose_ws(1);
+        if (gchk_graphics() != 0) (void)gclose_ws(1);
         gclose_gks();
         gstate() = GraphicsState{};
     }
@@ -172,7 +172,7 @@ TEST_F(Frames, DeletedPicturesAreNotDrawnInto) {
 }
 
 TEST_F(Frames, NoMoreThanThereIsRoomFor) {
-    for (int i = 0; i < kMaxFrames; ++i) gcreate_frame(-1);
+    for (int i = 0; i < kMaxFrames; ++i) (void)gcreate_frame(-1);
     testing::internal::CaptureStderr();
     EXPECT_EQ(gcreate_frame(-1), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "gcreate_frame: no room for frame 128\n");
@@ -327,7 +327,7 @@ TEST_F(Frames, TheMemoryDisplayIsNeverHeld) {
 }
 
 TEST_F(Frames, WithoutADisplayNothingHappens) {
-    gclose_ws(1);
+    (void)gclose_ws(1);
     EXPECT_EQ(gcreate_frame(3), 0);
     EXPECT_EQ(gget_num_images(), 0);
     EXPECT_EQ(gdisplay_frame(0), 0);

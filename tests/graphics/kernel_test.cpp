@@ -253,7 +253,7 @@ TEST_F(KernelTest, ReplayedTextStandsWhereItStood) {
     gset_redraw(0);
     gset_redraw(1);
     gredraw_objs();
-    gclose_ws(1);
+    (void)gclose_ws(1);
     std::ostringstream all;
     all << std::ifstream(path_).rdbuf();
     const std::string page = all.str();
@@ -343,7 +343,7 @@ TEST_F(KernelTest, TheDeviceIsAskedForWhenNoneIsChosen) {
     EXPECT_EQ(testing::internal::GetCapturedStdout().find("Display (D) or Postscript (P): "), 0U);
     EXPECT_EQ(device, DeviceKind::ps);
     EXPECT_EQ(FLAG_get(kFlagDevice), 4);
-    GPH_end(ws);
+    (void)GPH_end(ws);
     EXPECT_EQ(FLAG_get(kFlagDevice), 0); // the next plot asks again
     std::filesystem::remove(replies);
 }

@@ -18,7 +18,7 @@ protected:
         : path_(std::filesystem::temp_directory_path() / ("vyx_page_" + std::to_string(::getpid()) + ".ps")) {
     }
     ~PageTest() override {
-        if (gchk_graphics() != 0) gclose_ws(1);
+        if (gchk_graphics() != 0) (void)gclose_ws(1);
         gclose_gks();
         gstate() = GraphicsState{};
         std::filesystem::remove(path_);

@@ -68,7 +68,7 @@ TEST_F(City, DecodesEntries) {
     EXPECT_FLOAT_EQ(entry.lon, -90.37F);
     EXPECT_EQ(entry.wmo, 72434);
     EXPECT_EQ(entry.extra, 7);
-    CTY_read(fd, entry);
+    (void)CTY_read(fd, entry);
     EXPECT_EQ(CTY_read(fd, entry), 10);
     EXPECT_EQ(entry.elevation, kMissingF);
     EXPECT_EQ(entry.priority, 5);

@@ -157,11 +157,11 @@ TEST_F(Colors, TextsAreSeenOnEveryBackground) {
         });
         ASSERT_EQ(gopen_ws(1, "memory", DeviceKind::win), 0);
         EXPECT_STREQ(ATTRIB_text_default(), c.ink);
-        gclose_ws(1);
+        (void)gclose_ws(1);
         // A page is white whatever the window is; its device turns white ink.
         ASSERT_EQ(gopen_ws(1, scratch_.at("page.ps"), DeviceKind::ps), 0);
         EXPECT_STREQ(ATTRIB_text_default(), c.inverse ? "black" : "white");
-        gclose_ws(1);
+        (void)gclose_ws(1);
     }
 }
 

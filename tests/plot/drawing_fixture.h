@@ -29,13 +29,13 @@ protected:
         RES_put("file_path", files_.path());
         files_.write("vyx.clr",
                      "black 0 0 0\nwhite 1 1 1\nred 1 0 0\nyellow 1 1 0\nblue 0 0 1\nmagenta 1 0 1\n");
-        gopen_gks("", 0);
-        gopen_ws(1, files_.at("page.ps"), DeviceKind::ps);
+        (void)gopen_gks("", 0);
+        (void)gopen_ws(1, files_.at("page.ps"), DeviceKind::ps);
         CLR_read_table("vyx.clr");
         forget();
     }
     ~DrawingTest() override {
-        gclose_ws(1);
+        (void)gclose_ws(1);
         gclose_gks();
     }
 

@@ -33,14 +33,14 @@ protected:
     /// Frames of one colour each, drawn and dumped as a series.
     static void draw_frames(int count) {
         for (int i = 0; i < count; ++i) {
-            gcreate_frame(i);
+            (void)gcreate_frame(i);
             gselect_frame(i);
             GPH_trans(kViewTransform);
             gset_fill_int_style(1);
             gset_fill_colr_ind(i + 2);
             GPH_frect(0, 0, 0.2F * static_cast<float>(i + 1), 1);
             gdisplay_frame(i);
-            PLT_dump(i);
+            (void)PLT_dump(i);
         }
     }
     std::string told_by_close() {
@@ -125,13 +125,13 @@ TEST_F(WindowSession, NamesAreNotCut) {
     RES_put("plot_param", ("png=" + name).c_str());
     RES_put("image_path", (scratch_.path() + "/" + folder).c_str());
     PLT_open(1);
-    PLT_dump(0);
+    (void)PLT_dump(0);
     PLT_close();
     EXPECT_TRUE(exists((folder + "/" + name).c_str()));
     const auto longer_than_paths = [] {
         RES_put("image_path", std::string(5000, 'f').c_str());
         PLT_open(1);
-        PLT_dump(0);
+        (void)PLT_dump(0);
         PLT_close();
         VYX_exit(0);
     };

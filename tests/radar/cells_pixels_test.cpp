@@ -50,7 +50,7 @@ std::vector<std::byte> picture(float spacing, bool outlines) {
     }
     RasterImage image;
     EXPECT_TRUE(graster_read(graster_base(), image));
-    GPH_end(1);
+    (void)GPH_end(1);
     return image.data;
 }
 

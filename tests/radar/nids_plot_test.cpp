@@ -48,7 +48,7 @@ protected:
                             },
                             &found};
         NIDS_walk_image(NIDS_reader(), NIDS_get_info(), NIDS_state().options, &sink);
-        NIDS_rewind_file();
+        (void)NIDS_rewind_file();
         return found;
     }
 
@@ -217,7 +217,7 @@ TEST_F(NidsPlot, WatchesAreReadBesideOtherVariables) {
     RES_put("variable", "comp,watch");
     RES_put("device", "ps," + files_.at("other.ps"));
     EXPECT_EQ(FILE_set_name("@" + files_.at("product")), 1);
-    GPH_end(1); // a plot that begins opens its own page
+    (void)GPH_end(1); // a plot that begins opens its own page
     PlotDomain domain;
     NIDS_plot(domain);
     EXPECT_EQ(WATCH_boxes().size(), 1U);
@@ -266,7 +266,7 @@ TEST_F(NidsPlot, StormsAndRingsLieOnTheirEcho) {
             return line.size() == 2 && between(line[0], middle) < 0.5F * km && between(line[1], end) < km;
         });
         EXPECT_NE(tip, all.end());
-        NIDS_rewind_file();
+        (void)NIDS_rewind_file();
     }
 }
 

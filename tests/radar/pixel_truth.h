@@ -111,7 +111,7 @@ inline TruthCount look_at_pixels(const std::string &path, const PlotDomain &doma
     GPH_trans(kDataTransform);
     NIDS_plot_summary();
     RasterImage image;
-    graster_read(graster_base(), image);
+    (void)graster_read(graster_base(), image);
     const auto background = static_cast<std::uint32_t>(gget_color_ind(kColorBackground));
     for (const TruthPlace &p : places) {
         Point plane;
@@ -126,7 +126,7 @@ inline TruthCount look_at_pixels(const std::string &path, const PlotDomain &doma
         if (pixel_in(image, x, y) != expected) ++count.wrong;
     }
     NIDS_close_file();
-    GPH_end(1);
+    (void)GPH_end(1);
     return count;
 }
 

@@ -46,7 +46,7 @@ protected:
     }
     void TearDown() override {
         eye_.reset();
-        if (gchk_graphics() != 0) gclose_ws(1);
+        if (gchk_graphics() != 0) (void)gclose_ws(1);
         gclose_gks();
         gstate() = GraphicsState{};
     }
@@ -110,7 +110,7 @@ TEST_F(WindowEvents, WhatWasCoveredOrUnmappedComesBack) {
 TEST_F(WindowEvents, AMoveIsNoNewSize) {
     eye_->move_to(40, 30);
     await_events();
-    gcreate_frame(0);
+    (void)gcreate_frame(0);
     gcheck_event();
     EXPECT_EQ(gget_num_images(), 1) << "frames end with a new size only";
     EXPECT_EQ(eye_->picture(), before_);
@@ -130,7 +130,7 @@ TEST_F(WindowEvents, FramesLeaveNothingOnTheServer) {
     EXPECT_EQ(gget_num_images(), 0);
     ginit_loop();
     EXPECT_EQ(gx11_counts().pixmaps, before);
-    for (int i = 0; i < 50; ++i) gcreate_frame(-1);
+    for (int i = 0; i < 50; ++i) (void)gcreate_frame(-1);
     gdelete_all_frames();
     EXPECT_EQ(gx11_counts().pixmaps, before);
     gx11_sync();
@@ -143,8 +143,8 @@ TEST_F(WindowEvents, TheTitleTellsAFrameWhileThereIsOne) {
         await_events();
         return eye_->title(eye_->window());
     };
-    gcreate_frame(0);
-    gcreate_frame(1);
+    (void)gcreate_frame(0);
+    (void)gcreate_frame(1);
     gdisplay_frame(1);
     EXPECT_EQ(told(), plain + " [1]");
     eye_->resize(260, 180);
@@ -152,7 +152,7 @@ TEST_F(WindowEvents, TheTitleTellsAFrameWhileThereIsOne) {
     gcheck_event();
     EXPECT_EQ(gget_num_images(), 0) << "frames end with a new size";
     EXPECT_EQ(told(), plain);
-    gcreate_frame(0);
+    (void)gcreate_frame(0);
     gdisplay_frame(0);
     EXPECT_EQ(told(), plain + " [0]");
     gdelete_frame(0);

@@ -5,8 +5,8 @@
 #include "graphics/core/types.h"
 
 /// 1 for -1 to 256 and the print-only indices.
-int gis_valid_colr(int index);
-bool is_print_only_color(int index);
+[[nodiscard]] int gis_valid_colr(int index);
+[[nodiscard]] bool is_print_only_color(int index);
 
 /// Device pixel of an index: kPixelUnset (-1) not allocated, kPixelPrintOnly (-2) known to a print device
 /// only.
@@ -17,7 +17,7 @@ Rgb gget_color_rgb(int index);
 /// Stores a colour and raises the highest used index. 0, or -1 for an index without slot.
 int store_color(int index, const Rgb &color);
 /// The last used index whose colour is nearly `color`; -1 when there is none.
-int find_near_color(const Rgb &color);
+[[nodiscard]] int find_near_color(const Rgb &color);
 /// Forgets every colour.
 void clear_colors();
 

@@ -93,4 +93,5 @@ Rect print_clip(const Mapping &m);
 
 /// 1 when the bounding box of the points meets the rectangle (touching counts). Not-a-number coordinates
 /// count as outside.
-bool box_meets(std::span<const Point> points, const TransformRect &r, float margin_x = 0, float margin_y = 0);
+[[nodiscard]] bool box_meets(std::span<const Point> points, const TransformRect &r, float margin_x = 0,
+                             float margin_y = 0);

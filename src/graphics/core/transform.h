@@ -33,4 +33,4 @@ float yNDC_ps(float y);
 float xW_trans(int from, int to, float x);
 float yW_trans(int from, int to, float y);
 /// 1 when the bounding box of the points meets the current world window.
-int gpts_in_win(std::span<const Point> points);
+[[nodiscard]] int gpts_in_win(std::span<const Point> points);

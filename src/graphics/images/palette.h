@@ -19,4 +19,4 @@ struct PaletteImage {
 /// when the record holds no whole picture.
 PaletteImage IMG_palette(const ImageRecord &record);
 /// The same, but nothing where the colours are more than the slots.
-std::optional<PaletteImage> IMG_exact_palette(const ImageRecord &record);
+[[nodiscard]] std::optional<PaletteImage> IMG_exact_palette(const ImageRecord &record);

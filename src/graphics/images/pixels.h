@@ -29,12 +29,12 @@ private:
 };
 
 /// True when sizes are in range and the pixels are all there in a layout that can be read.
-bool is_complete(const ImageRecord &record);
+[[nodiscard]] bool is_complete(const ImageRecord &record);
 /// Values of the first values.size() pixels of a row of a complete record.
 void read_row(const ImageRecord &record, int row, std::span<std::uint32_t> values);
 
 /// True when width and height are positive and within the limits.
-bool is_possible_size(std::int64_t width, std::int64_t height);
+[[nodiscard]] bool is_possible_size(std::int64_t width, std::int64_t height);
 
 /// 0 to 255; 0 for not a number.
 std::uint8_t color_byte(float component);

@@ -16,4 +16,4 @@ inline constexpr std::size_t kVyxPiece = 10000;
 /// word for are written.
 std::string vyx_size_line(const ImageDomain &domain, int width, int height);
 /// The reverse. False when the line is neither.
-bool vyx_read_size_line(std::string_view line, ImageDomain &domain, int &width, int &height);
+[[nodiscard]] bool vyx_read_size_line(std::string_view line, ImageDomain &domain, int &width, int &height);

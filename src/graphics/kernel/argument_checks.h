@@ -7,11 +7,11 @@
 #include "graphics/core/types.h"
 
 /// True when a workstation is open; else reports it for the operation.
-bool workstation_open(const char *operation);
-bool transform_valid(const char *operation, int transform);
+[[nodiscard]] bool workstation_open(const char *operation);
+[[nodiscard]] bool transform_valid(const char *operation, int transform);
 /// The index that is drawn for a colour index on the open device; nothing, after a report, for an index that
 /// the device cannot draw.
-std::optional<int> drawable_color(const char *operation, int index);
+[[nodiscard]] std::optional<int> drawable_color(const char *operation, int index);
 
 /// Hands the current viewport to the device as its clip.
 void install_clip();

@@ -242,7 +242,8 @@ void greset_text() {
     const int font = gstate().text.font;
     gstate().text = TextState{};
     // The font that is loaded is the one that the attributes name.
-    if (gstate().open && font != gstate().text.font) gload_font(gstate().text.font);
+    if (gstate().open && font != gstate().text.font)
+        (void)gload_font(gstate().text.font); // what cannot be loaded is told, the strokes stay
 }
 
 void greset_fill() {

@@ -59,7 +59,7 @@ Rgb background_named(std::string_view name) {
     const Rgb plain = gstate().inverse ? kWhite : kBlack;
     if (name.empty() || gis_default_background(name)) return plain;
     Rgb color = plain;
-    gnamed_color(name, color);
+    (void)gnamed_color(name, color); // unknown, the plain one stays
     return color;
 }
 

@@ -12,7 +12,7 @@
 int GPH_begin(int &ws_id, std::string_view device_spec, DeviceKind &device);
 /// Closes workstation and kernel and puts the device flag back to what GPH_begin was given. -1 when what was
 /// written to a file device is not complete.
-int GPH_end(int ws_id);
+[[nodiscard]] int GPH_end(int ws_id);
 /// Lets the user look at the picture: only a window waits.
 int GPH_hold(int flag);
 

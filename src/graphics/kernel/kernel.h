@@ -20,13 +20,13 @@
 // Opening and closing -------------------------------------------------------------
 
 /// Opens the error channel: the named file, or standard error for an empty name. -1 when it cannot be opened.
-int gopen_gks(std::string_view file_name, int buffer_size);
+[[nodiscard]] int gopen_gks(std::string_view file_name, int buffer_size);
 int gclose_gks();
 /// Opens the device: `device_spec` is "name,option,option,...". -1 when the device cannot be opened or is not
 /// built.
-int gopen_ws(int ws_id, std::string_view device_spec, DeviceKind kind);
+[[nodiscard]] int gopen_ws(int ws_id, std::string_view device_spec, DeviceKind kind);
 /// Closes the device. -1 when what was written to it is not complete (a write failed).
-int gclose_ws(int ws_id);
+[[nodiscard]] int gclose_ws(int ws_id);
 /// What is being written to a file device will not be whole: it is dropped, and closing will not end it.
 void gabandon_ws();
 int gactivate_ws(int ws_id);
@@ -55,13 +55,13 @@ void ginit_plot(PlotMode mode);
 void ginit_tran(PlotMode mode);
 
 DeviceKind gget_win_type();
-bool gtype_is_WIN();
-bool gtype_is_WIN_PIX();
-bool gtype_is_PS();
+[[nodiscard]] bool gtype_is_WIN();
+[[nodiscard]] bool gtype_is_WIN_PIX();
+[[nodiscard]] bool gtype_is_PS();
 /// A window of the process's own memory: there is nobody to look at it.
-bool gtype_is_memory();
+[[nodiscard]] bool gtype_is_memory();
 /// Devices that write a file while drawing and are complete when closed.
-bool gtype_is_file();
+[[nodiscard]] bool gtype_is_file();
 
 // Transforms ----------------------------------------------------------------------
 
@@ -82,7 +82,7 @@ int gpolyline(std::span<const Point> points);
 int gfill_area(std::span<const Point> points);
 /// Many small areas that share corners are quicker in pixels: gfill_area of points that gto_pixels has
 /// brought there gives the same picture. Only while gtakes_pixels is true: on a window that keeps no objects.
-bool gtakes_pixels();
+[[nodiscard]] bool gtakes_pixels();
 void gto_pixels(std::span<const Point> world, std::vector<PixelPoint> &pixels);
 void gfill_pixels(std::span<const PixelPoint> pixels);
 int gpolymarker(std::span<const Point> points);
@@ -132,9 +132,9 @@ void gset_local_colormap(int flag);
 using ColorLookup = bool (*)(std::string_view name, Rgb &color);
 void gset_color_lookup(ColorLookup lookup);
 /// A colour of that lookup, else one that the X server of the window knows.
-bool gnamed_color(std::string_view name, Rgb &color);
+[[nodiscard]] bool gnamed_color(std::string_view name, Rgb &color);
 /// "none", "def" and "over": the display's own background.
-bool gis_default_background(std::string_view name);
+[[nodiscard]] bool gis_default_background(std::string_view name);
 
 // Object list ---------------------------------------------------------------------
 

@@ -8,5 +8,5 @@
 const StrokeFont &current_stroke_font();
 
 /// Text is drawn with a font of the window's, not with strokes.
-bool has_window_font();
+[[nodiscard]] bool has_window_font();
 const WindowFonts &window_fonts();

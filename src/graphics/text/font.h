@@ -14,17 +14,17 @@
 void gsetup_fonts();
 /// Makes a font file (searched along "file_path") the current font; a file is read once until gsetup_fonts is
 /// called again. 0, or -1 with a message; then text draws nothing.
-int read_font(std::string_view name);
+[[nodiscard]] int read_font(std::string_view name);
 /// Loads entry `font` (from 1) of the font list, or what stands in for one that cannot be loaded; a message
 /// tells of each such font once until gsetup_fonts is called again. 0 also when the list is empty (nothing is
 /// loaded then); -1 with a message for a number outside the list, or when nothing stands in.
-int gload_font(int font);
+[[nodiscard]] int gload_font(int font);
 /// 1-based position of a font in the list, a number as it stands, else 1.
 int gget_font_index(std::string_view name);
 /// Names of the font list.
 std::vector<std::string_view> gget_font_names();
 /// Selects a font by name; an empty name selects the default font.
-int GPH_text_font(std::string_view name);
+[[nodiscard]] int GPH_text_font(std::string_view name);
 /// Name of the default font.
 void GPH_set_def_font(std::string_view name);
 const std::string &gget_def_font();

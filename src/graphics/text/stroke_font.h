@@ -29,4 +29,4 @@ struct StrokeFont {
 /// behind it and behind every later 255; 254 ends the glyphs and one start per character code follows.
 /// nullopt for anything else: too short, not a number, not a byte, more than kMaxData entries. Starts outside
 /// the data count as no glyph.
-std::optional<StrokeFont> parse_stroke_font(std::string_view text);
+[[nodiscard]] std::optional<StrokeFont> parse_stroke_font(std::string_view text);

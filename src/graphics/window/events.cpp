@@ -97,14 +97,14 @@ void quit() {
 void add_frame() {
     gset_win_title_extra("+");
     if (gget_num_images() == 0) {
-        gcreate_frame(0);
+        (void)gcreate_frame(0); // without it nothing is selected below
         gset_looping(1);
         gselect_frame(0);
     } else {
         const int last = gget_num_images() - 1;
         const int added = gcreate_frame(-1);
         if (added == last + 1) {
-            gcopy_frame(added, last);
+            (void)gcopy_frame(added, last); // both have just been there
             gswitch_frame(added, last);
             gclear_frame(added);
         }
@@ -267,7 +267,7 @@ int gwait_events(float seconds) {
     if (!can_process())
         (void)VYX_sleep(seconds); // none without a time
     else if (!is_anything_kept())
-        gx11_wait(seconds);
+        (void)gx11_wait(seconds); // what came is looked at below
     return gcheck_event();
 }
 
@@ -277,7 +277,7 @@ bool gwait_undisturbed(float seconds) {
     const auto remaining = [end] { return std::chrono::duration<float>(end - Clock::now()).count(); };
     for (float rest = seconds; rest > 0; rest = remaining()) {
         if (can_process())
-            gx11_wait(rest);
+            (void)gx11_wait(rest); // what came is looked at below
         else
             (void)VYX_sleep(rest); // none when the time is over
         process_busily(Busy::waiting);

@@ -20,7 +20,7 @@ int gwait_events(float seconds);
 /// StoppableDrawing it throws DrawingStopped when the drawing is of no use any more.
 void gpump_events();
 /// Waits without acting on anything. True as soon as something is there to be acted on.
-bool gwait_undisturbed(float seconds);
+[[nodiscard]] bool gwait_undisturbed(float seconds);
 
 /// Thrown out of a drawing that is of no use any more: the user has ended the window or wants another view,
 /// or the window has another size.
@@ -38,9 +38,9 @@ public:
 using ViewKey = bool (*)(std::string_view key);
 void gset_view_key(ViewKey function);
 /// The user has ended the window, perhaps before it is held.
-bool gquit_wanted();
+[[nodiscard]] bool gquit_wanted();
 /// A key that makes the drawing useless waits to be acted on.
-bool gview_wanted();
+[[nodiscard]] bool gview_wanted();
 /// Follows a new size of the window, if there is one, without a word to the callback. True when there was.
 bool gfollow_size();
 /// A window has just opened: nobody has ended it.

@@ -34,11 +34,11 @@ struct FrameTable {
 
 FrameTable &gframe_table();
 /// A display is there and something to draw into.
-bool gframes_possible();
-bool is_frame_slot(int frame);
+[[nodiscard]] bool gframes_possible();
+[[nodiscard]] bool is_frame_slot(int frame);
 /// Of a number that is_frame_slot.
 Frame &gframe_slot(int frame);
 /// Selectors -1 and -2 to a number; others stay.
-int gframe_number(int selector);
+[[nodiscard]] int gframe_number(int selector);
 /// The pixmap of a frame or the base picture; kNoPixmap where there is none.
 PixmapId gframe_pixmap(int selector);

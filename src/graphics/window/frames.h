@@ -10,13 +10,13 @@
 void ginit_loop();
 /// A frame number, or a negative one to append. The frame's number; 0 when there is no display, and after a
 /// message when there is no room or memory for it.
-int gcreate_frame(int frame);
+[[nodiscard]] int gcreate_frame(int frame);
 /// 1, or 0 when there is no such frame: drawing then goes where it went before.
 int gselect_frame(int frame);
 int gdisplay_frame(int frame);
 int gdelete_frame(int frame);
 void gdelete_all_frames();
-int gcopy_frame(int to, int from);
+[[nodiscard]] int gcopy_frame(int to, int from);
 int gclear_frame(int frame);
 int gswitch_frame(int a, int b);
 int gget_num_images();

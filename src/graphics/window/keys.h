@@ -7,13 +7,13 @@
 #include "graphics/devices/x11/display.h"
 
 /// True for the keys that end the hold.
-bool is_quit_key(const RasterEvent &event);
+[[nodiscard]] bool is_quit_key(const RasterEvent &event);
 /// The key that goes back, whatever is held down beside it: a box is drawn with shift.
-bool is_escape(const RasterEvent &event);
+[[nodiscard]] bool is_escape(const RasterEvent &event);
 /// The wheel's turns come as buttons.
-bool is_wheel(const RasterEvent &event);
+[[nodiscard]] bool is_wheel(const RasterEvent &event);
 /// Does what an Alt key, an arrow or Escape asks for. True when the mouse callback is to hear of the key.
-bool act_on_key(const RasterEvent &event);
+[[nodiscard]] bool act_on_key(const RasterEvent &event);
 /// Loop control of a button press without Alt; shift and button 1 begin a box instead.
 void act_on_button(const RasterEvent &event);
 /// "x-Alt-Shft-Cntrl"

@@ -13,6 +13,6 @@ void band_release();
 /// No band is set.
 void band_reset();
 /// One is set, between press and release.
-bool band_is_set();
+[[nodiscard]] bool band_is_set();
 /// Takes the band away that is being drawn. False when there is none.
-bool band_cancel();
+[[nodiscard]] bool band_cancel();

@@ -165,7 +165,7 @@ int MAP_draw(int mask) {
     state.over = mask;
     GPH_trans(kDataTransform);
     GPH_line_attr(nullptr);
-    GPH_text_font({});
+    (void)GPH_text_font({}); // told where it fails
     state.region = RegionState::outside;
     for (const std::string &entry : parse_string(choose_map_list(), ',')) {
         if (entry.starts_with(kListPrefix))

@@ -10,7 +10,7 @@ inline constexpr std::string_view kMapLatLonPrefix = "lalo:";
 /// An image, placed in the map's panel or in the whole view.
 inline constexpr std::string_view kMapImagePrefix = "im:", kViewImagePrefix = "if:";
 /// Kinds of entries that name a metafile or raw data.
-bool is_foreign_body(std::string_view body);
+[[nodiscard]] bool is_foreign_body(std::string_view body);
 
 /// The pass bit of the item's prefix: 1 for "-", 2 for "+", 4 without one. Removes the prefix.
 int take_map_pass(std::string_view &item);
@@ -24,11 +24,11 @@ struct RegionGuard {
     [[nodiscard]] bool matches(float lat, float lon, float height) const;
 };
 /// The guard of an item that begins with "["; nothing for other items.
-std::optional<RegionGuard> parse_region_guard(std::string_view item);
+[[nodiscard]] std::optional<RegionGuard> parse_region_guard(std::string_view item);
 
 /// Removes the size conditions in front of an item; true when a plot of this height (plane units) meets them
 /// all.
-bool take_size_conditions(std::string_view &item, float height);
+[[nodiscard]] bool take_size_conditions(std::string_view &item, float height);
 
 /// Name and attributes of a map file item; the attributes are empty when none are given.
 struct MapFileItem {

@@ -35,7 +35,7 @@ bool MapReader::want(std::size_t bytes) {
 
 /// A file is text when its first record's header reads as six numbers.
 MapReader::Form MapReader::detect() {
-    want(kTextHeader);
+    (void)want(kTextHeader); // a shorter file is read as far as it goes
     Scanner scanner(std::string_view(buffer_.data() + begin_, std::min(available(), kTextHeader)));
     scanner.integer();
     for (int i = 0; i < kHeaderNumbers - 1; ++i) scanner.real();
@@ -72,7 +72,7 @@ MapReader::Result MapReader::next_binary(std::vector<MapPoint> &points) {
 bool MapReader::text_number(float &number) {
     const auto is_blank = [](char c) { return kBlanks.find(c) != std::string_view::npos; };
     while (want(1) && is_blank(buffer_[begin_])) ++begin_;
-    want(kLongestNumber);
+    (void)want(kLongestNumber); // the last number may be shorter
     Scanner scanner(std::string_view(buffer_.data() + begin_, std::min(available(), kLongestNumber)));
     const auto value = scanner.real();
     if (!value) return false;

@@ -29,11 +29,11 @@ private:
     static constexpr std::size_t kBufferSize = 65536;
 
     [[nodiscard]] std::size_t available() const { return end_ - begin_; }
-    bool want(std::size_t bytes);
+    [[nodiscard]] bool want(std::size_t bytes);
     Form detect();
     Result next_binary(std::vector<MapPoint> &points);
     Result next_text(std::vector<MapPoint> &points);
-    bool text_number(float &number);
+    [[nodiscard]] bool text_number(float &number);
     [[nodiscard]] std::span<const std::byte> unread() const;
 
     std::FILE *file_;

@@ -27,6 +27,7 @@ public:
     void draw_along(const std::vector<LineLabel> &labels);
 
 private:
+    /// Draws the label unless it would stand on another. False when it would.
     bool take(const LineLabel &label);
     std::vector<Rect> taken_; ///< plane
 };

@@ -16,7 +16,7 @@ int ATTRIB_get(std::string_view resource, std::string_view default_text, Attribu
 void ATTRIB_update(Attribute &target, const Attribute &source);
 void ATTRIB_print(const Attribute &record);
 int ATTR_parse_fill_pat(std::string_view text);
-bool ATTR_is_fill_pat(std::string_view text);
+[[nodiscard]] bool ATTR_is_fill_pat(std::string_view text);
 int ATTR_parse_marker(std::string_view text);
 /// "black" on an inverse (white-background) display, else "white": the default of texts and outlines. The
 /// other of the two where the background of a window hides that one.

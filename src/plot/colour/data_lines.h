@@ -8,4 +8,4 @@
 
 /// The next line without line end and surrounding blanks, cut (and told) at its longest length. False at the
 /// end.
-bool PLT_read_line(TextLines &lines, std::string &line);
+[[nodiscard]] bool PLT_read_line(TextLines &lines, std::string &line);

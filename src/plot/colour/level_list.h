@@ -24,4 +24,4 @@ void check_level_element(std::string_view resource, std::string_view element);
 /// Decodes the elements of a list, at most kMaxLevels; the colour "end" ends it.
 std::vector<LevelElement> decode_level_list(const std::vector<std::string> &elements);
 /// One element a line; lines that begin with "@" or "#" are comments. Nothing when the file cannot be opened.
-std::optional<std::vector<LevelElement>> read_level_file(std::string_view name);
+[[nodiscard]] std::optional<std::vector<LevelElement>> read_level_file(std::string_view name);

@@ -62,7 +62,7 @@ void CONT_get_fill_attrib(Attribute &record, float value);
 void CONT_get_fill_attrib_ind(int index, Attribute &record);
 /// Position of a value among the fill attributes when levels are base + k x interval; nothing without colours
 /// or interval.
-std::optional<std::size_t> CONT_level_index(float value, float base, float interval);
+[[nodiscard]] std::optional<std::size_t> CONT_level_index(float value, float base, float interval);
 /// Applies the resource "plot_param".
 void CONT_param_decode();
 /// The words that it takes.

@@ -13,7 +13,7 @@ int CLR_get_ind(std::string_view text);
 /// Tells when a text of a resource names no colour of the table and is no way to write one.
 void CLR_check(std::string_view resource, std::string_view text);
 /// The index, or kColorBackground for one beyond the table that no print colour has.
-int CLR_drawable(int index);
+[[nodiscard]] int CLR_drawable(int index);
 /// Adds a colour (also to the graphics kernel) and returns its index; the last index when the table is full.
 int CLR_add(std::string_view name, const Rgb &color);
 /// An index beyond the table is clamped to the last entry.

@@ -8,4 +8,4 @@
 /// Whether a line between two plane points of the current projection leaves it at one side and enters it at
 /// the other: neighbours farther apart than `longest`, plane units. Then how far apart in x the two places of
 /// a point on the seam are, signed as the jump is; 0 where no shift joins the sides and the line must end.
-std::optional<float> MAP_seam_jump(const Point &from, const Point &to, float longest);
+[[nodiscard]] std::optional<float> MAP_seam_jump(const Point &from, const Point &to, float longest);

@@ -200,7 +200,7 @@ int CTY_get(const char *file, std::string_view id, CityEntry &entry) {
     const int fd = CTY_open_file(file, count);
     if (fd < 0) return 0;
     MESS_print(kMess, "Searching the city database file for: %s ...\n", std::string(id).c_str());
-    CTY_rewind(fd);
+    (void)CTY_rewind(fd); // it has just been opened
     bool found = false;
     CityEntry read;
     while (!found && !id.empty() && CTY_read(fd, read) > 0)
@@ -240,7 +240,7 @@ int CTY_store(const char *file, int mode, const PlotDomain &domain, int priority
     MESS_print(kMess, "Reading the city database file...\n");
     const CitySelection selection(RES_getvals("identifier"), domain);
     if (is_missing(priority)) priority = CTY_get_prior();
-    CTY_rewind(fd);
+    (void)CTY_rewind(fd); // it has just been opened
     state.stored.emplace(static_cast<std::size_t>(count), mode == kStoreStationsByPlace ? 3U : 2U);
     CityEntry entry;
     while (CTY_read(fd, entry) > 0) {

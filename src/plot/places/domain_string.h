@@ -21,4 +21,4 @@ inline constexpr int kDeepestRegion = 10;
 using RegionDecoder = int (*)(std::string_view token, PlotDomain &domain, int depth);
 
 /// DOM_decode without message, flag, key and priority.
-int decode_domain(std::string_view text, PlotDomain &domain, int depth, RegionDecoder region);
+[[nodiscard]] int decode_domain(std::string_view text, PlotDomain &domain, int depth, RegionDecoder region);

@@ -66,7 +66,7 @@ struct State {
 State state;
 
 void read_default_menu() {
-    if (state.num_regs == 0) DOM_read_menu(kRegionFile);
+    if (state.num_regs == 0) (void)DOM_read_menu(kRegionFile); // told where it fails
 }
 
 [[noreturn]] void end_with_invalid_domain() {

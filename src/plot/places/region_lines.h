@@ -18,9 +18,9 @@ struct RegionLine {
 /// Opens a region file along the resource "file_path"; prints a message when it cannot be opened.
 TextLines open_region_file(std::string_view name);
 /// The next line that is neither blank nor a comment.
-std::optional<RegionLine> read_region_line(TextLines &lines);
+[[nodiscard]] std::optional<RegionLine> read_region_line(TextLines &lines);
 
 /// Finds a region line; 1 with its domain string in `out`, 0 otherwise. An empty key takes the first line.
-int DOM_search_file(std::string_view file, std::string_view key, std::string &out);
+[[nodiscard]] int DOM_search_file(std::string_view file, std::string_view key, std::string &out);
 /// Prints abbreviations and descriptions as a list.
 void DOM_print_file(std::string_view file);

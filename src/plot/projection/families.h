@@ -70,7 +70,7 @@ inline double safe_asin(double sine) {
 
 /// Polar stereographic, the pole at (0, 0); the central meridian points down the plot in the north.
 namespace polar {
-bool prepare(ProjectionState &p, const PlotDomain &domain);
+[[nodiscard]] bool prepare(ProjectionState &p, const PlotDomain &domain);
 PlanePoint forward(const ProjectionState &p, double lat, double lon);
 GeoPoint inverse(const ProjectionState &p, double x, double y);
 } // namespace polar
@@ -88,7 +88,7 @@ GeoPoint inverse(const ProjectionState &p, double x, double y);
 
 /// Lambert conformal conic, the apex at (0, 0).
 namespace lambert {
-bool prepare(ProjectionState &p, const PlotDomain &domain);
+[[nodiscard]] bool prepare(ProjectionState &p, const PlotDomain &domain);
 PlanePoint forward(const ProjectionState &p, double lat, double lon);
 GeoPoint inverse(const ProjectionState &p, double x, double y);
 } // namespace lambert
@@ -116,14 +116,14 @@ GeoPoint inverse(const ProjectionState &p, double x, double y);
 
 /// View from a satellite over the equator.
 namespace satellite {
-bool prepare(ProjectionState &p, const PlotDomain &domain);
+[[nodiscard]] bool prepare(ProjectionState &p, const PlotDomain &domain);
 PlanePoint forward(const ProjectionState &p, double lat, double lon);
 GeoPoint inverse(const ProjectionState &p, double x, double y);
 } // namespace satellite
 
 /// Diagrams: `lat` and `lon` stand for the first and second data coordinate.
 namespace diagram {
-bool prepare(ProjectionState &p, const PlotDomain &domain);
+[[nodiscard]] bool prepare(ProjectionState &p, const PlotDomain &domain);
 PlanePoint forward(const ProjectionState &p, double a, double b);
 GeoPoint inverse(const ProjectionState &p, double x, double y);
 } // namespace diagram

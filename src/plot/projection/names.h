@@ -5,7 +5,7 @@
 
 /// Code of a projection name by case-insensitive prefix, first match of the table; kProjUnknown when there is
 /// none.
-int DOM_proj_str(std::string_view name);
-int MAP_proj_str(std::string_view name);
+[[nodiscard]] int DOM_proj_str(std::string_view name);
+[[nodiscard]] int MAP_proj_str(std::string_view name);
 /// Name as printed; "" for codes without one.
 std::string_view projection_name(int code);

@@ -13,7 +13,7 @@ struct MapProjection {
 MapProjection derive_projection(const PlotDomain &domain);
 
 /// True when the code has a transform.
-bool has_transform(int code);
+[[nodiscard]] bool has_transform(int code);
 
 /// Geographic to plane, and back; never an infinite or undefined number. Only for codes that have a
 /// transform.
@@ -22,4 +22,4 @@ GeoPoint unproject(const MapProjection &projection, double x, double y);
 
 /// True when a picture can be drawn on the domain: finite numbers, a grid of at least one point with positive
 /// spacing, latitudes within the poles, parameters that make a projection.
-bool is_possible_domain(const PlotDomain &domain);
+[[nodiscard]] bool is_possible_domain(const PlotDomain &domain);

@@ -74,6 +74,6 @@ int GPH_reset(int ws_id, DeviceKind, Rect &panel, float aspect) {
     GPH_set_maxview(ws_id);
     GPH_panel(ws_id, panel, aspect);
     CLR_load_kernel();
-    GPH_text_font("");
+    (void)GPH_text_font(""); // told where it fails
     return 0;
 }

@@ -12,11 +12,11 @@ inline constexpr int kDumpAllFrames = -4;
 void PLT_set_dump(int type, std::string_view name);
 /// Writes frame `frame` (the window when there are no frames) and adds it to the animation. 0, also when the
 /// file could not be written, which is told; -1 when no image file is asked for.
-int PLT_dump(int frame);
+[[nodiscard]] int PLT_dump(int frame);
 /// The same of the window's picture, which is picture `number` of a series that keeps no frames.
-int PLT_dump_numbered(int number);
+[[nodiscard]] int PLT_dump_numbered(int number);
 /// True when a plot parameter or the resource "out_file" asks for an image or an animation.
-bool PLT_wants_image();
+[[nodiscard]] bool PLT_wants_image();
 
 /// All frames go into one looping GIF when the session closes; an empty name: "vyx_anim.gif".
 void PLT_set_animation(std::string_view name);
@@ -25,4 +25,4 @@ void PLT_rock_animation();
 /// The pictures are drawn anew, and so are their files.
 void PLT_begin_images();
 /// Writes the animation. False when it or an earlier image could not be written.
-bool PLT_finish_images();
+[[nodiscard]] bool PLT_finish_images();

@@ -88,8 +88,8 @@ int PLT_close() {
 void PLT_end_without_memory() {
     MESS_print(kError, "%s: Out of memory\n", RES_get_progname().c_str());
     if (gchk_graphics() == 1) {
-        PLT_finish_images();
-        GPH_end(state.ws_id);
+        (void)PLT_finish_images(); // the status tells of less than is missing already
+        (void)GPH_end(state.ws_id);
     }
     VYX_exit(kExitNoMemory);
 }
@@ -101,7 +101,7 @@ bool PLT_keeps_frames() {
 
 void PLT_exit(int status) {
     if (status != kExitOk) gabandon_ws();
-    GPH_end(state.ws_id);
+    (void)GPH_end(state.ws_id); // the status tells already
     VYX_exit(status);
 }
 

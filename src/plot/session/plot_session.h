@@ -20,7 +20,7 @@ int PLT_close();
 /// dropped, as it is not whole.
 [[noreturn]] void PLT_exit(int status);
 /// The pictures of a series are kept as frames: there is a window that stays to show them.
-bool PLT_keeps_frames();
+[[nodiscard]] bool PLT_keeps_frames();
 DeviceKind PLT_get_work_type();
 /// Nothing is to be drawn: no plot component is on, or the plot type is "none".
-bool PLT_nothing_to_draw();
+[[nodiscard]] bool PLT_nothing_to_draw();

@@ -20,7 +20,7 @@ struct PlotVariable {
 ///
 /// Lines of a variable file: name, decimals, x and y offset in text heights, then an attribute string if the
 /// data colour is not wanted. "#" at the beginning makes a comment.
-int VAR_setup(std::string_view file);
+[[nodiscard]] int VAR_setup(std::string_view file);
 /// The names that a variable file describes.
 std::vector<std::string> VAR_known_names(std::string_view file);
 int VAR_get_num();

@@ -34,4 +34,4 @@ std::vector<WatchBulletin> parse_watch_text(std::string_view text);
 
 /// True when the bulletin is in force at a time in seconds since 1970; without an end for eight hours,
 /// without any time always.
-bool watch_in_force(const WatchBulletin &bulletin, std::int64_t now);
+[[nodiscard]] bool watch_in_force(const WatchBulletin &bulletin, std::int64_t now);

@@ -25,7 +25,7 @@ using LevelInk = std::array<Attribute, kCellLevels>;
 using CellPixels = std::array<PixelPoint, 5>;
 
 /// True when the two fill alike.
-bool CELL_same_ink(const Attribute &a, const Attribute &b);
+[[nodiscard]] bool CELL_same_ink(const Attribute &a, const Attribute &b);
 
 /// Takes one outline (plot plane) of a drawn level. `take_pixels`, when given, takes it in pixels instead,
 /// where the kernel does.
@@ -36,7 +36,7 @@ struct CellSink {
 };
 
 /// A value has a colour: its cells are drawn.
-bool CELL_draws(float value);
+[[nodiscard]] bool CELL_draws(float value);
 
 /// Fill attributes of level values: CONT_get_fill_attrib for each, with a forced fill pattern applied.
 LevelInk CELL_ink(std::span<const float, kCellLevels> values);

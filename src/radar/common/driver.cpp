@@ -143,7 +143,7 @@ bool begin_picture(int n, const std::string &name) {
         MESS_print(kWarn, "RADAR_plot: only the first %d files are shown\n", kMaxFrames);
         return false;
     }
-    gcreate_frame(n);
+    (void)gcreate_frame(n); // seen where it is selected
     gset_frame_source(n, name);
     if (gselect_frame(n) == 1) return true;
     MESS_print(kWarn, "RADAR_plot: out of memory; only the first %d files are shown\n", n);
@@ -153,12 +153,12 @@ bool begin_picture(int n, const std::string &name) {
 
 void end_picture(int n) {
     if (!state.series) {
-        PLT_dump(n);
+        (void)PLT_dump(n); // what is missing is counted there
     } else if (PLT_keeps_frames()) {
         gdisplay_frame(n);
     } else {
         gupdate_window();
-        PLT_dump_numbered(n);
+        (void)PLT_dump_numbered(n);
     }
 }
 
@@ -349,7 +349,7 @@ int RADAR_next_file(const RadarSteps &steps) {
     if (grown && frames > 0 && gget_frame_source(kFrameLast) != name) return stay();
     if (FILE_exist(name) == 0 || !open_file(steps, name)) return stay();
     state.found = std::chrono::steady_clock::now();
-    for (int i = 0; !grown && i + 1 < frames; ++i) gcopy_frame(i, i + 1);
+    for (int i = 0; !grown && i + 1 < frames; ++i) (void)gcopy_frame(i, i + 1);
     const int target = frames > 0 ? frames - 1 : kFrameBase;
     gselect_frame(target);
     gclear_frame(target);

@@ -38,4 +38,4 @@ RadarFileNow RADAR_file_now(const std::string &name);
 /// Draws the colour bar below the plot when it is on; transform 2 is current again afterwards.
 void RADAR_draw_bar();
 /// True while the session is open and RADAR_plot is to draw again.
-bool RADAR_is_open();
+[[nodiscard]] bool RADAR_is_open();

@@ -19,12 +19,12 @@ enum class Inflated {
 };
 
 /// A zlib header stands at the start of the bytes.
-bool INFLATE_is_zlib(std::span<const std::byte> bytes);
+[[nodiscard]] bool INFLATE_is_zlib(std::span<const std::byte> bytes);
 /// A bzip2 header stands at the start of the bytes.
-bool INFLATE_is_bzip2(std::span<const std::byte> bytes);
+[[nodiscard]] bool INFLATE_is_bzip2(std::span<const std::byte> bytes);
 
 /// A gzip header stands at the start of the bytes.
-bool INFLATE_is_gzip(std::span<const std::byte> bytes);
+[[nodiscard]] bool INFLATE_is_gzip(std::span<const std::byte> bytes);
 
 /// Appends to `out` what the zlib streams at the start of `bytes`, one directly behind the other, hold. Bytes
 /// behind the last stream are appended as they are. `out` never grows beyond `limit` bytes.

@@ -22,7 +22,7 @@ struct RadarOptions {
 
 /// Takes one word of the resource "plot_param" ("site", "dist=30:60", "nodist", "clutter=10", "noclutter",
 /// "refresh", "strict"). False when the word is none of these.
-bool RADAR_option_word(std::string_view word, RadarOptions &options);
+[[nodiscard]] bool RADAR_option_word(std::string_view word, RadarOptions &options);
 /// The words that it takes.
 std::span<const WordRule> RADAR_param_words();
 

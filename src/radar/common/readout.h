@@ -40,7 +40,8 @@ using RadarReader = bool (*)(const std::string &file, RadarReading &reading);
 /// What is under point (x, y) of the plot, when the event asks for it: "v-Alt", a button pressed without
 /// shift, or moved while held. Nothing for other events. Where the frames of a loop are what a button acts
 /// on, its press alone asks for nothing.
-std::optional<RadarReading> RADAR_read(std::string_view event, float x, float y, RadarReader read);
+[[nodiscard]] std::optional<RadarReading> RADAR_read(std::string_view event, float x, float y,
+                                                     RadarReader read);
 /// Tells what was read: "v-Alt" at the terminal and in the window's title, a held button in the title until
 /// it is released and then, once, at the terminal.
 void RADAR_tell(std::string_view event, const std::optional<RadarReading> &reading);

@@ -75,7 +75,7 @@ bool Lev2Reader::place_in_data(float &lat, float &lon) {
         lon = radial.lon;
     }
     // Of a pipe the first radial stays the present message, and is read again.
-    rewind();
+    (void)rewind();
     return found;
 }
 
@@ -86,13 +86,13 @@ bool Lev2Reader::message_makes_sense() {
     const bool sense = next_block(first) && first.type >= 1 && first.type <= kLastType && first.date >= 1 &&
                        first.date <= kLastDay && first.time >= 0 && first.time < kMillisecondsPerDay &&
                        first.segment >= 1 && first.segment <= first.segments;
-    rewind();
+    (void)rewind(); // a pipe keeps its first message anyway
     return sense;
 }
 
 bool Lev2Reader::read_header(Lev2Info &info) {
     info = Lev2Info{};
-    rewind();
+    (void)rewind(); // of a pipe nothing has been read yet
     const auto bytes = stream.header_bytes();
     if (bytes.size() < kLev2HeaderBytes) return false;
     if (!names_archive(bytes) && !message_makes_sense()) return false;

@@ -29,7 +29,7 @@ struct Lev2Choice {
 
 /// Takes "ref2", "vel1", "spect", "zdr3", "phi", "rho", "cfp" or "ref@0.5" (case ignored); without a number
 /// the first elevation. False, and nothing changed, for another text.
-bool LEV2_decode_choice(std::string_view text, Lev2Choice &choice);
+[[nodiscard]] bool LEV2_decode_choice(std::string_view text, Lev2Choice &choice);
 
 /// Tells a word of the resource "variable" that names no moment, or no cut behind it.
 void LEV2_check_choice(std::string_view text);

@@ -56,7 +56,7 @@ struct Lev2PlotState {
 /// State of the driver, for its own files.
 Lev2PlotState &LEV2_state();
 /// Opens a volume and reads its header. 1, or 0 after a message.
-int LEV2_open_volume(std::string_view name);
+[[nodiscard]] int LEV2_open_volume(std::string_view name);
 
 /// What a sweep shows in its label.
 struct Lev2Sweep {
@@ -81,6 +81,6 @@ void LEV2_visit_cut(Lev2Reader &reader, Lev2Choice &choice,
 
 /// A RadarReader: reads the value at a place from a volume's sweep, which it keeps until another is asked
 /// for.
-bool LEV2_read_place(const std::string &file, RadarReading &reading);
+[[nodiscard]] bool LEV2_read_place(const std::string &file, RadarReading &reading);
 /// Files may have changed: the sweep that was kept is not used any more.
 void LEV2_forget_sweep();

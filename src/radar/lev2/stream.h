@@ -52,12 +52,12 @@ private:
     void read_growing(std::vector<std::byte> &bytes, std::size_t count);
     void tell_kind();
     void start();
-    bool end_of_data();
+    [[nodiscard]] bool end_of_data();
     void compact();
-    bool read_plain();
+    [[nodiscard]] bool read_plain();
     std::size_t control_word();
-    bool read_record();
-    bool read_block();
+    [[nodiscard]] bool read_record();
+    [[nodiscard]] bool read_block();
 
     Stream file_;
     std::unique_ptr<gzFile_s, CloseGz> unpacked_; ///< the file, gunzipped when it is a gzip file

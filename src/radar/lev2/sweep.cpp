@@ -25,7 +25,8 @@ constexpr int kFirstClearAir = 30, kLastClearAir = 39;
 /// Takes the last moment that the resource "variable" names.
 Lev2Choice chosen() {
     Lev2Choice choice;
-    for (const std::string &word : RES_getvals("variable")) LEV2_decode_choice(word, choice);
+    // A word that is none has been told.
+    for (const std::string &word : RES_getvals("variable")) (void)LEV2_decode_choice(word, choice);
     return choice;
 }
 
@@ -149,7 +150,7 @@ bool LEV2_sweep_is_whole(Lev2Reader &reader) {
     Lev2Choice choice = chosen();
     find_angle(reader, choice);
     const bool whole = walk_cut(reader, choice, [](const Lev2Radial &) {}).whole;
-    reader.rewind();
+    (void)reader.rewind(); // a pipe is drawn from where it stands
     return whole;
 }
 

@@ -17,7 +17,7 @@ public:
     [[nodiscard]] bool open(std::string_view name);
     void close();
     /// Back to the first message. False when the file (a pipe) cannot go back.
-    bool rewind();
+    [[nodiscard]] bool rewind();
     /// False for a file that is shorter than a header, or no volume.
     [[nodiscard]] bool read_header(Lev2Info &info);
 
@@ -29,7 +29,7 @@ public:
     void end_block();
 
     /// Selects a moment of the radial, at its first gate. False when the radial has no such moment.
-    bool select(int type);
+    [[nodiscard]] bool select(int type);
     /// The next gate's value; kMissingF behind the last.
     [[nodiscard]] float next_value();
     /// Gates of a moment of the radial, valid until the next block; empty when it has none.
@@ -43,8 +43,8 @@ public:
 private:
     void read_message_header(std::span<const std::byte> bytes, Lev2Radial &radial);
     void note_cut(std::size_t there, std::size_t wanted);
-    bool place_in_data(float &lat, float &lon);
-    bool message_makes_sense();
+    [[nodiscard]] bool place_in_data(float &lat, float &lon);
+    [[nodiscard]] bool message_makes_sense();
 
     std::size_t message_bytes_ = 0; ///< of the present message, behind its channel header
     Lev2Moments moments_;           ///< of the present radial; they point into the stream's buffer

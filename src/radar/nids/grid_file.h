@@ -26,4 +26,4 @@ private:
 /// %s is the site's number and %p the product's code unless the user gives these keys), for the `number`th
 /// raster of the current file. Nothing when none is asked for, or, told and missed, when it cannot be created
 /// or would write over another of this run.
-std::optional<NidsGridFile> NIDS_grd_out_file(const NidsInfo &info, int number);
+[[nodiscard]] std::optional<NidsGridFile> NIDS_grd_out_file(const NidsInfo &info, int number);

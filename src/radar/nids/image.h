@@ -8,8 +8,8 @@
 struct NidsBlocks;
 class NidsReader;
 
-bool NIDS_is_radial(int packet);
-bool NIDS_is_raster(int packet);
+[[nodiscard]] bool NIDS_is_radial(int packet);
+[[nodiscard]] bool NIDS_is_raster(int packet);
 
 /// Where the cells of an image lie.
 struct NidsImageGrid {

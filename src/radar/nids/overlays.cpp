@@ -146,7 +146,7 @@ int NIDS_plot_data() {
     RAW_plot_init(scale.plot_scale);
     RADAR_draw_site(state.options, radar.x, radar.y);
 
-    if (RES_get("variable") != nullptr) VAR_setup(kVariableFile);
+    if (RES_get("variable") != nullptr) (void)VAR_setup(kVariableFile); // told where it fails
     NidsStormReader reader(state.most_storms, state.strong_only);
     read_pages(ink, state.graph || VAR_has("table") == 1, reader);
     if (is_map_projection(MAP_get_proj())) {

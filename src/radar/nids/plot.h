@@ -21,9 +21,9 @@ std::span<const WordRule> NIDS_param_words();
 void NIDS_check_variables();
 /// Takes the requested date; null: from the file selection.
 void NIDS_set_date(const DateRecord *date);
-int NIDS_open_file(std::string_view name);
+[[nodiscard]] int NIDS_open_file(std::string_view name);
 int NIDS_close_file();
-int NIDS_rewind_file();
+[[nodiscard]] int NIDS_rewind_file();
 int NIDS_plot_frame();
 /// Looks for a newer file and plots it. Returns 0.
 int NIDS_plot_nextfile();
@@ -33,6 +33,6 @@ int NIDS_plot_data();
 const NidsInfo &NIDS_get_info();
 /// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
 /// for. The product becomes the present one.
-bool NIDS_read_place(const std::string &file, RadarReading &reading);
+[[nodiscard]] bool NIDS_read_place(const std::string &file, RadarReading &reading);
 /// Files may have changed: the image that was kept is not used any more.
 void NIDS_forget_image();

@@ -31,7 +31,7 @@ struct PlacedStorm {
     Point place;
 };
 
-bool NIDS_is_strong(const NidsStorm &storm);
+[[nodiscard]] bool NIDS_is_strong(const NidsStorm &storm);
 
 /// Collects the storms of page texts, keeping those that the options let through ("numplt", "strong").
 class NidsStormReader {

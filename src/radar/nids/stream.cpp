@@ -99,7 +99,7 @@ void NidsStream::set_bytes(std::vector<std::byte> bytes) {
     *this = NidsStream();
     selection_ = std::move(selection);
     file_ = unzipped(std::move(bytes));
-    rewind();
+    (void)rewind(); // without bytes there is nothing to go back to
 }
 
 bool NidsStream::open(std::string_view name) {

@@ -39,7 +39,7 @@ public:
     /// The reader of the current view. A failed read leaves it where it is; end it with exhaust().
     ByteReader &bytes() { return reader_; }
     /// Back to the first byte of the file, as if nothing had been read. False when there is no file.
-    bool rewind();
+    [[nodiscard]] bool rewind();
     /// Goes to the first line of the product that is selected. False when the file ends before it.
     [[nodiscard]] bool select_product();
     /// Looks at the next bytes; when they are compressed, the view becomes the bytes from the message header

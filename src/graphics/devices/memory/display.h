@@ -9,7 +9,7 @@
 
 /// The size is that of the wish's geometry, else the wish's own. False after a message when there is no room
 /// for such a picture or the display is open already.
-bool gmem_open(const RasterWish &wish, RasterWindow &window);
+[[nodiscard]] bool gmem_open(const RasterWish &wish, RasterWindow &window);
 /// Frees every pixmap.
 void gmem_close();
 
@@ -37,7 +37,7 @@ void gmem_rectangle(RasterContext context, const PixelRect &rect);
 RasterColor gmem_alloc_color(int index, const Rgb &color, long pixel);
 void gmem_set_background(long pixel);
 
-bool gmem_read(PixmapId pixmap, RasterImage &image);
+[[nodiscard]] bool gmem_read(PixmapId pixmap, RasterImage &image);
 std::span<const std::uint8_t> gmem_lend(PixmapId pixmap, RasterImage &image);
 void gmem_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y);
 void gmem_sync();

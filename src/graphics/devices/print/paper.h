@@ -17,4 +17,4 @@ inline constexpr std::array kPaperSizes{
     PaperSize{"b2", 28.66F, 20.27F},  PaperSize{"b1", 40.55F, 28.66F}, PaperSize{"ansid", 34.0F, 22.0F}};
 
 /// Case is ignored.
-std::optional<PaperSize> find_paper(std::string_view name);
+[[nodiscard]] std::optional<PaperSize> find_paper(std::string_view name);

@@ -10,16 +10,16 @@
 
 /// Opens the output named by the first field of `device_spec` (or the environment) and writes the prologue.
 /// -1 after a message when it cannot be opened.
-int gps_open(std::string_view device_spec, PrintPage &page);
+[[nodiscard]] int gps_open(std::string_view device_spec, PrintPage &page);
 /// Writes the trailer and closes. -1 after a message when a write failed: the page is not complete.
-int gps_close();
+[[nodiscard]] int gps_close();
 /// Closes without the trailer: the page will not be whole. A file of that name stays as it was; a command
 /// sees that the end is missing.
 void gps_abandon();
 
 /// Ends the page and begins another in the same file; the clip must be set again. -1 after a message where
 /// one page is all that the output can hold.
-int gps_new_page();
+[[nodiscard]] int gps_new_page();
 
 void gps_polyline(std::span<const Point> device, int color, float width, int type);
 void gps_fill_area(std::span<const Point> device, int color);

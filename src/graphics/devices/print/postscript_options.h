@@ -22,7 +22,7 @@ inline constexpr int kLargestBaseWidth = 1000;
 
 /// Applies one word. False for unknown words and values out of range, which change nothing. `inverse` is set
 /// by "color", which also asks for a white background.
-bool apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse);
+[[nodiscard]] bool apply_postscript_option(PostScriptOptions &options, std::string_view word, bool &inverse);
 /// Applies comma-separated words; what changes nothing is told.
 void apply_postscript_options(PostScriptOptions &options, std::string_view words, bool &inverse);
 

@@ -38,7 +38,7 @@ struct PsTarget {
 PsTarget ps_look_at_target(const std::string &name);
 /// Takes off what stands behind the last drawing. False when the file cannot be changed, for the
 /// reason in errno.
-bool ps_take_off_end(const std::string &name, const PsTarget &target);
+[[nodiscard]] bool ps_take_off_end(const std::string &name, const PsTarget &target);
 /// The file as it was before something was appended that could not be written.
 void ps_put_back_end(const std::string &name, const PsTarget &target);
 /// Width and height in points of the sheet that the page is for, as in PsTarget.

@@ -38,7 +38,7 @@ struct PageInches {
 };
 /// From "sz=8.5x11" or a paper name, whatever the case. nullopt for any other word and for sizes outside
 /// kSmallestPage to kLargestPage.
-std::optional<PageInches> parse_page_size(std::string_view word);
+[[nodiscard]] std::optional<PageInches> parse_page_size(std::string_view word);
 
 /// A page must be larger than the margin of half an inch that drawing areas leave.
 inline constexpr float kPageMargin = 0.5F;
@@ -60,7 +60,7 @@ struct GeometryUnits {
 /// Places the drawing area: "P" and panel values "WxH+X+Y" (fractions, or a grid counted from the top left
 /// when W is above 1), "WxH+X+Y", only the size "WxH", or only the position "+X+Y". What cannot be read is
 /// told and changes nothing. False after a message when nothing of the page lies in the area.
-bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
+[[nodiscard]] bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
 /// The "geometry" resource, else the first of the environment variables that is set; empty when none is.
 std::string print_geometry(std::initializer_list<const char *> variables);
 

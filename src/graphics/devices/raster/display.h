@@ -8,7 +8,7 @@
 #include "graphics/devices/common/raster_types.h"
 
 /// Opens a display. False after a message when it cannot be opened.
-bool graster_open(RasterDisplay display, const RasterWish &wish, RasterWindow &window);
+[[nodiscard]] bool graster_open(RasterDisplay display, const RasterWish &wish, RasterWindow &window);
 void graster_close();
 RasterDisplay graster_display();
 
@@ -52,7 +52,7 @@ void graster_set_background(long pixel);
 
 // Images
 /// The whole pixmap. False when it cannot be read.
-bool graster_read(PixmapId pixmap, RasterImage &image);
+[[nodiscard]] bool graster_read(PixmapId pixmap, RasterImage &image);
 /// The pixels of a pixmap where they stand, good until something is drawn, and their layout in `image`; empty
 /// when the display must be read instead.
 std::span<const std::uint8_t> graster_lend(PixmapId pixmap, RasterImage &image);

@@ -15,7 +15,7 @@
 
 // The verbs of raster.h -----------------------------------------------------------
 
-bool gx11_open(const RasterWish &wish, RasterWindow &window);
+[[nodiscard]] bool gx11_open(const RasterWish &wish, RasterWindow &window);
 void gx11_close();
 
 PixmapId gx11_create_pixmap(int width, int height);
@@ -41,16 +41,16 @@ void gx11_rectangle(RasterContext context, const PixelRect &rect);
 RasterColor gx11_alloc_color(int index, const Rgb &color, long pixel);
 void gx11_set_background(long pixel);
 
-bool gx11_read(PixmapId pixmap, RasterImage &image);
+[[nodiscard]] bool gx11_read(PixmapId pixmap, RasterImage &image);
 void gx11_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y);
 void gx11_sync();
 
 // What only a window has ----------------------------------------------------------
 
 /// An X resource under the program's name; nothing when it is not set.
-std::optional<std::string> gx11_default(std::string_view option);
+[[nodiscard]] std::optional<std::string> gx11_default(std::string_view option);
 /// The colour that the server knows by this name.
-std::optional<Rgb> gx11_parse_color(std::string_view name);
+[[nodiscard]] std::optional<Rgb> gx11_parse_color(std::string_view name);
 
 /// Title of window and icon, at most 59 characters, underscores shown as blanks; UTF-8, other bytes are taken
 /// for Latin-1.
@@ -69,7 +69,7 @@ void gx11_bell(int percent);
 /// Asks for another size; the event that tells of it comes later.
 void gx11_resize(int width, int height);
 /// Present size of the window. False when it cannot be had.
-bool gx11_window_size(int &width, int &height);
+[[nodiscard]] bool gx11_window_size(int &width, int &height);
 /// Where the pointer is, pixels of the window.
 PixelPoint gx11_pointer();
 
@@ -107,14 +107,14 @@ struct RasterEvent {
 /// Number of events that wait; never blocks.
 int gx11_pending();
 /// Waits until an event is there, but no longer than so many seconds. False when none has come.
-bool gx11_wait(float seconds);
+[[nodiscard]] bool gx11_wait(float seconds);
 /// The next event; waits for one. Of a run of pointer motions only the last is told.
 RasterEvent gx11_next_event();
 
 // X server fonts, one at a time ---------------------------------------------------
 
 /// False when the server has no such font; the present one stays then.
-bool gx11_load_font(std::string_view name);
+[[nodiscard]] bool gx11_load_font(std::string_view name);
 int gx11_text_width(std::string_view text);
 int gx11_font_ascent();
 int gx11_font_descent();

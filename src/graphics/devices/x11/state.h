@@ -145,10 +145,10 @@ std::vector<XColor> x11_map_cells(const X11Session &session);
 /// Protocol errors are counted from here on, and printed or not.
 void x11_watch_errors(bool print);
 /// Waits for the server's answer to everything sent. True when none was an error since x11_watch_errors.
-bool x11_no_error(Display *display);
+[[nodiscard]] bool x11_no_error(Display *display);
 /// Between these errors are neither printed nor counted; true when there was none.
 void x11_begin_trial(Display *display);
-bool x11_end_trial(Display *display);
+[[nodiscard]] bool x11_end_trial(Display *display);
 int x11_error_count();
 /// Ends the program, because somebody else has destroyed its window.
 [[noreturn]] void x11_window_gone();

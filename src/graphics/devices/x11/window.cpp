@@ -229,7 +229,7 @@ void create_cursors(X11Session &s) {
 
 /// The window manager may have given another size than the one asked for.
 void adopt_size(X11Session &s) {
-    gx11_window_size(s.width, s.height);
+    (void)gx11_window_size(s.width, s.height); // unknown, the size asked for stays
     const PixmapRecord *const base = x11_pixmap(s, s.base);
     if (base != nullptr && base->width == s.width && base->height == s.height) return;
     gx11_free_pixmap(s.base);
