@@ -19,7 +19,7 @@
 namespace {
 
 constexpr float kRadialWidthDeg = 1.0F;
-/// Volume coverage patterns of clear air.
+/// Volume coverage patterns of clear air (Federal Meteorological Handbook No. 11: 31, 32, 35).
 constexpr int kFirstClearAir = 30, kLastClearAir = 39;
 
 /// Takes the last moment that the resource "variable" names.

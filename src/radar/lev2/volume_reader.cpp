@@ -10,6 +10,7 @@
 
 namespace {
 
+// ICD 2620002: messages between radar and product generator.
 constexpr std::size_t kChannelBytes = 12; ///< in front of every message
 constexpr std::size_t kHeaderBytes = 16;  ///< of a message
 constexpr std::size_t kFrameBytes = 2420; ///< of every message but the generic radial

@@ -14,9 +14,11 @@ constexpr int kDivider = -1;
 /// The general status message has the source of a radar but describes no product.
 constexpr int kStatusMessage = 2;
 
+/// 3600 / 1852, rounded.
 constexpr float kKnotsPerMetreSecond = 1.944F;
 
-/// Text in front of the message, told by its first two bytes.
+/// Text in front of the message, told by its first two bytes: bulletin headings of the Manual on the Global
+/// Telecommunication System (WMO-No. 386), with or without what networks put before them.
 struct Framing {
     unsigned char first, second;
     int lines;
@@ -215,6 +217,7 @@ float NIDS_float32(unsigned high, unsigned low) {
 }
 
 float NIDS_threshold_value(unsigned word) {
+    // The bits beside the number (ICD 2620001, product description block, data level thresholds).
     constexpr unsigned kSpecial = 0x8000, kTwentieths = 0x2000, kTenths = 0x1000, kGreater = 0x800,
                        kLess = 0x400, kNegative = 0x100;
     constexpr float kBelowAll = -100, kSpecialValue = -90, kHair = 0.01F;

@@ -13,8 +13,8 @@ namespace {
 constexpr int kPlainGrid = 460;
 constexpr float kScreenSize = 511;
 
-/// Where the extremes stand: indexes of the product parameters (0: none), and value = word / divisor x
-/// factor.
+/// Where the extremes stand (ICD 2620001, product-dependent halfwords): indexes of the product parameters (0:
+/// none), and value = word / divisor x factor.
 struct ExtremeRule {
     NidsExtremes rule;
     unsigned minimum_word, maximum_word;
@@ -113,6 +113,7 @@ PlotDomain radar_domain(const NidsInfo &info, NidsGrid grid, float latitude, flo
         domain.dx = domain.dy = kScreenSize;
         break;
     case NidsGrid::precipitation:
+        // The grid of the limited-fine-mesh model stands on this meridian.
         domain.plat = 90;
         domain.plon = -105;
         domain.dx = domain.dy = info.resolution; // this product's size is in plane units

@@ -6,7 +6,8 @@
 
 namespace {
 
-/// Lowest level of a digital packet that carries a value; 0 is below threshold, 1 missing or range folded.
+/// Lowest level of a digital packet that carries a value (ICD 2620001, thresholds of digital products); 0 is
+/// below threshold, 1 missing or range folded.
 constexpr int kFirstDigitalLevel = 2;
 constexpr int kMissingPrecipitation = 255;
 constexpr std::size_t kTextLimit = 99;

@@ -86,7 +86,7 @@ Look look_of(const NidsReader &reader, const NidsInfo &info, int packet) {
 
 /// Of the open product, whose first packet's header has been read.
 Image read_image(NidsReader &reader, const NidsInfo &info) {
-    constexpr float kMetresPerFoot = 0.3048F;
+    constexpr float kMetresPerFoot = 0.3048F; // international foot
     const NidsDescription &description = reader.blocks.description;
     Image image{
         .file = {}, .info = info, .grid = NIDS_image_grid(reader.blocks, info), .unit = NIDS_unit(info)};

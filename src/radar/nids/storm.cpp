@@ -9,6 +9,7 @@
 
 namespace {
 
+// The pages of ICD 2620003: hail and storm structure, combined attributes.
 constexpr int kHailTable = 1;   ///< "VLOW" heading: TVS, MESO and hail words, then structure
 constexpr int kLiquidTable = 2; ///< "VIL" heading: azimuth/range and fixed columns
 constexpr float kStrongHail = 49.0F;

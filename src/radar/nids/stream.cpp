@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a product.
+/// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a product
+/// (WMO-No. 386).
 constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
 constexpr std::byte kLineFeed{10};
 

@@ -20,7 +20,7 @@ bool is_drawn(int packet) {
            packet == kPacketVector || packet == kPacketVectorValue || packet == kPacketWind;
 }
 
-/// Packets that no reader knows, as far as their length is told.
+/// Packets that no reader knows, as far as ICD 2620001 tells their length.
 enum UnreadPacket : int {
     kPacketTrendTimes = 22,
     kPacketLastCounted = 26, ///< other codes up to here begin with the bytes that follow
