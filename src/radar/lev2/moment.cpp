@@ -94,14 +94,15 @@ void LEV2_check_choice(std::string_view text) {
     WORD_not("variable", text, "a moment with the number of a cut, or @ and an angle");
 }
 
-int LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {
+std::optional<int> LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {
     const Lev2Cut *nearest = nullptr;
     const auto distance = [&](const Lev2Cut &cut) { return std::abs(cut.elevation - choice.angle); };
     for (const Lev2Cut &cut : cuts) {
         if (cut.moments[static_cast<std::size_t>(choice.type)].gates == 0) continue;
         if (nearest == nullptr || distance(cut) < distance(*nearest) - kSameAngle) nearest = &cut;
     }
-    return nearest != nullptr ? nearest->number : kMissing;
+    if (nearest == nullptr) return {};
+    return nearest->number;
 }
 
 void LEV2_print_cuts(std::span<const Lev2Cut> cuts) {

@@ -15,28 +15,28 @@
 /// other kind is told.
 void LEV2_set_compress(int flag);
 /// 1 when opened, 0 after a warning. Switches the colour bar on unless the user has switched it off.
-int LEV2_open_file(std::string_view name);
+[[nodiscard]] int LEV2_open_file(std::string_view name);
 int LEV2_close_file();
 /// Back to the first message. 1, or 0 when the file (a pipe) cannot go back.
-int LEV2_rewind_file();
+[[nodiscard]] int LEV2_rewind_file();
 /// Reads the volume header and finds the radar's position: of its identifier in "rad.cty" (a blank
 /// identifier is that of the resource "identifier"), else in the data, else the default. The next block is
 /// the first one, of a pipe perhaps the first radial. 0, or -1 when the file is shorter than a header, or
 /// begins with no archive's name and no message that makes sense.
-int LEV2_get_header(Lev2Info &info);
+[[nodiscard]] int LEV2_get_header(Lev2Info &info);
 
 // Blocks ----------------------------------------------------------------------------------------------------
 
 /// Reads the next message: 1, or 0 at the end of the data or where they are damaged. Of a last message that
 /// is cut short the gates that are there are given.
-int LEV2_get_block(Lev2Radial &radial);
+[[nodiscard]] int LEV2_get_block(Lev2Radial &radial);
 /// The data ended within a message since the volume was opened. Of a plain file it has been told.
 bool LEV2_is_cut();
 /// Moves on to the next message. 1.
 int LEV2_next_block();
 /// Selects a moment of the radial, at its first gate. 1; 0 when the radial has no such moment. An unknown
 /// type selects nothing and gives 1.
-int LEV2_set_data_type(int type);
+[[nodiscard]] int LEV2_set_data_type(int type);
 /// The next gate's value; kMissingF behind the last.
 float LEV2_get_data();
 /// Gates of a moment of the radial, valid until the next call of LEV2_get_block; empty when it has none.

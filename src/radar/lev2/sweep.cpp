@@ -33,7 +33,7 @@ Lev2Choice chosen() {
 void find_angle(Lev2Reader &reader, Lev2Choice &choice) {
     if (is_missing(choice.angle)) return;
     const std::vector<Lev2Cut> cuts = reader.list_cuts();
-    choice.number = LEV2_nearest_cut(cuts, choice);
+    choice.number = LEV2_nearest_cut(cuts, choice).value_or(kMissing);
     if (!reader.rewind())
         MESS_print(kWarn, "LEV2_plot: a pipe cannot be read twice, as an elevation angle needs it\n");
 }

@@ -218,15 +218,15 @@ bool image_within(const NidsReader &reader) {
 /// Reads up to the first packet's header; its code, or 0 when the product has no image.
 int NidsReader::first_packet() {
     int code = 0;
-    if (symbology() < 1 || symbology_layer() < 1) return 0;
-    return next_packet(code) == 1 ? code : 0;
+    if (!symbology() || !symbology_layer()) return 0;
+    return next_packet(code) == NidsRead::done ? code : 0;
 }
 
 bool NidsReader::read_header(NidsInfo &record) {
     blocks = {};
     packet = {};
     if (!stream.rewind() || !stream.select_product()) return false;
-    if (message_header() < 1 || product_description() < 1 || !makes_sense(blocks)) return false;
+    if (!message_header() || !product_description() || !makes_sense(blocks)) return false;
     const int first = first_packet();
     if (stream.is_encrypted() || !image_within(*this)) return false;
 

@@ -21,15 +21,15 @@ std::span<const WordRule> NIDS_param_words();
 void NIDS_check_variables();
 /// Takes the requested date; null: from the file selection.
 void NIDS_set_date(const DateRecord *date);
-int NIDS_open_file(std::string_view name);
+[[nodiscard]] int NIDS_open_file(std::string_view name);
 int NIDS_close_file();
-int NIDS_rewind_file();
+[[nodiscard]] int NIDS_rewind_file();
 int NIDS_plot_frame();
 /// Looks for a newer file and plots it. Returns 0.
 int NIDS_plot_nextfile();
 /// Keys and buttons of the window: place under the cursor, zoom, resizing, flashing of a level.
 void NIDS_callback(int kind, std::string_view event, float x, float y);
-int NIDS_plot_data();
+[[nodiscard]] int NIDS_plot_data();
 const NidsInfo &NIDS_get_info();
 /// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
 /// for. The product becomes the present one.

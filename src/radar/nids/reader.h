@@ -22,26 +22,26 @@
 
 /// Takes over the bytes of a whole file and rewinds to its start.
 void NIDS_set_bytes(std::vector<std::byte> bytes);
-/// Reads the file. 1, or 0 when it cannot be opened.
-int NIDS_open_stream(std::string_view name);
+/// Reads the file. False when it cannot be opened.
+[[nodiscard]] bool NIDS_open_stream(std::string_view name);
 void NIDS_close_stream();
 /// Delivers the next bytes of the decompressed product. 1; 0 on a decompression error; -1 when there is no
 /// more data or the product is encrypted.
-int NIDS_read(std::span<std::byte> buffer);
-int NIDS_read_short(std::int16_t &value);
-int NIDS_read_long(std::int32_t &value);
+[[nodiscard]] int NIDS_read(std::span<std::byte> buffer);
+[[nodiscard]] int NIDS_read_short(std::int16_t &value);
+[[nodiscard]] int NIDS_read_long(std::int32_t &value);
 /// Reads up to and including the next line feed.
-int NIDS_skip_line();
+[[nodiscard]] int NIDS_skip_line();
 /// Selects one product of a file that holds several: a separator and its number, empty for the first.
 void NIDS_set_ext_info(std::string_view text);
 
 // Header
 // ----------------------------------------------------------------------------------------------------------
 
-int NIDS_mess_header();
-int NIDS_prod_desc();
+[[nodiscard]] int NIDS_mess_header();
+[[nodiscard]] int NIDS_prod_desc();
 /// Rewinds and reads up to the first packet header. 1 when the product was read, else 0.
-int NIDS_get_header(NidsInfo &record);
+[[nodiscard]] int NIDS_get_header(NidsInfo &record);
 const NidsMessageHeader &NIDS_get_mess();
 const NidsDescription &NIDS_get_prod_desc();
 /// Values of the sixteen data-level thresholds.
@@ -55,28 +55,28 @@ void NIDS_print_loc_elev(std::string_view event, float x, float y, float radar_l
 // Symbology and pages
 // ---------------------------------------------------------------------------------------------
 
-int NIDS_prod_symb();
-int NIDS_prod_symb_layer();
+[[nodiscard]] int NIDS_prod_symb();
+[[nodiscard]] int NIDS_prod_symb_layer();
 /// Reads the next packet header. 1 with its code; 0 at the end of the page or on an unknown code; -1.
-int NIDS_packet(int &code);
+[[nodiscard]] int NIDS_packet(int &code);
 const NidsRadialHeader &NIDS_get_rad_hdr();
 const NidsRasterHeader &NIDS_get_ras_hdr();
 /// Next radial: start angle and width in degrees.
-int NIDS_get_radial(float &start, float &delta);
+[[nodiscard]] int NIDS_get_radial(float &start, float &delta);
 /// Next raster row.
-int NIDS_get_rastor();
+[[nodiscard]] int NIDS_get_rastor();
 /// Next run of the current radial or row.
-int NIDS_get_data(NidsRun &run);
+[[nodiscard]] int NIDS_get_data(NidsRun &run);
 /// All data bytes of the current radial or row that are there (run bytes or levels, without padding), for
 /// plotters that look levels up by a table; afterwards NIDS_get_data returns 0. Empty when nothing remains.
 std::span<const std::byte> NIDS_get_data_bytes();
 /// Value of each of the 256 levels of a digital packet (or of the 16 of a run-length packet) of the open
 /// product.
 void NIDS_level_values(int packet, std::span<float, 256> values);
-int NIDS_get_vector(NidsVector &vector);
-int NIDS_get_wind(NidsWind &wind);
-int NIDS_get_text(NidsText &text);
+[[nodiscard]] int NIDS_get_vector(NidsVector &vector);
+[[nodiscard]] int NIDS_get_wind(NidsWind &wind);
+[[nodiscard]] int NIDS_get_text(NidsText &text);
 /// Reads the graphic block header, found at its offset. 1, or 0 when there is none.
-int NIDS_graphic();
+[[nodiscard]] int NIDS_graphic();
 /// Page number (from 1), or 0 when there is no further page.
-int NIDS_graphic_layer();
+[[nodiscard]] int NIDS_graphic_layer();

@@ -46,7 +46,7 @@ void keep_radials(NidsReader &reader, int packet, Image &image) {
     strip.look = image.looks.size() - 1;
     std::vector<std::uint8_t> levels;
     float delta = 0;
-    while (reader.next_radial(strip.side_a, delta) == 1) {
+    while (reader.next_radial(strip.side_a, delta) == NidsRead::done) {
         NIDS_radial_levels(reader, packet, levels);
         strip.side_b = strip.side_a + delta + kRadialOverlapDeg;
         strip.levels.assign(levels.begin(), levels.end());
@@ -62,11 +62,11 @@ void keep_rows(NidsReader &reader, const NidsInfo &info, Image &image) {
     const Point corner = image.grid.raster_corner(info);
     strip.first = corner.x;
     strip.side_a = corner.y;
-    while (reader.next_row() == 1) {
+    while (reader.next_row() == NidsRead::done) {
         strip.side_b = strip.side_a - image.grid.bin;
         strip.levels.clear();
         NidsRun run;
-        while (reader.next_run(run) == 1)
+        while (reader.next_run(run) == NidsRead::done)
             strip.levels.insert(strip.levels.end(), static_cast<std::size_t>(run.length),
                                 static_cast<std::uint16_t>(run.level));
         image.cells.add(strip);
@@ -99,7 +99,7 @@ Image read_image(NidsReader &reader, const NidsInfo &info) {
     image.lat = reader.blocks.latitude();
     image.lon = reader.blocks.longitude();
     int packet = info.packet;
-    for (int status = packet != 0 ? 1 : 0; status == 1; status = reader.next_packet(packet)) {
+    for (bool more = packet != 0; more; more = reader.next_packet(packet) == NidsRead::done) {
         if (!(NIDS_is_radial(packet) || NIDS_is_raster(packet)) || image.grid.bin <= 0) continue;
         image.looks.push_back(look_of(reader, info, packet));
         if (NIDS_is_radial(packet))
@@ -119,7 +119,7 @@ bool load(const std::string &file) {
     }
     state.image.reset();
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    bool read = NIDS_open_stream(file) == 1 && NIDS_get_header(info) == 1;
+    bool read = NIDS_open_stream(file) && NIDS_get_header(info) == 1;
     if (read) {
         // The levels may be those of another product that was drawn later.
         NIDS_choose_levels(info);

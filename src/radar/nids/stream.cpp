@@ -193,34 +193,39 @@ std::span<const std::byte> NidsStream::take(std::size_t count) {
     return reader_.take(std::min(count, reader_.remaining()));
 }
 
-int NidsStream::exhaust() {
+void NidsStream::exhaust() {
     reader_.take(reader_.remaining());
-    return !in_file_ && is_damage(inflated_result_) ? 0 : -1;
 }
 
-int NidsStream::read(std::span<std::byte> buffer) {
-    if (buffer.empty()) return 1;
+/// Exhausts the stream, and tells by what.
+NidsRead NidsStream::end() {
+    exhaust();
+    return !in_file_ && is_damage(inflated_result_) ? NidsRead::none : NidsRead::exhausted;
+}
+
+NidsRead NidsStream::read(std::span<std::byte> buffer) {
+    if (buffer.empty()) return NidsRead::done;
     const auto bytes = take(buffer.size());
     std::ranges::copy(bytes, buffer.begin());
-    return bytes.size() == buffer.size() ? 1 : exhaust();
+    return bytes.size() == buffer.size() ? NidsRead::done : end();
 }
 
-int NidsStream::read_short(std::int16_t &value) {
-    if (reader_.remaining() < sizeof value) return exhaust();
+NidsRead NidsStream::read_short(std::int16_t &value) {
+    if (reader_.remaining() < sizeof value) return end();
     value = reader_.i16();
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsStream::read_long(std::int32_t &value) {
-    if (reader_.remaining() < sizeof value) return exhaust();
+NidsRead NidsStream::read_long(std::int32_t &value) {
+    if (reader_.remaining() < sizeof value) return end();
     value = reader_.i32();
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsStream::skip_line() {
+NidsRead NidsStream::skip_line() {
     while (true) {
         const auto byte = reader_.take(1);
-        if (byte.empty()) return exhaust();
-        if (byte[0] == kLineFeed) return 1;
+        if (byte.empty()) return end();
+        if (byte[0] == kLineFeed) return NidsRead::done;
     }
 }
