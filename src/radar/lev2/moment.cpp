@@ -9,15 +9,12 @@
 #include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "radar/common/file_date.h"
+#include "radar/common/level_lists.h"
 
 namespace {
 
 /// Cuts that share their angle differ by less (degrees).
 constexpr float kSameAngle = 0.1F;
-
-constexpr std::string_view kDopplerLevels =
-    "-70:blue,-63:lblue,-49:cyan,-35:lcyan,-25:green,-19:lgreen,-9:dgray,0:off,1:lgray,10:yellow,20:brown,"
-    "26:lred,36:red,50:lmagenta,64:magenta";
 
 /// In the order of the moments.
 constexpr std::array<Lev2Moment, kLev2Types> kMoments{

@@ -39,10 +39,11 @@ struct State {
     std::optional<Image> image;
 } state;
 
-void keep_radials(NidsReader &reader, int packet, Image &image) {
+/// `skip`: bins next to the radar that are not drawn.
+void keep_radials(NidsReader &reader, int packet, std::size_t skip, Image &image) {
     CellStrip strip;
     strip.step = image.grid.bin;
-    strip.skip = NIDS_clutter_bins(NIDS_state().options);
+    strip.skip = skip;
     strip.look = image.looks.size() - 1;
     std::vector<std::uint8_t> levels;
     float delta = 0;
@@ -85,7 +86,7 @@ Look look_of(const NidsReader &reader, const NidsInfo &info, int packet) {
 }
 
 /// Of the open product, whose first packet's header has been read.
-Image read_image(NidsReader &reader, const NidsInfo &info) {
+Image read_image(NidsReader &reader, const NidsInfo &info, const RadarOptions &options) {
     constexpr float kMetresPerFoot = 0.3048F; // international foot
     const NidsDescription &description = reader.blocks.description;
     Image image{
@@ -103,7 +104,7 @@ Image read_image(NidsReader &reader, const NidsInfo &info) {
         if (!(NIDS_is_radial(packet) || NIDS_is_raster(packet)) || image.grid.bin <= 0) continue;
         image.looks.push_back(look_of(reader, info, packet));
         if (NIDS_is_radial(packet))
-            keep_radials(reader, packet, image);
+            keep_radials(reader, packet, NIDS_clutter_bins(options), image);
         else
             keep_rows(reader, info, image);
     }
@@ -112,7 +113,8 @@ Image read_image(NidsReader &reader, const NidsInfo &info) {
 
 /// Makes the file's product the present one.
 bool load(const std::string &file) {
-    NidsInfo &info = NIDS_state().info;
+    NidsPlotState &plot = NIDS_state();
+    NidsInfo &info = plot.info;
     if (state.image && state.image->file == file) {
         info = state.image->info;
         return true;
@@ -123,7 +125,7 @@ bool load(const std::string &file) {
     if (read) {
         // The levels may be those of another product that was drawn later.
         NIDS_choose_levels(info);
-        state.image = read_image(NIDS_reader(), info);
+        state.image = read_image(NIDS_reader(), info, plot.options);
         state.image->file = file;
         read = state.image->cells.is_whole();
         if (!read) state.image.reset();

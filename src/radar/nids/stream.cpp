@@ -1,19 +1,16 @@
 #include "radar/nids/stream.h"
 
 #include <algorithm>
-#include <array>
 
 #include "lib/files/kept_input.h"
 #include "lib/report/message.h"
 #include "lib/system/stream.h"
 #include "lib/text/scan.h"
+#include "radar/common/file_kind.h"
 #include "radar/common/inflate.h"
 
 namespace {
 
-/// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a product
-/// (WMO-No. 386).
-constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
 constexpr std::byte kLineFeed{10};
 
 bool is_damage(Inflated result) {
@@ -30,8 +27,9 @@ void tell_limit(Inflated result) {
 }
 
 std::span<const std::byte> without_trailer(std::span<const std::byte> bytes) {
-    if (bytes.size() >= kTrailer.size() && std::ranges::equal(bytes.last(kTrailer.size()), kTrailer))
-        return bytes.first(bytes.size() - kTrailer.size());
+    if (bytes.size() >= kTransmissionEnd.size() &&
+        std::ranges::equal(bytes.last(kTransmissionEnd.size()), kTransmissionEnd))
+        return bytes.first(bytes.size() - kTransmissionEnd.size());
     return bytes;
 }
 

@@ -5,15 +5,13 @@
 
 #include "lib/report/message.h"
 #include "lib/text/strings.h"
+#include "radar/nids/image.h"
 #include "radar/nids/product_reader.h"
 
 namespace {
 
-bool is_radial(int packet) {
-    return packet == kPacketRadial || packet == kPacketDigitalRadial;
-}
 bool has_cells(int packet) {
-    return is_radial(packet) || packet == kPacketRaster || packet == kPacketDigitalPrecip;
+    return NIDS_is_radial(packet) || NIDS_is_raster(packet);
 }
 bool is_drawn(int packet) {
     return has_cells(packet) || packet == kPacketText || packet == kPacketTextValue ||
@@ -58,7 +56,7 @@ void note(std::vector<int> &codes, int code) {
 
 void count_elements(NidsReader &reader, int packet, NidsSurvey &survey) {
     const NidsPacketState &state = reader.packet;
-    survey.radials = is_radial(packet);
+    survey.radials = NIDS_is_radial(packet);
     survey.elements_announced += state.elements_left;
     float start = 0, delta = 0;
     while ((survey.radials ? reader.next_radial(start, delta) : reader.next_row()) == NidsRead::done)
