@@ -17,7 +17,7 @@ void read_elements() {
     NidsWind wind{};
     NidsText text;
     while (NIDS_get_radial(start, delta) == 1 || NIDS_get_rastor() == 1) {
-        NIDS_get_data(run);
+        (void)NIDS_get_data(run); // one run, the rest as bytes
         NIDS_get_data_bytes();
     }
     while (NIDS_get_vector(vector) == 1 || NIDS_get_wind(wind) == 1 || NIDS_get_text(text) == 1) {

@@ -41,15 +41,14 @@ struct ToyFormat {
     std::vector<std::string> drawn; ///< "10" is the file of ten past
 } toy;
 
-int open_toy(std::string_view name) {
-    if (FILE_exist(name) == 0) return 0;
+bool open_toy(std::string_view name) {
+    if (FILE_exist(name) == 0) return false;
     toy.open = name.substr(name.size() - 2);
-    return 1;
+    return true;
 }
 
-int close_toy() {
+void close_toy() {
     toy.open.clear();
-    return 1;
 }
 
 PlotDomain toy_domain() {
@@ -62,14 +61,13 @@ PlotDomain toy_domain() {
     return domain;
 }
 
-int draw_toy() {
+void draw_toy() {
     toy.drawn.push_back(toy.open);
     GPH_trans(kViewTransform);
     gset_fill_int_style(1);
     gset_fill_colr_ind(2 + (toy.open.front() - '0'));
     GPH_frect(0, 0, 1, 1);
     GPH_trans(kDataTransform);
-    return 0;
 }
 
 RadarSteps toy_steps() {

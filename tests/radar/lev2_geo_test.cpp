@@ -43,7 +43,7 @@ std::vector<Sweep> sweeps() {
 /// Places whose cell has another level, in the radar's own domain or, with a size, in another projection.
 int count_wrong(Sweep sweep, int proj, float size) {
     const Lev2PlotState &state = LEV2_state();
-    if (LEV2_open_volume(shared_dir() + "/samples/level2/" + sweep.file) != 1) return 1000;
+    if (!LEV2_open_volume(shared_dir() + "/samples/level2/" + sweep.file)) return 1000;
     MAP_setup(size > 0 ? domain_around(proj, state.info.lat, state.info.lon, size) : state.domain);
     put_on_map(sweep.places);
     CONT_reset_fill_set();

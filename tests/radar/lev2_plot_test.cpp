@@ -52,7 +52,7 @@ TEST(Lev2Choices, TheNearestCutThatHasTheMoment) {
     EXPECT_EQ(nearest(kLev2Reflectivity, 1.0F), 3);
     EXPECT_EQ(nearest(kLev2Velocity, 0.5F), 2);
     EXPECT_EQ(nearest(kLev2Velocity, 20.0F), 4);
-    EXPECT_EQ(nearest(kLev2Rho, 0.5F), kMissing);
+    EXPECT_EQ(nearest(kLev2Rho, 0.5F), std::nullopt);
 }
 
 struct SeenCell {
@@ -98,7 +98,7 @@ protected:
         const samples::Bytes bytes = samples::level2_file(volume_, form);
         const std::string name =
             files_.write("volume", {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
-        ASSERT_EQ(LEV2_open_volume(name), 1);
+        ASSERT_TRUE(LEV2_open_volume(name));
         MAP_setup(LEV2_state().domain);
     }
     /// Cells of a sweep, every value having a colour.
@@ -143,7 +143,7 @@ TEST_F(Lev2Plot, ACutWithoutItsEndIsToldOrRefused) {
     open();
     cells({kLev2Reflectivity, 1});
     EXPECT_TRUE(sweep_.whole) << "another cut follows";
-    LEV2_rewind_file();
+    ASSERT_EQ(LEV2_rewind_file(), 1);
     cells({kLev2Reflectivity, 2});
     EXPECT_FALSE(sweep_.whole);
 
@@ -151,14 +151,15 @@ TEST_F(Lev2Plot, ACutWithoutItsEndIsToldOrRefused) {
     RES_put("plot_param", "strict");
     LEV2_plot_param();
     testing::internal::CaptureStderr();
-    for (const auto &[variable, opened] : {std::pair{"ref1", 1}, {"ref2", 0}, {"vel1", 0}, {"list", 1}}) {
+    for (const auto &[variable, opened] :
+         {std::pair{"ref1", true}, {"ref2", false}, {"vel1", false}, {"list", true}}) {
         RES_put("variable", variable);
         EXPECT_EQ(LEV2_open_volume(name), opened) << variable;
     }
     EXPECT_NE(testing::internal::GetCapturedStderr().find("LEV2_open_file: Incomplete volume:" + name),
               std::string::npos);
     RES_put("variable", "ref1");
-    ASSERT_EQ(LEV2_open_volume(name), 1);
+    ASSERT_TRUE(LEV2_open_volume(name));
     EXPECT_EQ(cells({kLev2Reflectivity, 1}).size(), 9U) << "looking for the end leaves nothing out";
 }
 

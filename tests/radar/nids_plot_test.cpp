@@ -48,7 +48,7 @@ protected:
                             },
                             &found};
         NIDS_walk_image(NIDS_reader(), NIDS_get_info(), NIDS_state().options, &sink);
-        (void)NIDS_rewind_file();
+        EXPECT_EQ(NIDS_rewind_file(), 1);
         return found;
     }
 
@@ -193,7 +193,7 @@ TEST_F(NidsPlot, RingsStandAtTheirDistances) {
     RES_put("plot_param", "dist=30:60");
     NIDS_plot_param();
     forget();
-    NIDS_plot_data();
+    ASSERT_EQ(NIDS_plot_data(), 0);
     const std::vector<Line> rings = lines();
     ASSERT_EQ(rings.size(), 2U);
     for (std::size_t i = 0; i < rings.size(); ++i) {
@@ -266,7 +266,7 @@ TEST_F(NidsPlot, StormsAndRingsLieOnTheirEcho) {
             return line.size() == 2 && between(line[0], middle) < 0.5F * km && between(line[1], end) < km;
         });
         EXPECT_NE(tip, all.end());
-        (void)NIDS_rewind_file();
+        EXPECT_EQ(NIDS_rewind_file(), 1);
     }
 }
 

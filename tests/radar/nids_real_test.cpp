@@ -240,7 +240,7 @@ TEST(NidsRealFiles, HeadersAndImagesAreAsTheFactsSay) {
     ASSERT_GT(rows.size(), 50U);
     for (TsvRow row : rows) {
         SCOPED_TRACE(row["file"]);
-        ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + row["file"]), 1);
+        ASSERT_TRUE(NIDS_open_stream(samples() + "level3/" + row["file"]));
         NidsInfo info;
         // Bulletins of text and the status message describe no product.
         const bool product = row["code"] != "text" && row["code"] != "2";
@@ -282,7 +282,7 @@ TEST(NidsRealFiles, NamesAndLabels) {
     };
     for (const auto &[file, name, label] : expected) {
         SCOPED_TRACE(file);
-        ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + file), 1);
+        ASSERT_TRUE(NIDS_open_stream(samples() + "level3/" + file));
         NidsInfo info;
         ASSERT_EQ(NIDS_get_header(info), 1);
         EXPECT_EQ(info.name, name);
@@ -298,7 +298,7 @@ TEST(NidsRealFiles, PacketsAndPagesAreAsTheFactsSay) {
     int compared = 0;
     for (TsvRow row : read_tsv(samples() + "level3-facts.tsv")) {
         SCOPED_TRACE(row["file"]);
-        ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + row["file"]), 1);
+        ASSERT_TRUE(NIDS_open_stream(samples() + "level3/" + row["file"]));
         NidsInfo info;
         if (NIDS_get_header(info) == 0) continue;
         auto &places = packets[row["file"]];
@@ -327,7 +327,7 @@ TEST(NidsRealFiles, LevelsHaveTheValuesOfTheFormulas) {
         SCOPED_TRACE(row["file"] + " level " + row["level"]);
         if (row["file"] != open) {
             open = row["file"];
-            ASSERT_EQ(NIDS_open_stream(samples() + "level3/" + open), 1);
+            ASSERT_TRUE(NIDS_open_stream(samples() + "level3/" + open));
             ASSERT_EQ(NIDS_get_header(info), 1);
             NIDS_level_values(info.packet, values);
         }

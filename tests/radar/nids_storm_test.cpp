@@ -16,10 +16,10 @@ constexpr const char *kLiquidHeading =
     " STM ID  AZ/RAN TVS  MDA  POSH/POH/MX SIZE VIL DBZM  HT  TOP  FCST MVMT ";
 constexpr const char *kHailHeading = " STM ID  AZ  RAN  TVS  MESO HAIL DBZM HT  VLOW  TOP  DIR SPD";
 
-NidsStorm read(const char *heading, const char *line, int expected = 1) {
+NidsStorm read(const char *heading, const char *line, bool expected = true) {
     int layout = 0;
     NidsStorm storm;
-    EXPECT_EQ(NIDS_storm_line(heading, layout, storm), 0) << "a heading is no storm";
+    EXPECT_FALSE(NIDS_storm_line(heading, layout, storm)) << "a heading is no storm";
     EXPECT_EQ(NIDS_storm_line(line, layout, storm), expected) << line;
     return storm;
 }
@@ -54,9 +54,9 @@ TEST(Storms, TableWithFixedColumns) {
     EXPECT_EQ(s.posh, 0);
     EXPECT_EQ(s.hail_size_in, 0);
     EXPECT_EQ(s.vil, 67);
-    read(kLiquidHeading, "    X0  161", 0);
-    read(kLiquidHeading, "", 0);
-    read(kLiquidHeading, "NO STORMS DETECTED", 0);
+    read(kLiquidHeading, "    X0  161", false);
+    read(kLiquidHeading, "", false);
+    read(kLiquidHeading, "NO STORMS DETECTED", false);
 }
 
 TEST(Storms, TableWithHailWords) {
@@ -147,7 +147,7 @@ TEST(Storms, RealTablesAreReadWhole) {
             continue;
         const std::string line = content.substr(at + 5);
         NidsStorm s;
-        if (NIDS_storm_line(line, layout, s) != 1) {
+        if (!NIDS_storm_line(line, layout, s)) {
             EXPECT_EQ(line.find('/') != std::string::npos, line.find("STM ID") != std::string::npos) << line;
             continue;
         }

@@ -107,7 +107,7 @@ TEST_F(NidsWhole, PacketsPassedOverAreNamed) {
               "NIDS_open_file: Packets of product 58 that are not drawn: 2, 15, 23, 0802, 0E03, 8: F\n");
     // Once for a file, however often a window draws it again.
     testing::internal::CaptureStderr();
-    (void)NIDS_open_file(files_.at("product1"));
+    EXPECT_EQ(NIDS_open_file(files_.at("product1")), 1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 
     p.packets.clear();

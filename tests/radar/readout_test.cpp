@@ -272,7 +272,7 @@ TEST_F(ReadOutTruth, WhatIsReadIsWhatIsDrawn) {
     const std::string volume = shared_dir() + "/samples/level2/KLBB20160601_150025_V06";
     RES_put("variable", "ref1");
     LEV2_state().superres = false;
-    ASSERT_EQ(LEV2_open_volume(volume), 1);
+    ASSERT_TRUE(LEV2_open_volume(volume));
     const PlotDomain domain = domain_around(kProjLambert, LEV2_state().info.lat, LEV2_state().info.lon, 6);
     MAP_setup(domain);
     std::vector<Place> places = random_places(domain, 2);

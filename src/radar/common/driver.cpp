@@ -80,7 +80,7 @@ FileStamp stamp_of(const std::string &name) {
 
 bool open_file(const RadarSteps &steps, const std::string &name) {
     state.opened = stamp_of(name); // what is written from now on shows as a change
-    return steps.open_file(name) == 1;
+    return steps.open_file(name);
 }
 
 /// Opens the first file of the series that can be read and leaves it open; its name, empty when there is
@@ -295,12 +295,12 @@ bool RADAR_is_open() {
     return gchk_graphics() == 1;
 }
 
-int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
+void RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain) {
     if (RADAR_is_open()) {
         PLT_reset(DOM_aspect(domain));
         set_map(domain);
         draw(steps, base_date, domain, {});
-        return 0;
+        return;
     }
     state = State{};
     const std::string first = open_first(steps, base_date);
@@ -322,21 +322,19 @@ int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain
     watch_files(steps);
     PLT_close();
     if (steps.strict && state.lacks_file) VYX_exit(kExitNoFile);
-    return 0;
 }
 
 namespace {
 
 /// The look for a newer file has moved the file selection on; without one it is again what a redraw draws.
-int stay() {
+void stay() {
     std::string name;
     if (!state.shown.empty()) FILE_set_file(state.shown.back(), name);
-    return 0;
 }
 
 } // namespace
 
-int RADAR_next_file(const RadarSteps &steps) {
+void RADAR_next_file(const RadarSteps &steps) {
     std::string name;
     const std::int64_t time = FILE_set_current(nullptr, name);
     MESS_print(kOut4, "File: %d %s\n", static_cast<int>(time), name.c_str());
@@ -362,11 +360,11 @@ int RADAR_next_file(const RadarSteps &steps) {
     if (!drawn && !gquit_wanted() && !gview_wanted() && steps.plot != nullptr) {
         gfollow_size();
         PlotDomain domain = MAP_get_domain();
-        return steps.plot(domain);
+        steps.plot(domain);
+        return;
     }
     watch_files(steps);
     if (frames > 0 && (!grown || gget_cur_frame() == target)) gdisplay_frame(target);
-    return 0;
 }
 
 std::string RADAR_seen_file() {

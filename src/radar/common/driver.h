@@ -10,10 +10,10 @@
 
 /// The steps in which formats differ, all of the one file that is open, and what the window calls.
 struct RadarSteps {
-    int (*open_file)(std::string_view name); ///< 1 when opened and its header read; else 0 after a message
-    int (*close_file)();
+    bool (*open_file)(std::string_view name); ///< opens and reads the header; false after a message
+    void (*close_file)();
     PlotDomain (*product_domain)();
-    int (*plot_frame)();
+    void (*plot_frame)();
     MouseCallback mouse = nullptr;
     PlotRedraw plot = nullptr;      ///< the driver itself: draws again after a zoom or a change of size
     PlotRedraw next_file = nullptr; ///< calls RADAR_next_file; set to watch for newer files
@@ -24,12 +24,12 @@ struct RadarSteps {
 /// projection becomes the product's own. A single file that cannot be read ends the program with kExitNoFile
 /// before a page is made; in a series such a file is skipped. On a window each file of a series gets a frame,
 /// and the frames loop; on a file device it gets a page of its own. Called again while the graphics are open
-/// it draws the same files once more and leaves the session open. Returns 0.
-int RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain);
+/// it draws the same files once more and leaves the session open.
+void RADAR_plot(const RadarSteps &steps, DateRecord base_date, PlotDomain &domain);
 
 /// Plots the newest file, when it is another than the last: into the last frame, while the others move down
-/// and the oldest drops out, or instead of the picture when there are no frames. Returns 0.
-int RADAR_next_file(const RadarSteps &steps);
+/// and the oldest drops out, or instead of the picture when there are no frames.
+void RADAR_next_file(const RadarSteps &steps);
 /// The file whose picture the window shows; empty when there is none.
 std::string RADAR_seen_file();
 /// What has become of a file since its picture was drawn.

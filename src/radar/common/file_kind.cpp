@@ -43,6 +43,10 @@ bool is_message(std::span<const std::byte> bytes) {
 
 } // namespace
 
+bool RADAR_names_archive(std::span<const std::byte> bytes) {
+    return begins(bytes, "AR2V") || begins(bytes, "ARCHIVE2");
+}
+
 RadarFileKind RADAR_file_kind(std::span<const std::byte> first) {
     if (INFLATE_is_gzip(first)) {
         std::vector<std::byte> inside;
@@ -50,7 +54,7 @@ RadarFileKind RADAR_file_kind(std::span<const std::byte> first) {
         // A file compressed twice is none that a reader opens.
         return INFLATE_is_gzip(inside) ? RadarFileKind::unknown : RADAR_file_kind(inside);
     }
-    if (begins(first, "AR2V") || begins(first, "ARCHIVE2")) return RadarFileKind::level2;
+    if (RADAR_names_archive(first)) return RadarFileKind::level2;
     const bool started = !first.empty() && std::to_integer<unsigned>(first[0]) == kStartOfHeading;
     if (started || is_heading(first) || INFLATE_is_zlib(first) || is_message(first))
         return RadarFileKind::level3;

@@ -1,6 +1,7 @@
 #pragma once
 /// What kind of radar file begins with given bytes.
 
+#include <array>
 #include <cstddef>
 #include <span>
 
@@ -13,3 +14,9 @@ inline constexpr std::size_t kKindBytes = 4096;
 /// Level II: archive name. Level III: a text heading, or a message header followed by the divider of its
 /// description; also as zlib streams. Of a gzip file, what it holds.
 RadarFileKind RADAR_file_kind(std::span<const std::byte> first);
+/// The bytes begin with the name of a Level II archive.
+[[nodiscard]] bool RADAR_names_archive(std::span<const std::byte> bytes);
+
+/// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a file
+/// (WMO-No. 386).
+inline constexpr std::array kTransmissionEnd{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};

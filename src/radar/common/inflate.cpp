@@ -184,18 +184,21 @@ Inflated inflate_all(std::span<const std::byte> &in, bool (*is_stream)(std::span
 
 } // namespace
 
+/// RFC 1950.
 bool INFLATE_is_zlib(std::span<const std::byte> bytes) {
     constexpr unsigned kDeflate = 8; // compression method in the low nibble
     return bytes.size() >= 2 && (byte_at(bytes, 0) & 0xF) == kDeflate &&
            (byte_at(bytes, 0) * 256 + byte_at(bytes, 1)) % 31 == 0;
 }
 
+/// RFC 1952.
 bool INFLATE_is_gzip(std::span<const std::byte> bytes) {
     constexpr unsigned kDeflate = 8;
     return bytes.size() >= 3 && byte_at(bytes, 0) == 0x1F && byte_at(bytes, 1) == 0x8B &&
            byte_at(bytes, 2) == kDeflate;
 }
 
+/// "BZh" and the size of its blocks, hundreds of kilobytes.
 bool INFLATE_is_bzip2(std::span<const std::byte> bytes) {
     return bytes.size() >= 4 && byte_at(bytes, 0) == 'B' && byte_at(bytes, 1) == 'Z' &&
            byte_at(bytes, 2) == 'h' && byte_at(bytes, 3) >= '1' && byte_at(bytes, 3) <= '9';

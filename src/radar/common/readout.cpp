@@ -69,6 +69,8 @@ bool read_file(const std::string &file, RadarReader read, RadarReading &reading)
 } // namespace
 
 double RADAR_beam_height(double range_km, double elevation, double antenna_m) {
+    // Doviak and Zrnic, Doppler Radar and Weather Observations, equation 2.28b: over an earth of 4/3 of its
+    // radius the beam, bent by the standard atmosphere, is straight.
     constexpr double kMetresPerKm = 1e3;
     constexpr double kBentRadius = 4.0 / 3.0 * kEarthRadiusKm * kMetresPerKm;
     const double range = range_km * kMetresPerKm;

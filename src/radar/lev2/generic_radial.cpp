@@ -1,4 +1,5 @@
-// Message type 31: data blocks found by their names, wherever the pointers lead.
+// Message type 31 (ICD 2620002, generic format): data blocks found by their names, wherever the pointers
+// lead.
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,3 @@
-#include <algorithm>
-#include <string_view>
-
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/text/byte_reader.h"
@@ -8,6 +5,7 @@
 #include "lib/time/date.h"
 #include "plot/places/city.h"
 #include "radar/common/file_date.h"
+#include "radar/common/file_kind.h"
 #include "radar/lev2/volume_reader.h"
 
 namespace {
@@ -52,14 +50,6 @@ bool find_radar(const std::string &id, Lev2Info &info) {
     return true;
 }
 
-bool names_archive(std::span<const std::byte> bytes) {
-    const auto begins = [bytes](std::string_view name) {
-        return std::ranges::equal(bytes.first(name.size()), name, {},
-                                  [](std::byte b) { return static_cast<char>(std::to_integer<int>(b)); });
-    };
-    return begins("AR2V") || begins("ARCHIVE2");
-}
-
 } // namespace
 
 /// Walks to the first radial; true when it tells where the radar stands.
@@ -95,7 +85,7 @@ bool Lev2Reader::read_header(Lev2Info &info) {
     (void)rewind(); // of a pipe nothing has been read yet
     const auto bytes = stream.header_bytes();
     if (bytes.size() < kLev2HeaderBytes) return false;
-    if (!names_archive(bytes) && !message_makes_sense()) return false;
+    if (!RADAR_names_archive(bytes) && !message_makes_sense()) return false;
     ByteReader reader(bytes);
     reader.take(12); // archive name and version
     const int days = reader.i32(), milliseconds = reader.i32();

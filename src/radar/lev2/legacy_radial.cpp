@@ -1,4 +1,5 @@
-// Message type 1: fixed frames with reflectivity, velocity and spectrum width.
+// Message type 1 (ICD 2620002, digital radar data): fixed frames with reflectivity, velocity and spectrum
+// width.
 
 #include <algorithm>
 
@@ -11,6 +12,7 @@ namespace {
 /// Coded angles: eighths of 180 / 4096 degrees.
 constexpr float kDegreesPerStep = 0.125F * 0.0439453125F;
 constexpr int kFineVelocity = 2; ///< resolution code of 0.5 m/s
+/// dBZ = (level - 66) / 2, m/s = (level - 129) / 2 or, coarse, level - 129.
 constexpr float kReflectivityOffset = 66, kDopplerOffset = 129;
 
 float km(int metres) {

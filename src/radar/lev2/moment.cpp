@@ -9,15 +9,12 @@
 #include "lib/text/scan.h"
 #include "lib/text/strings.h"
 #include "radar/common/file_date.h"
+#include "radar/common/level_lists.h"
 
 namespace {
 
 /// Cuts that share their angle differ by less (degrees).
 constexpr float kSameAngle = 0.1F;
-
-constexpr std::string_view kDopplerLevels =
-    "-70:blue,-63:lblue,-49:cyan,-35:lcyan,-25:green,-19:lgreen,-9:dgray,0:off,1:lgray,10:yellow,20:brown,"
-    "26:lred,36:red,50:lmagenta,64:magenta";
 
 /// In the order of the moments.
 constexpr std::array<Lev2Moment, kLev2Types> kMoments{
@@ -94,14 +91,15 @@ void LEV2_check_choice(std::string_view text) {
     WORD_not("variable", text, "a moment with the number of a cut, or @ and an angle");
 }
 
-int LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {
+std::optional<int> LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice) {
     const Lev2Cut *nearest = nullptr;
     const auto distance = [&](const Lev2Cut &cut) { return std::abs(cut.elevation - choice.angle); };
     for (const Lev2Cut &cut : cuts) {
         if (cut.moments[static_cast<std::size_t>(choice.type)].gates == 0) continue;
         if (nearest == nullptr || distance(cut) < distance(*nearest) - kSameAngle) nearest = &cut;
     }
-    return nearest != nullptr ? nearest->number : kMissing;
+    if (nearest == nullptr) return {};
+    return nearest->number;
 }
 
 void LEV2_print_cuts(std::span<const Lev2Cut> cuts) {

@@ -1,6 +1,7 @@
 #pragma once
 /// What is drawn of a volume: a moment of one elevation cut.
 
+#include <optional>
 #include <string_view>
 
 #include "lib/text/missing.h"
@@ -35,8 +36,8 @@ struct Lev2Choice {
 void LEV2_check_choice(std::string_view text);
 
 /// Number of the cut nearest in angle that has the moment, the first of those that share their angle;
-/// kMissing when none has it.
-int LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice);
+/// nothing when none has it.
+[[nodiscard]] std::optional<int> LEV2_nearest_cut(std::span<const Lev2Cut> cuts, const Lev2Choice &choice);
 
 /// Prints the cuts as a table at level kPrint.
 void LEV2_print_cuts(std::span<const Lev2Cut> cuts);

@@ -8,7 +8,6 @@
 
 namespace {
 
-/// Each radial reaches a little over the next, so that no gap shows between them.
 /// Nothing is seen beyond this range; gates there come from damaged files.
 constexpr float kMostRangeKm = 2000.0F;
 

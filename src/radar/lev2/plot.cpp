@@ -35,11 +35,9 @@ bool wants_list() {
                                [](const std::string &word) { return stricmp(word, kLev2ListWord) == 0; });
 }
 
-int close_volume() {
-    if (!state.open) return 0;
-    LEV2_close_file();
+void close_volume() {
+    if (state.open) LEV2_close_file();
     state.open = false;
-    return 1;
 }
 
 PlotDomain radar_domain() {
@@ -54,7 +52,7 @@ int plot_newest(PlotDomain & /*domain*/) {
 }
 
 RadarSteps driver_steps() {
-    RadarSteps steps{LEV2_open_volume, close_volume, radar_domain, LEV2_plot_frame};
+    RadarSteps steps{LEV2_open_volume, close_volume, radar_domain, [] { LEV2_plot_frame(); }};
     steps.mouse = LEV2_callback;
     steps.plot = LEV2_plot;
     if (state.options.refresh) steps.next_file = plot_newest;
@@ -66,7 +64,7 @@ RadarSteps driver_steps() {
 void list_cuts() {
     std::string name;
     FILE_set_date(&state.base_date, name);
-    if (LEV2_open_volume(name) != 1) VYX_exit(kExitNoFile);
+    if (!LEV2_open_volume(name)) VYX_exit(kExitNoFile);
     MESS_print(kPrint, "%s  %s\n", state.info.id.c_str(), DATE_make_label(state.info.date).c_str());
     LEV2_print_cuts(LEV2_list_cuts());
     close_volume();
@@ -86,27 +84,27 @@ Lev2PlotState &LEV2_state() {
     return state;
 }
 
-int LEV2_open_volume(std::string_view name) {
+bool LEV2_open_volume(std::string_view name) {
     const std::string copy(name);
     close_volume();
     LEV2_forget_sweep();
-    if (LEV2_open_file(name) != 1) return 0;
+    if (LEV2_open_file(name) != 1) return false;
     if (LEV2_get_header(state.info) != 0) {
         LEV2_close_file();
         MESS_print(kWarn, "LEV2_open_file: Unable to read file:%s\n", copy.c_str());
-        return 0;
+        return false;
     }
     state.open = true;
     if (state.options.strict && !wants_list() &&
         !(FILE_input_is_whole(copy) && LEV2_sweep_is_whole(LEV2_reader()))) {
         close_volume();
         MESS_print(kWarn, "LEV2_open_file: Incomplete volume:%s\n", copy.c_str());
-        return 0;
+        return false;
     }
     FILE_set_data_date(state.info.date);
     // The files of a series need not come from one radar.
     LEV2_get_domain(state.domain, state.info.lat, state.info.lon, static_cast<float>(state.range_km));
-    return 1;
+    return true;
 }
 
 std::span<const WordRule> LEV2_param_words() {
@@ -167,7 +165,8 @@ void LEV2_callback(int /*kind*/, std::string_view event, float x, float y) {
 }
 
 int LEV2_plot_nextfile() {
-    return RADAR_next_file(driver_steps());
+    RADAR_next_file(driver_steps());
+    return 0;
 }
 
 int LEV2_plot(PlotDomain &domain) {
@@ -178,5 +177,6 @@ int LEV2_plot(PlotDomain &domain) {
             return 0;
         }
     }
-    return RADAR_plot(driver_steps(), state.base_date, domain);
+    RADAR_plot(driver_steps(), state.base_date, domain);
+    return 0;
 }

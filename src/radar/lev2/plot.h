@@ -55,8 +55,8 @@ struct Lev2PlotState {
 
 /// State of the driver, for its own files.
 Lev2PlotState &LEV2_state();
-/// Opens a volume and reads its header. 1, or 0 after a message.
-[[nodiscard]] int LEV2_open_volume(std::string_view name);
+/// Opens a volume and reads its header. False after a message.
+[[nodiscard]] bool LEV2_open_volume(std::string_view name);
 
 /// What a sweep shows in its label.
 struct Lev2Sweep {

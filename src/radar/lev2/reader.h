@@ -18,7 +18,7 @@ void LEV2_set_compress(int flag);
 [[nodiscard]] int LEV2_open_file(std::string_view name);
 int LEV2_close_file();
 /// Back to the first message. 1, or 0 when the file (a pipe) cannot go back.
-int LEV2_rewind_file();
+[[nodiscard]] int LEV2_rewind_file();
 /// Reads the volume header and finds the radar's position: of its identifier in "rad.cty" (a blank
 /// identifier is that of the resource "identifier"), else in the data, else the default. The next block is
 /// the first one, of a pipe perhaps the first radial. 0, or -1 when the file is shorter than a header, or

@@ -11,14 +11,14 @@
 #include "lib/files/kept_input.h"
 #include "lib/report/message.h"
 #include "lib/text/byte_reader.h"
+#include "radar/common/file_kind.h"
 #include "radar/common/inflate.h"
 #include "radar/lev2/volume.h"
 
 namespace {
 
-constexpr std::size_t kPlainPiece = 128U << 10;    ///< bytes read at once from a plain file
-constexpr unsigned kUnpackBuffer = 64U << 10;      ///< of the gzip layer
-constexpr std::uint32_t kTrailerWord = 0x0D0D0A03; ///< CR CR LF ETX, which some networks append
+constexpr std::size_t kPlainPiece = 128U << 10; ///< bytes read at once from a plain file
+constexpr unsigned kUnpackBuffer = 64U << 10;   ///< of the gzip layer
 
 } // namespace
 
@@ -107,10 +107,9 @@ bool Lev2Stream::read_plain() {
 /// The length of the next record; 0 at the end of the file.
 std::size_t Lev2Stream::control_word() {
     std::array<std::byte, kControlBytes> word{};
-    if (read_file(word) < word.size()) return 0;
+    if (read_file(word) < word.size() || std::ranges::equal(word, kTransmissionEnd)) return 0;
     ByteReader reader(word);
     const std::int64_t value = reader.i32();
-    if (value == kTrailerWord) return 0;
     return static_cast<std::size_t>(std::abs(value));
 }
 

@@ -13,6 +13,7 @@
 
 #include "lib/system/stream.h"
 
+/// Volume header and records: ICD 2620010.
 inline constexpr std::size_t kLev2HeaderBytes = 24;
 
 class Lev2Stream {

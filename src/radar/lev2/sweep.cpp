@@ -19,7 +19,7 @@
 namespace {
 
 constexpr float kRadialWidthDeg = 1.0F;
-/// Volume coverage patterns of clear air.
+/// Volume coverage patterns of clear air (Federal Meteorological Handbook No. 11: 31, 32, 35).
 constexpr int kFirstClearAir = 30, kLastClearAir = 39;
 
 /// Takes the last moment that the resource "variable" names.
@@ -34,7 +34,7 @@ Lev2Choice chosen() {
 void find_angle(Lev2Reader &reader, Lev2Choice &choice) {
     if (is_missing(choice.angle)) return;
     const std::vector<Lev2Cut> cuts = reader.list_cuts();
-    choice.number = LEV2_nearest_cut(cuts, choice);
+    choice.number = LEV2_nearest_cut(cuts, choice).value_or(kMissing);
     if (!reader.rewind())
         MESS_print(kWarn, "LEV2_plot: a pipe cannot be read twice, as an elevation angle needs it\n");
 }

@@ -20,13 +20,13 @@ enum Lev2Type : int {
 };
 inline constexpr std::size_t kLev2Types = 7;
 
-/// Message types of the format that hold radials.
+/// Message types that hold radials (ICD 2620002).
 inline constexpr int kLev2Legacy = 1, kLev2Generic = 31;
 
-/// Values of the two gate levels that are no measurements.
+/// Values of the two gate levels, 0 and 1, that are no measurements (ICD 2620002).
 inline constexpr float kLev2BelowThreshold = -100.0F, kLev2RangeFolded = -90.0F;
 
-/// Radial status of the last radial of an elevation and of a volume.
+/// Radial status (ICD 2620002) of the last radial of an elevation and of a volume.
 inline constexpr int kLev2EndOfElevation = 2, kLev2EndOfVolume = 4;
 
 // Limits ----------------------------------------------------------------------------------------------------

@@ -1,15 +1,16 @@
 #include "radar/lev2/volume_reader.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "lib/report/message.h"
 #include "lib/text/byte_reader.h"
 #include "plot/colour/levels.h"
+#include "radar/common/file_kind.h"
 
 namespace {
 
+// ICD 2620002: messages between radar and product generator.
 constexpr std::size_t kChannelBytes = 12; ///< in front of every message
 constexpr std::size_t kHeaderBytes = 16;  ///< of a message
 constexpr std::size_t kFrameBytes = 2420; ///< of every message but the generic radial
@@ -20,8 +21,7 @@ bool is_moment(int type) {
 
 /// What some networks append behind the last message, and padding, are no message.
 bool is_filling(std::span<const std::byte> bytes) {
-    constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
-    return std::ranges::equal(bytes, kTrailer) ||
+    return std::ranges::equal(bytes, kTransmissionEnd) ||
            std::ranges::all_of(bytes, [](std::byte b) { return b == std::byte{0}; });
 }
 

@@ -14,9 +14,11 @@ constexpr int kDivider = -1;
 /// The general status message has the source of a radar but describes no product.
 constexpr int kStatusMessage = 2;
 
+/// 3600 / 1852, rounded.
 constexpr float kKnotsPerMetreSecond = 1.944F;
 
-/// Text in front of the message, told by its first two bytes.
+/// Text in front of the message, told by its first two bytes: bulletin headings of the Manual on the Global
+/// Telecommunication System (WMO-No. 386), with or without what networks put before them.
 struct Framing {
     unsigned char first, second;
     int lines;
@@ -150,23 +152,23 @@ NidsDescription read_description(ByteReader &bytes) {
 
 } // namespace
 
-int NidsReader::message_header() {
+bool NidsReader::message_header() {
     const std::size_t start = stream.bytes().offset();
     std::int16_t word = 0;
-    if (stream.read_short(word) < 1) return 0;
+    if (stream.read_short(word) != NidsRead::done) return false;
     const int lines = text_lines(static_cast<std::uint16_t>(word));
     if (lines == 0) {
         stream.set_message_start(start);
     } else {
         for (int i = 0; i < lines; ++i)
-            if (stream.skip_line() < 1) return 0;
+            if (stream.skip_line() != NidsRead::done) return false;
         NidsCompression found{};
-        if (!stream.test_compression(found)) return 0;
+        if (!stream.test_compression(found)) return false;
         // A message deflated as a whole brings along a copy of the text in front of it.
         constexpr std::size_t kHeadingCopy = 54;
-        if (found == NidsCompression::zlib && stream.take(kHeadingCopy).size() < kHeadingCopy) return 0;
+        if (found == NidsCompression::zlib && stream.take(kHeadingCopy).size() < kHeadingCopy) return false;
         stream.set_message_start(stream.bytes().offset());
-        if (stream.read_short(word) < 1) return 0;
+        if (stream.read_short(word) != NidsRead::done) return false;
     }
     ByteReader &bytes = stream.bytes();
     NidsMessageHeader message;
@@ -186,21 +188,21 @@ int NidsReader::message_header() {
     MESS_print(kOut4, "Source: %d\n", message.source);
     MESS_print(kOut4, "Destination: %d\n", message.destination);
     MESS_print(kOut4, "Number of blocks : %d\n", message.blocks);
-    return 1;
+    return true;
 }
 
-int NidsReader::product_description() {
+bool NidsReader::product_description() {
     ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Description: %d\n", static_cast<int>(bytes.offset()));
     if (bytes.remaining() < kDescriptionSize) {
         stream.exhaust();
-        return 0;
+        return false;
     }
     blocks.description = read_description(bytes);
     fill_thresholds(blocks);
     trace_description(blocks, bytes.offset());
     const bool product = blocks.message.code != kStatusMessage || blocks.message.source > kLastRadarSource;
-    return blocks.description.divider == kDivider && product ? 1 : 0;
+    return blocks.description.divider == kDivider && product;
 }
 
 float NIDS_float16(unsigned word) {
@@ -215,6 +217,7 @@ float NIDS_float32(unsigned high, unsigned low) {
 }
 
 float NIDS_threshold_value(unsigned word) {
+    // The bits beside the number (ICD 2620001, product description block, data level thresholds).
     constexpr unsigned kSpecial = 0x8000, kTwentieths = 0x2000, kTenths = 0x1000, kGreater = 0x800,
                        kLess = 0x400, kNegative = 0x100;
     constexpr float kBelowAll = -100, kSpecialValue = -90, kHair = 0.01F;

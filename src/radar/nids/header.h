@@ -20,7 +20,8 @@ struct NidsBlocks {
     [[nodiscard]] float longitude() const { return static_cast<float>(description.longitude) / 1000; }
 };
 
-/// Half-precision and single-precision threshold numbers.
+/// Half-precision and single-precision threshold numbers. The former are not those of IEEE 754: their
+/// exponent counts from 16 (ICD 2620001, thresholds of product 134).
 float NIDS_float16(unsigned word);
 float NIDS_float32(unsigned high, unsigned low);
 /// Value of a threshold word by the generic rule.

@@ -52,7 +52,7 @@ void draw_radials(NidsReader &reader, int packet, const NidsImageGrid &grid, std
     std::vector<std::uint8_t> levels;
     float start = 0;
     float delta = 0;
-    while (reader.next_radial(start, delta) == 1) {
+    while (reader.next_radial(start, delta) == NidsRead::done) {
         NIDS_radial_levels(reader, packet, levels);
         cells.draw(start, start + delta + kRadialOverlapDeg, 0.0F, grid.bin, levels, skip, ink, sink);
     }
@@ -63,10 +63,10 @@ void draw_rows(NidsReader &reader, const NidsInfo &info, const NidsImageGrid &gr
     const float size = grid.bin;
     auto [left, top] = grid.raster_corner(info);
     BoxCells cells(grid.frame);
-    while (reader.next_row() == 1) {
+    while (reader.next_row() == NidsRead::done) {
         int column = 0;
         NidsRun run;
-        while (reader.next_run(run) == 1) {
+        while (reader.next_run(run) == NidsRead::done) {
             const int count = static_cast<int>(run.length);
             const auto level = static_cast<std::uint8_t>(run.level);
             if (file != nullptr) file->write(raster_value(info.code, run.value), count);
@@ -95,14 +95,14 @@ void draw_symbols(NidsReader &reader, int packet, const Attribute &data, const A
         GPH_line_attr(nullptr);
         GPH_line_attr(&grid);
         NidsVector v{};
-        while (reader.next_vector(v) == 1) {
+        while (reader.next_vector(v) == NidsRead::done) {
             const Point a = screen.at(v.i1, v.j1);
             const Point b = screen.at(v.i2, v.j2);
             GPH_line(a.x, a.y, b.x, b.y);
         }
     } else if (packet == kPacketWind) {
         NidsWind wind{};
-        while (reader.next_wind(wind) == 1) {
+        while (reader.next_wind(wind) == NidsRead::done) {
             const Point p = screen.at(wind.i, wind.j);
             Attribute ink;
             CONT_get_fill_attrib(ink, wind.value);
@@ -113,7 +113,7 @@ void draw_symbols(NidsReader &reader, int packet, const Attribute &data, const A
         }
     } else if (is_text(packet)) {
         NidsText text;
-        if (reader.next_text(text) < 1 || data.color < 0) return;
+        if (reader.next_text(text) != NidsRead::done || data.color < 0) return;
         Attribute letters = data;
         if (is_missing(letters.expansion)) letters.expansion = kTextExpansion;
         const float height = is_map_projection(MAP_get_proj()) ? kMapTextUnits : kTextUnits;
@@ -166,7 +166,7 @@ void NIDS_radial_levels(NidsReader &reader, int packet, std::vector<std::uint8_t
             levels.push_back(std::to_integer<std::uint8_t>(level));
     } else {
         NidsRun run;
-        while (reader.next_run(run) == 1)
+        while (reader.next_run(run) == NidsRead::done)
             levels.insert(levels.end(), static_cast<std::size_t>(run.length),
                           static_cast<std::uint8_t>(run.level));
     }
@@ -195,7 +195,7 @@ void NIDS_walk_image(NidsReader &reader, const NidsInfo &info, const RadarOption
     const bool draw = FLAG_getplot(kPlotSummary) > 0 && grid.bin > 0;
     std::array<float, kCellLevels> values{};
     int packet = info.packet, rasters = 0;
-    for (int status = packet != 0 ? 1 : 0; status == 1; status = reader.next_packet(packet)) {
+    for (bool more = packet != 0; more; more = reader.next_packet(packet) == NidsRead::done) {
         if (!NIDS_is_radial(packet) && !NIDS_is_raster(packet)) {
             draw_symbols(reader, packet, data, grid_lines);
             continue;

@@ -13,8 +13,8 @@ namespace {
 constexpr int kPlainGrid = 460;
 constexpr float kScreenSize = 511;
 
-/// Where the extremes stand: indexes of the product parameters (0: none), and value = word / divisor x
-/// factor.
+/// Where the extremes stand (ICD 2620001, product-dependent halfwords): indexes of the product parameters (0:
+/// none), and value = word / divisor x factor.
 struct ExtremeRule {
     NidsExtremes rule;
     unsigned minimum_word, maximum_word;
@@ -113,6 +113,7 @@ PlotDomain radar_domain(const NidsInfo &info, NidsGrid grid, float latitude, flo
         domain.dx = domain.dy = kScreenSize;
         break;
     case NidsGrid::precipitation:
+        // The grid of the limited-fine-mesh model stands on this meridian.
         domain.plat = 90;
         domain.plon = -105;
         domain.dx = domain.dy = info.resolution; // this product's size is in plane units
@@ -217,15 +218,15 @@ bool image_within(const NidsReader &reader) {
 /// Reads up to the first packet's header; its code, or 0 when the product has no image.
 int NidsReader::first_packet() {
     int code = 0;
-    if (symbology() < 1 || symbology_layer() < 1) return 0;
-    return next_packet(code) == 1 ? code : 0;
+    if (!symbology() || !symbology_layer()) return 0;
+    return next_packet(code) == NidsRead::done ? code : 0;
 }
 
 bool NidsReader::read_header(NidsInfo &record) {
     blocks = {};
     packet = {};
     if (!stream.rewind() || !stream.select_product()) return false;
-    if (message_header() < 1 || product_description() < 1 || !makes_sense(blocks)) return false;
+    if (!message_header() || !product_description() || !makes_sense(blocks)) return false;
     const int first = first_packet();
     if (stream.is_encrypted() || !image_within(*this)) return false;
 

@@ -14,7 +14,7 @@ struct Named {
     std::string_view name;
 };
 
-/// Classes of echo.
+/// Classes of echo (ICD 2620003, hydrometeor classification).
 constexpr auto kClasses = std::to_array<Named>({
     {10, "biological"},
     {20, "ground clutter"},
@@ -32,7 +32,7 @@ constexpr auto kClasses = std::to_array<Named>({
     {150, kRangeFoldedWords},
 });
 
-/// What a threshold word that is no number stands for, by its low byte.
+/// What a threshold word that is no number stands for, by its low byte (ICD 2620001, data level thresholds).
 constexpr auto kThresholdWords = std::to_array<Named>({
     {0, kNoDataWords},
     {1, kBelowWords},

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "radar/common/level_lists.h"
+
 namespace {
 
 struct Row {
@@ -14,9 +16,7 @@ constexpr NidsLevelRule kByThresholds{
 constexpr NidsLevelRule kReflectivity{"-100:off,5:blue,10:lblue,15:cyan,20:lcyan,25:green,30:lgreen,35:brown,"
                                       "40:yellow,45:red,50:lred,55:magenta,"
                                       "60:lmagenta,65:dgray,70:lgray,75:white"};
-constexpr NidsLevelRule kVelocity{
-    "-70:blue,-63:lblue,-49:cyan,-35:lcyan,-25:green,-19:lgreen,-9:dgray,0:off,1:lgray,"
-    "10:yellow,20:brown,26:lred,36:red,50:lmagenta,64:magenta"};
+constexpr NidsLevelRule kVelocity{kDopplerLevels};
 constexpr NidsLevelRule kStormRelative{
     "-50:lblue,-40:cyan,-30:lcyan,-22:green,-10:lgreen,-5:dgray,-1:off,0:lgray,"
     "5:yellow,10:brown,22:lred,30:red,40:lmagenta,50:magenta"};

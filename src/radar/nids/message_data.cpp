@@ -6,7 +6,8 @@
 
 namespace {
 
-/// Lowest level of a digital packet that carries a value; 0 is below threshold, 1 missing or range folded.
+/// Lowest level of a digital packet that carries a value (ICD 2620001, thresholds of digital products); 0 is
+/// below threshold, 1 missing or range folded.
 constexpr int kFirstDigitalLevel = 2;
 constexpr int kMissingPrecipitation = 255;
 constexpr std::size_t kTextLimit = 99;
@@ -67,9 +68,9 @@ bool holds_pairs(const NidsPacketState &packet) {
            (packet.code == kPacketRaster && packet.raster.packing == kPackingPairs);
 }
 
-/// What a reader of the body says when fewer bytes than one element are left.
-int end_body(const NidsPacketState &packet) {
-    return packet.body_cut ? -1 : 0;
+/// What a reader says where fewer bytes than it needs are left, because the file ends or not.
+NidsRead none_left(bool cut) {
+    return cut ? NidsRead::exhausted : NidsRead::none;
 }
 
 } // namespace
@@ -83,12 +84,12 @@ void NidsReader::begin_element(std::size_t length, std::size_t used) {
 }
 
 /// Ends an element list: nothing more can be read.
-int NidsReader::end_elements() {
+NidsRead NidsReader::end_elements() {
     packet.elements_left = 0;
     packet.element = {};
     packet.element_cut = true;
     stream.exhaust();
-    return -1;
+    return NidsRead::exhausted;
 }
 
 void NidsReader::level_values(int code, std::span<float, 256> values) const {
@@ -99,9 +100,9 @@ void NidsReader::level_values(int code, std::span<float, 256> values) const {
     }
 }
 
-int NidsReader::next_radial(float &start, float &delta) {
-    if (packet.code != kPacketRadial && packet.code != kPacketDigitalRadial) return 0;
-    if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
+NidsRead NidsReader::next_radial(float &start, float &delta) {
+    if (packet.code != kPacketRadial && packet.code != kPacketDigitalRadial) return NidsRead::none;
+    if (packet.elements_left <= 0) return none_left(packet.element_cut);
     ByteReader &bytes = stream.bytes();
     constexpr std::size_t kHeader = 6;
     if (bytes.remaining() < kHeader) return end_elements();
@@ -118,12 +119,12 @@ int NidsReader::next_radial(float &start, float &delta) {
         --used; // an odd number of bins is padded to whole halfwords
     }
     begin_element(length, used);
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsReader::next_row() {
-    if (packet.code != kPacketRaster && packet.code != kPacketDigitalPrecip) return 0;
-    if (packet.elements_left <= 0) return packet.element_cut ? -1 : 0;
+NidsRead NidsReader::next_row() {
+    if (packet.code != kPacketRaster && packet.code != kPacketDigitalPrecip) return NidsRead::none;
+    if (packet.elements_left <= 0) return none_left(packet.element_cut);
     ByteReader &bytes = stream.bytes();
     if (bytes.remaining() < 2) return end_elements();
     std::size_t length = bytes.u16();
@@ -132,13 +133,13 @@ int NidsReader::next_row() {
     MESS_print(kOut4, "Length: %d\n", static_cast<int>(length));
     MESS_print(kOut4, "POS: %d\n", static_cast<int>(bytes.offset()));
     begin_element(length, length);
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsReader::next_run(NidsRun &run) {
+NidsRead NidsReader::next_run(NidsRun &run) {
     auto &element = packet.element;
     const std::size_t width = holds_pairs(packet) ? 2 : 1;
-    if (element.size() < width) return packet.element_cut ? -1 : 0;
+    if (element.size() < width) return none_left(packet.element_cut);
     const int first = number(element[0]);
     if (width == 2) {
         run.length = static_cast<float>(first);
@@ -152,7 +153,7 @@ int NidsReader::next_run(NidsRun &run) {
     }
     run.value = packet.values[static_cast<std::size_t>(run.level)];
     element = element.subspan(width);
-    return 1;
+    return NidsRead::done;
 }
 
 std::span<const std::byte> NidsReader::data_bytes() {
@@ -161,23 +162,23 @@ std::span<const std::byte> NidsReader::data_bytes() {
     return bytes;
 }
 
-int NidsReader::next_vector(NidsVector &vector) {
+NidsRead NidsReader::next_vector(NidsVector &vector) {
     constexpr std::size_t kSize = 8;
-    if (packet.code != kPacketVector && packet.code != kPacketVectorValue) return 0;
-    if (!packet.body || packet.body->remaining() < kSize) return end_body(packet);
+    if (packet.code != kPacketVector && packet.code != kPacketVectorValue) return NidsRead::none;
+    if (!packet.body || packet.body->remaining() < kSize) return none_left(packet.body_cut);
     ByteReader &body = *packet.body;
     vector.value = static_cast<float>(packet.value_word);
     vector.i1 = body.i16();
     vector.j1 = body.i16();
     vector.i2 = body.i16();
     vector.j2 = body.i16();
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsReader::next_wind(NidsWind &wind) {
+NidsRead NidsReader::next_wind(NidsWind &wind) {
     constexpr std::size_t kSize = 10;
-    if (packet.code != kPacketWind) return 0;
-    if (!packet.body || packet.body->remaining() < kSize) return end_body(packet);
+    if (packet.code != kPacketWind) return NidsRead::none;
+    if (!packet.body || packet.body->remaining() < kSize) return none_left(packet.body_cut);
     ByteReader &body = *packet.body;
     // A value outside the sixteen thresholds selects none: it is missing.
     wind.value = blocks.threshold_of(body.i16());
@@ -188,12 +189,12 @@ int NidsReader::next_wind(NidsWind &wind) {
     MESS_print(kOut4, "WIND: %7.2f %7.2f = %7.2f %7.2f = %7.2f\n", static_cast<double>(wind.i),
                static_cast<double>(wind.j), static_cast<double>(wind.direction),
                static_cast<double>(wind.speed), static_cast<double>(wind.value));
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsReader::next_text(NidsText &text) {
-    if (packet.code != kPacketText && packet.code != kPacketTextValue) return 0;
-    if (!packet.body) return end_body(packet);
+NidsRead NidsReader::next_text(NidsText &text) {
+    if (packet.code != kPacketText && packet.code != kPacketTextValue) return NidsRead::none;
+    if (!packet.body) return none_left(packet.body_cut);
     const auto characters = packet.body->take(std::min(kTextLimit, packet.body->remaining()));
     packet.body.reset();
     text.value = blocks.threshold_of(packet.value_word);
@@ -206,5 +207,5 @@ int NidsReader::next_text(NidsText &text) {
         text.text += std::to_integer<char>(byte);
     }
     MESS_print(kOut4, "TEXT: %s\n", text.text.c_str());
-    return 1;
+    return NidsRead::done;
 }

@@ -15,7 +15,7 @@
 #include "plot/session/status_text.h"
 #include "plot/symbols/watch.h"
 #include "plot/symbols/wind.h"
-#include "radar/nids/reader.h"
+#include "radar/nids/product_reader.h"
 #include "radar/nids/state.h"
 #include "radar/nids/storm.h"
 
@@ -51,10 +51,10 @@ Point page_point(float i, float j) {
     return p;
 }
 
-void page_vectors(const ExtrasInk &ink, float shift, bool draw) {
+void page_vectors(NidsReader &reader, const ExtrasInk &ink, float shift, bool draw) {
     GPH_line_attr(&ink.lines);
     NidsVector v{};
-    while (NIDS_get_vector(v) == 1) {
+    while (reader.next_vector(v) == NidsRead::done) {
         if (!draw) continue;
         const Point a = page_point(v.i1, v.j1 + shift);
         const Point b = page_point(v.i2, v.j2 + shift);
@@ -62,9 +62,9 @@ void page_vectors(const ExtrasInk &ink, float shift, bool draw) {
     }
 }
 
-void page_winds(float shift, bool draw) {
+void page_winds(NidsReader &reader, float shift, bool draw) {
     NidsWind wind{};
-    while (NIDS_get_wind(wind) == 1) {
+    while (reader.next_wind(wind) == NidsRead::done) {
         Attribute ink;
         CONT_get_fill_attrib(ink, wind.value);
         if (!draw || ink.color < 0) continue;
@@ -75,9 +75,9 @@ void page_winds(float shift, bool draw) {
     }
 }
 
-void page_text(const ExtrasInk &ink, float shift, bool draw, NidsStormReader &storms) {
+void page_text(NidsReader &reader, const ExtrasInk &ink, float shift, bool draw, NidsStormReader &storms) {
     NidsText text;
-    if (NIDS_get_text(text) != 1) return;
+    if (reader.next_text(text) != NidsRead::done) return;
     storms.line(text.text);
     if (!draw || ink.data.color < 0) return;
     Attribute letters = ink.data;
@@ -89,19 +89,21 @@ void page_text(const ExtrasInk &ink, float shift, bool draw, NidsStormReader &st
 
 /// Reads all pages, draws them when asked, and collects their storms. The plot's map is back in force
 /// afterwards.
-void read_pages(const ExtrasInk &ink, bool draw, NidsStormReader &storms) {
+void read_pages(NidsReader &reader, const ExtrasInk &ink, bool draw, NidsStormReader &storms) {
     const PlotDomain plot = MAP_get_domain();
     MAP_setup(page_domain());
     gset_char_space(1.0F);
     gset_marker_size(kPageMarkerSize);
-    if (NIDS_graphic() == 1) {
-        for (int page = NIDS_graphic_layer(); page > 0; page = NIDS_graphic_layer()) {
+    if (reader.graphic()) {
+        for (int page = reader.next_page(); page > 0; page = reader.next_page()) {
             const float shift = kPageShift * static_cast<float>(page);
             int packet = 0;
-            while (NIDS_packet(packet) == 1) {
-                if (packet == kPacketVector || packet == kPacketVectorValue) page_vectors(ink, shift, draw);
-                if (packet == kPacketWind) page_winds(shift, draw);
-                if (packet == kPacketText || packet == kPacketTextValue) page_text(ink, shift, draw, storms);
+            while (reader.next_packet(packet) == NidsRead::done) {
+                if (packet == kPacketVector || packet == kPacketVectorValue)
+                    page_vectors(reader, ink, shift, draw);
+                if (packet == kPacketWind) page_winds(reader, shift, draw);
+                if (packet == kPacketText || packet == kPacketTextValue)
+                    page_text(reader, ink, shift, draw, storms);
             }
         }
     }
@@ -131,10 +133,10 @@ int NIDS_plot_data() {
     ATTRIB_get("color_grid", "red", ink.lines);
     PLT_mess("NIDS Extra");
 
-    const NidsDescription &description = NIDS_get_prod_desc();
+    NidsReader &reader = NIDS_reader();
     StormScale scale;
-    scale.radar_lat = static_cast<float>(description.latitude) / 1000.0F;
-    const float radar_lon = static_cast<float>(description.longitude) / 1000.0F;
+    scale.radar_lat = reader.blocks.latitude();
+    const float radar_lon = reader.blocks.longitude();
     Point radar{kMissingF, kMissingF};
     if (is_map_projection(MAP_get_proj())) MAP_tran(radar.x, radar.y, scale.radar_lat, radar_lon);
     // Nothing of the lines that the map left behind.
@@ -147,12 +149,12 @@ int NIDS_plot_data() {
     RADAR_draw_site(state.options, radar.x, radar.y);
 
     if (RES_get("variable") != nullptr) (void)VAR_setup(kVariableFile); // told where it fails
-    NidsStormReader reader(state.most_storms, state.strong_only);
-    read_pages(ink, state.graph || VAR_has("table") == 1, reader);
+    NidsStormReader storm_lines(state.most_storms, state.strong_only);
+    read_pages(reader, ink, state.graph || VAR_has("table") == 1, storm_lines);
     if (is_map_projection(MAP_get_proj())) {
         scale.height = GPH_get_win(2).height();
         const std::vector<PlacedStorm> storms =
-            place_storms(reader.storms(), SphereOrigin(scale.radar_lat, radar_lon));
+            place_storms(storm_lines.storms(), SphereOrigin(scale.radar_lat, radar_lon));
         for (int i = 0; i < VAR_get_num(); ++i) {
             for (const PlacedStorm &storm : storms) {
                 GPH_line_attr(&ink.data);

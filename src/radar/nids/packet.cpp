@@ -146,28 +146,28 @@ void read_packet_header(NidsStream &stream, const PacketRow &row, NidsPacketStat
 
 } // namespace
 
-int NidsReader::symbology() {
+bool NidsReader::symbology() {
     NidsCompression found{};
-    if (!stream.test_compression(found)) return 0;
+    if (!stream.test_compression(found)) return false;
     ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Symbology: %d\n", static_cast<int>(bytes.offset()));
-    if (blocks.description.symbology == 0 || bytes.remaining() < kSymbologyHeader) return 0;
+    if (blocks.description.symbology == 0 || bytes.remaining() < kSymbologyHeader) return false;
     MESS_print(kOut4, "Divider: %d\n", bytes.i16());
     const unsigned identifier = bytes.u16();
     MESS_print(kOut4, "Identifier: %d\n", static_cast<int>(identifier));
     MESS_print(kOut4, "Length: %d\n", bytes.i32());
     packet.layers = traced_word(bytes, "Number of Layers");
-    return identifier == kSymbologyBlock ? 1 : 0;
+    return identifier == kSymbologyBlock;
 }
 
-int NidsReader::symbology_layer() {
+bool NidsReader::symbology_layer() {
     ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Product Symbology Layer: %d\n", static_cast<int>(bytes.offset()));
-    if (bytes.remaining() < kLayerHeader) return 0;
+    if (bytes.remaining() < kLayerHeader) return false;
     const unsigned divider = bytes.u16();
     MESS_print(kOut4, "Divider: %d\n", static_cast<int>(divider));
     MESS_print(kOut4, "Length: %d\n", bytes.i32());
-    return divider == kBlockDivider ? 1 : 0;
+    return divider == kBlockDivider;
 }
 
 void NidsReader::finish_packet() {
@@ -175,22 +175,21 @@ void NidsReader::finish_packet() {
     float start = 0, delta = 0;
     const bool radials = packet.code == kPacketRadial || packet.code == kPacketDigitalRadial;
     while (packet.elements_left > 0)
-        if ((radials ? next_radial(start, delta) : next_row()) < 1) break;
+        if ((radials ? next_radial(start, delta) : next_row()) != NidsRead::done) break;
     clear_element(packet);
 }
 
-int NidsReader::next_packet(int &code) {
+NidsRead NidsReader::next_packet(int &code) {
     finish_packet();
     ByteReader &bytes = stream.bytes();
-    if (packet.page_end && bytes.offset() >= *packet.page_end) return 0;
+    if (packet.page_end && bytes.offset() >= *packet.page_end) return NidsRead::none;
     MESS_print(kOut4, "Packets: %d\n", static_cast<int>(bytes.offset()));
     std::int16_t word = 0;
-    const int result = stream.read_short(word);
-    if (result < 1) return -1;
+    if (stream.read_short(word) != NidsRead::done) return NidsRead::exhausted;
     packet.code = code = static_cast<std::uint16_t>(word);
     MESS_print(kOut4, "Code: %X\n", static_cast<unsigned>(code));
     const auto row = std::ranges::lower_bound(kPackets, code, {}, &PacketRow::code);
-    if (row == kPackets.end() || row->code != code) return 0;
+    if (row == kPackets.end() || row->code != code) return NidsRead::none;
     if (row->trace != nullptr) {
         if (row->kind == Kind::radial || row->kind == Kind::raster)
             MESS_print(kOut4, "%s\n", row->trace);
@@ -199,10 +198,10 @@ int NidsReader::next_packet(int &code) {
     }
     if (bytes.remaining() < header_size(row->kind)) {
         stream.exhaust();
-        return -1;
+        return NidsRead::exhausted;
     }
     read_packet_header(stream, *row, packet);
     code = packet.code;
     if (packet.elements_left > 0) level_values(packet.code, packet.values);
-    return 1;
+    return NidsRead::done;
 }

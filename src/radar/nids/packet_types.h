@@ -5,7 +5,7 @@
 
 #include "lib/text/missing.h"
 
-/// Packet codes of the format.
+/// Packet codes of the format (ICD 2620001, display data packets).
 enum NidsPacket : int {
     kPacketText = 1,
     kPacketSymbol = 2,

@@ -35,12 +35,12 @@ bool find_block(NidsReader &reader, bool &with_divider) {
 
 } // namespace
 
-int NidsReader::graphic() {
+bool NidsReader::graphic() {
     finish_packet();
     packet.pages = packet.pages_read = 0;
     packet.page_end.reset();
     bool with_divider = true;
-    if (blocks.description.graphic == 0 || !find_block(*this, with_divider)) return 0;
+    if (blocks.description.graphic == 0 || !find_block(*this, with_divider)) return false;
     ByteReader &bytes = stream.bytes();
     MESS_print(kOut4, "Graphic Alphanumeric: %d\n", static_cast<int>(bytes.offset()));
     if (with_divider) MESS_print(kOut4, "Divider: %d\n", bytes.i16());
@@ -48,7 +48,7 @@ int NidsReader::graphic() {
     MESS_print(kOut4, "Length: %d\n", bytes.i32());
     packet.pages = bytes.u16();
     MESS_print(kOut4, "Number of Pages: %d\n", packet.pages);
-    return 1;
+    return true;
 }
 
 int NidsReader::next_page() {

@@ -73,7 +73,8 @@ int plot_newest(PlotDomain & /*domain*/) {
 }
 
 RadarSteps driver_steps() {
-    RadarSteps steps{NIDS_open_file, NIDS_close_file, view_domain, NIDS_plot_frame};
+    RadarSteps steps{[](std::string_view name) { return NIDS_open_file(name) == 1; },
+                     [] { NIDS_close_file(); }, view_domain, [] { NIDS_plot_frame(); }};
     steps.mouse = NIDS_callback;
     steps.plot = NIDS_plot;
     if (state.options.refresh) steps.next_file = plot_newest;
@@ -132,7 +133,7 @@ int NIDS_open_file(std::string_view name) {
     const std::string copy(name);
     NIDS_close_file();
     NIDS_forget_image();
-    if (NIDS_open_stream(name) != 1) {
+    if (!NIDS_open_stream(name)) {
         const int fault = errno;
         MESS_print(kWarn, "NIDS_open_file: Unable to open file:%s\n", copy.c_str());
         MESS_print_fault(kWarn, "NIDS_open_file", copy, fault);
@@ -173,7 +174,7 @@ int NIDS_plot_frame() {
     NIDS_plot_summary();
     RADAR_draw_bar();
     MAP_draw(kMapOverlay);
-    NIDS_plot_data();
+    (void)NIDS_plot_data(); // nothing where the data are not asked for
     PLT_labels();
     return 0;
 }
@@ -188,7 +189,8 @@ void NIDS_callback(int /*kind*/, std::string_view event, float x, float y) {
 }
 
 int NIDS_plot_nextfile() {
-    return RADAR_next_file(driver_steps());
+    RADAR_next_file(driver_steps());
+    return 0;
 }
 
 int NIDS_plot(PlotDomain &domain) {
@@ -197,5 +199,6 @@ int NIDS_plot(PlotDomain &domain) {
         if (std::ranges::find(variables, "watch") != variables.end()) WATCH_decode(state.base_date);
         NIDS_plot_param();
     }
-    return RADAR_plot(driver_steps(), state.base_date, domain);
+    RADAR_plot(driver_steps(), state.base_date, domain);
+    return 0;
 }

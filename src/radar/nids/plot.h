@@ -29,7 +29,7 @@ int NIDS_plot_frame();
 int NIDS_plot_nextfile();
 /// Keys and buttons of the window: place under the cursor, zoom, resizing, flashing of a level.
 void NIDS_callback(int kind, std::string_view event, float x, float y);
-int NIDS_plot_data();
+[[nodiscard]] int NIDS_plot_data();
 const NidsInfo &NIDS_get_info();
 /// A RadarReader: reads the value at a place from a product's image, which it keeps until another is asked
 /// for. The product becomes the present one.

@@ -8,15 +8,16 @@
 
 namespace {
 
-constexpr double kBeamEarthRadius = 63.713; ///< units of 100 km
-constexpr double kNauticalMilesPerUnit = 53.996;
-constexpr double kFeetPerNauticalMile = 6076.22;
+constexpr double kBeamEarthRadius = 63.713;      ///< mean radius of the earth, units of 100 km
+constexpr double kNauticalMilesPerUnit = 53.996; ///< 100 / 1.852
+constexpr double kFeetPerNauticalMile = 6076.22; ///< a tenth above 1852 / 0.3048, which no rounded foot shows
 
 struct BeamPoint {
     float distance_nm = kMissingF, altitude_ft = kMissingF;
 };
 
-/// The beam at `distance` (units of 100 km along the ground) and `elevation` (degrees) over a sphere.
+/// The beam at `distance` (units of 100 km along the ground) and `elevation` (degrees) over a sphere,
+/// straight: no air bends it.
 BeamPoint beam_at(double distance, double elevation) {
     const double angle = (elevation + 90) * kDegree;
     const double height = std::sqrt(distance * distance + kBeamEarthRadius * kBeamEarthRadius -

@@ -11,7 +11,7 @@ inline constexpr int kThresholds = 16;
 /// Source identifiers above this are national mosaics.
 inline constexpr int kLastRadarSource = 9999;
 
-/// Message header block, 18 bytes.
+/// Message header block, 18 bytes (ICD 2620001).
 struct NidsMessageHeader {
     int code = 0;
     int days = 0;    ///< date of message, 1 = 1 January 1970
@@ -20,7 +20,7 @@ struct NidsMessageHeader {
     int source = 0, destination = 0, blocks = 0;
 };
 
-/// Product description block, 102 bytes. Words are kept as the file has them.
+/// Product description block, 102 bytes (ICD 2620001). Words are kept as the file has them.
 struct NidsDescription {
     int divider = 0;
     int latitude = 0, longitude = 0; ///< thousandths of a degree

@@ -1,6 +1,6 @@
 #pragma once
 /// The reader of one Level III product: its bytes, its header blocks, the packet being read. The procedures
-/// of reader.h read the product that is open, with the one of NIDS_reader; what they return is told there.
+/// of reader.h read the product that is open, with the one of NIDS_reader.
 /// Sources: header, packet, info, message_data, page.
 
 #include "radar/nids/header.h"
@@ -13,37 +13,39 @@ public:
     NidsBlocks blocks;
     NidsPacketState packet;
 
-    // header
-    [[nodiscard]] int message_header();
-    [[nodiscard]] int product_description();
+    // header: false when it is not there
+    [[nodiscard]] bool message_header();
+    [[nodiscard]] bool product_description();
     /// Rewinds and reads up to the first packet header. False when the product cannot be read.
     [[nodiscard]] bool read_header(NidsInfo &record);
 
     // packets
-    [[nodiscard]] int symbology();
-    [[nodiscard]] int symbology_layer();
-    [[nodiscard]] int next_packet(int &code);
+    [[nodiscard]] bool symbology();
+    [[nodiscard]] bool symbology_layer();
+    /// `none` at the end of the page or on an unknown code.
+    [[nodiscard]] NidsRead next_packet(int &code);
     /// Goes to the end of the current packet, over whatever of it has not been read.
     void finish_packet();
 
-    // elements of a packet
-    [[nodiscard]] int next_radial(float &start, float &delta);
-    [[nodiscard]] int next_row();
-    [[nodiscard]] int next_run(NidsRun &run);
+    // elements of a packet: `none` when it, or the present element, has no more
+    [[nodiscard]] NidsRead next_radial(float &start, float &delta);
+    [[nodiscard]] NidsRead next_row();
+    [[nodiscard]] NidsRead next_run(NidsRun &run);
     [[nodiscard]] std::span<const std::byte> data_bytes();
     void level_values(int code, std::span<float, 256> values) const;
-    [[nodiscard]] int next_vector(NidsVector &vector);
-    [[nodiscard]] int next_wind(NidsWind &wind);
-    [[nodiscard]] int next_text(NidsText &text);
+    [[nodiscard]] NidsRead next_vector(NidsVector &vector);
+    [[nodiscard]] NidsRead next_wind(NidsWind &wind);
+    [[nodiscard]] NidsRead next_text(NidsText &text);
 
     // pages
-    [[nodiscard]] int graphic();
+    [[nodiscard]] bool graphic();
+    /// Its number, from 1; 0 when there is no further one.
     [[nodiscard]] int next_page();
 
 private:
-    int first_packet();
+    [[nodiscard]] int first_packet();
     void begin_element(std::size_t length, std::size_t used);
-    int end_elements();
+    [[nodiscard]] NidsRead end_elements();
 };
 
 /// The reader of the open product.

@@ -24,10 +24,12 @@ constexpr std::string_view kRain1 = "Sfc 1 hr rainfall acc. (in)";
 constexpr std::string_view kRain3 = "Sfc 3 hr rainfall acc. (in)";
 constexpr std::string_view kRainStorm = "Sfc storm total rainfall acc. (in)";
 
-/// Terminal radars have bins of 150 and 300 metres.
+/// Terminal radars (TDWR) have bins of 150 and 300 metres.
 constexpr float kBin150m = 150.0F / 1852.0F;
 constexpr float kBin300m = 300.0F / 1852.0F;
 
+// Codes, bins and ranges: ICD 2620001, message codes for products; parameters of each product: its
+// product-dependent halfwords. The names are this program's own.
 // Codes 153 to 155 are the super-resolution successors of 94, 99 and 28 to 30.
 constexpr auto kProducts = std::to_array<NidsProduct>({
     {16, kReflectivity, 0.54F, 124, levels, maximum, kElevation},

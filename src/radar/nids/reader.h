@@ -22,8 +22,8 @@
 
 /// Takes over the bytes of a whole file and rewinds to its start.
 void NIDS_set_bytes(std::vector<std::byte> bytes);
-/// Reads the file. 1, or 0 when it cannot be opened.
-[[nodiscard]] int NIDS_open_stream(std::string_view name);
+/// Reads the file. False when it cannot be opened.
+[[nodiscard]] bool NIDS_open_stream(std::string_view name);
 void NIDS_close_stream();
 /// Delivers the next bytes of the decompressed product. 1; 0 on a decompression error; -1 when there is no
 /// more data or the product is encrypted.

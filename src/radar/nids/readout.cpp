@@ -39,14 +39,15 @@ struct State {
     std::optional<Image> image;
 } state;
 
-void keep_radials(NidsReader &reader, int packet, Image &image) {
+/// `skip`: bins next to the radar that are not drawn.
+void keep_radials(NidsReader &reader, int packet, std::size_t skip, Image &image) {
     CellStrip strip;
     strip.step = image.grid.bin;
-    strip.skip = NIDS_clutter_bins(NIDS_state().options);
+    strip.skip = skip;
     strip.look = image.looks.size() - 1;
     std::vector<std::uint8_t> levels;
     float delta = 0;
-    while (reader.next_radial(strip.side_a, delta) == 1) {
+    while (reader.next_radial(strip.side_a, delta) == NidsRead::done) {
         NIDS_radial_levels(reader, packet, levels);
         strip.side_b = strip.side_a + delta + kRadialOverlapDeg;
         strip.levels.assign(levels.begin(), levels.end());
@@ -62,11 +63,11 @@ void keep_rows(NidsReader &reader, const NidsInfo &info, Image &image) {
     const Point corner = image.grid.raster_corner(info);
     strip.first = corner.x;
     strip.side_a = corner.y;
-    while (reader.next_row() == 1) {
+    while (reader.next_row() == NidsRead::done) {
         strip.side_b = strip.side_a - image.grid.bin;
         strip.levels.clear();
         NidsRun run;
-        while (reader.next_run(run) == 1)
+        while (reader.next_run(run) == NidsRead::done)
             strip.levels.insert(strip.levels.end(), static_cast<std::size_t>(run.length),
                                 static_cast<std::uint16_t>(run.level));
         image.cells.add(strip);
@@ -85,8 +86,8 @@ Look look_of(const NidsReader &reader, const NidsInfo &info, int packet) {
 }
 
 /// Of the open product, whose first packet's header has been read.
-Image read_image(NidsReader &reader, const NidsInfo &info) {
-    constexpr float kMetresPerFoot = 0.3048F;
+Image read_image(NidsReader &reader, const NidsInfo &info, const RadarOptions &options) {
+    constexpr float kMetresPerFoot = 0.3048F; // international foot
     const NidsDescription &description = reader.blocks.description;
     Image image{
         .file = {}, .info = info, .grid = NIDS_image_grid(reader.blocks, info), .unit = NIDS_unit(info)};
@@ -99,11 +100,11 @@ Image read_image(NidsReader &reader, const NidsInfo &info) {
     image.lat = reader.blocks.latitude();
     image.lon = reader.blocks.longitude();
     int packet = info.packet;
-    for (int status = packet != 0 ? 1 : 0; status == 1; status = reader.next_packet(packet)) {
+    for (bool more = packet != 0; more; more = reader.next_packet(packet) == NidsRead::done) {
         if (!(NIDS_is_radial(packet) || NIDS_is_raster(packet)) || image.grid.bin <= 0) continue;
         image.looks.push_back(look_of(reader, info, packet));
         if (NIDS_is_radial(packet))
-            keep_radials(reader, packet, image);
+            keep_radials(reader, packet, NIDS_clutter_bins(options), image);
         else
             keep_rows(reader, info, image);
     }
@@ -112,18 +113,19 @@ Image read_image(NidsReader &reader, const NidsInfo &info) {
 
 /// Makes the file's product the present one.
 bool load(const std::string &file) {
-    NidsInfo &info = NIDS_state().info;
+    NidsPlotState &plot = NIDS_state();
+    NidsInfo &info = plot.info;
     if (state.image && state.image->file == file) {
         info = state.image->info;
         return true;
     }
     state.image.reset();
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    bool read = NIDS_open_stream(file) == 1 && NIDS_get_header(info) == 1;
+    bool read = NIDS_open_stream(file) && NIDS_get_header(info) == 1;
     if (read) {
         // The levels may be those of another product that was drawn later.
         NIDS_choose_levels(info);
-        state.image = read_image(NIDS_reader(), info);
+        state.image = read_image(NIDS_reader(), info, plot.options);
         state.image->file = file;
         read = state.image->cells.is_whole();
         if (!read) state.image.reset();

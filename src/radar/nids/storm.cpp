@@ -9,6 +9,7 @@
 
 namespace {
 
+// The pages of ICD 2620003: hail and storm structure, combined attributes.
 constexpr int kHailTable = 1;   ///< "VLOW" heading: TVS, MESO and hail words, then structure
 constexpr int kLiquidTable = 2; ///< "VIL" heading: azimuth/range and fixed columns
 constexpr float kStrongHail = 49.0F;
@@ -117,17 +118,17 @@ bool read_liquid_line(std::string_view line, NidsStorm &storm) {
 
 } // namespace
 
-int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm) {
+bool NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm) {
     if (contains(line, "VLOW"))
         layout = kHailTable;
     else if (contains(line, "VIL"))
         layout = kLiquidTable;
-    if (line.starts_with(" STM") || line.starts_with("NO STORM")) return 0;
+    if (line.starts_with(" STM") || line.starts_with("NO STORM")) return false;
     storm = NidsStorm{};
     const bool read = layout == kHailTable     ? read_hail_line(line, storm)
                       : layout == kLiquidTable ? read_liquid_line(line, storm)
                                                : false;
-    return read && !is_missing(storm.azimuth) ? 1 : 0;
+    return read && !is_missing(storm.azimuth);
 }
 
 bool NIDS_is_strong(const NidsStorm &storm) {
@@ -136,7 +137,7 @@ bool NIDS_is_strong(const NidsStorm &storm) {
 
 void NidsStormReader::line(std::string_view text) {
     NidsStorm storm;
-    if (NIDS_storm_line(text, layout_, storm) != 1) return;
+    if (!NIDS_storm_line(text, layout_, storm)) return;
     ++count_;
     const bool all = most_ == 0 && !strong_only_;
     if (all || (most_ > 0 && count_ <= most_) || (strong_only_ && NIDS_is_strong(storm)))

@@ -20,8 +20,9 @@ struct NidsStorm {
     float direction = kMissingF, speed_kt = kMissingF; ///< motion
 };
 
-/// Parses one line of a storm table; `layout` (1 or 2) is switched by heading lines. 1 when a storm was read.
-int NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm);
+/// Parses one line of a storm table; `layout` (1 or 2) is switched by heading lines. False when no storm was
+/// read.
+[[nodiscard]] bool NIDS_storm_line(std::string_view line, int &layout, NidsStorm &storm);
 /// Picks one storm attribute for a plot variable.
 void NIDS_get_plot_data(const NidsStorm &storm, std::string_view variable, StationData &record);
 

@@ -1,18 +1,16 @@
 #include "radar/nids/stream.h"
 
 #include <algorithm>
-#include <array>
 
 #include "lib/files/kept_input.h"
 #include "lib/report/message.h"
 #include "lib/system/stream.h"
 #include "lib/text/scan.h"
+#include "radar/common/file_kind.h"
 #include "radar/common/inflate.h"
 
 namespace {
 
-/// Carriage return, carriage return, line feed, end of text: what a transmission puts behind a product.
-constexpr std::array kTrailer{std::byte{13}, std::byte{13}, std::byte{10}, std::byte{3}};
 constexpr std::byte kLineFeed{10};
 
 bool is_damage(Inflated result) {
@@ -29,8 +27,9 @@ void tell_limit(Inflated result) {
 }
 
 std::span<const std::byte> without_trailer(std::span<const std::byte> bytes) {
-    if (bytes.size() >= kTrailer.size() && std::ranges::equal(bytes.last(kTrailer.size()), kTrailer))
-        return bytes.first(bytes.size() - kTrailer.size());
+    if (bytes.size() >= kTransmissionEnd.size() &&
+        std::ranges::equal(bytes.last(kTransmissionEnd.size()), kTransmissionEnd))
+        return bytes.first(bytes.size() - kTransmissionEnd.size());
     return bytes;
 }
 
@@ -192,34 +191,39 @@ std::span<const std::byte> NidsStream::take(std::size_t count) {
     return reader_.take(std::min(count, reader_.remaining()));
 }
 
-int NidsStream::exhaust() {
+void NidsStream::exhaust() {
     reader_.take(reader_.remaining());
-    return !in_file_ && is_damage(inflated_result_) ? 0 : -1;
 }
 
-int NidsStream::read(std::span<std::byte> buffer) {
-    if (buffer.empty()) return 1;
+/// Exhausts the stream, and tells by what.
+NidsRead NidsStream::end() {
+    exhaust();
+    return !in_file_ && is_damage(inflated_result_) ? NidsRead::none : NidsRead::exhausted;
+}
+
+NidsRead NidsStream::read(std::span<std::byte> buffer) {
+    if (buffer.empty()) return NidsRead::done;
     const auto bytes = take(buffer.size());
     std::ranges::copy(bytes, buffer.begin());
-    return bytes.size() == buffer.size() ? 1 : exhaust();
+    return bytes.size() == buffer.size() ? NidsRead::done : end();
 }
 
-int NidsStream::read_short(std::int16_t &value) {
-    if (reader_.remaining() < sizeof value) return exhaust();
+NidsRead NidsStream::read_short(std::int16_t &value) {
+    if (reader_.remaining() < sizeof value) return end();
     value = reader_.i16();
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsStream::read_long(std::int32_t &value) {
-    if (reader_.remaining() < sizeof value) return exhaust();
+NidsRead NidsStream::read_long(std::int32_t &value) {
+    if (reader_.remaining() < sizeof value) return end();
     value = reader_.i32();
-    return 1;
+    return NidsRead::done;
 }
 
-int NidsStream::skip_line() {
+NidsRead NidsStream::skip_line() {
     while (true) {
         const auto byte = reader_.take(1);
-        if (byte.empty()) return exhaust();
-        if (byte[0] == kLineFeed) return 1;
+        if (byte.empty()) return end();
+        if (byte[0] == kLineFeed) return NidsRead::done;
     }
 }

@@ -27,6 +27,13 @@ struct NidsExtent {
     Inflated result = Inflated::done; ///< how its decompression, or that of a gzip file, ended
 };
 
+/// How a reader fared. As numbers these are what the described procedures return.
+enum class NidsRead : int {
+    exhausted = -1, ///< nothing more can be read
+    none = 0,       ///< what was asked for is not there, or could not be decompressed
+    done = 1
+};
+
 class NidsStream {
 public:
     /// Takes over the bytes of a whole file and rewinds to its start.
@@ -58,14 +65,14 @@ public:
 
     /// Takes at most `count` bytes: what is left when there are fewer.
     std::span<const std::byte> take(std::size_t count);
-    /// Nothing more can be read; returns what a reader returns then: 0 after a decompression error, else -1.
-    int exhaust();
-    /// Fills the buffer. 1; 0 on a decompression error; -1 when there is no more data.
-    [[nodiscard]] int read(std::span<std::byte> buffer);
-    [[nodiscard]] int read_short(std::int16_t &value);
-    [[nodiscard]] int read_long(std::int32_t &value);
+    /// Nothing more can be read.
+    void exhaust();
+    /// Fills the buffer. `none` on a decompression error, `exhausted` when there is no more data.
+    [[nodiscard]] NidsRead read(std::span<std::byte> buffer);
+    [[nodiscard]] NidsRead read_short(std::int16_t &value);
+    [[nodiscard]] NidsRead read_long(std::int32_t &value);
     /// Reads up to and including the next line feed.
-    [[nodiscard]] int skip_line();
+    [[nodiscard]] NidsRead skip_line();
 
 private:
     static constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
@@ -74,6 +81,7 @@ private:
     void fill_inflated(NidsCompression kind, std::span<const std::byte> front,
                        std::span<const std::byte> rest);
     void inflate_rest(NidsCompression kind);
+    [[nodiscard]] NidsRead end();
     std::string read_line(std::size_t limit);
     [[nodiscard]] bool message_at(std::size_t shift) const;
 

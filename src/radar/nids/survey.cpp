@@ -5,22 +5,20 @@
 
 #include "lib/report/message.h"
 #include "lib/text/strings.h"
+#include "radar/nids/image.h"
 #include "radar/nids/product_reader.h"
 
 namespace {
 
-bool is_radial(int packet) {
-    return packet == kPacketRadial || packet == kPacketDigitalRadial;
-}
 bool has_cells(int packet) {
-    return is_radial(packet) || packet == kPacketRaster || packet == kPacketDigitalPrecip;
+    return NIDS_is_radial(packet) || NIDS_is_raster(packet);
 }
 bool is_drawn(int packet) {
     return has_cells(packet) || packet == kPacketText || packet == kPacketTextValue ||
            packet == kPacketVector || packet == kPacketVectorValue || packet == kPacketWind;
 }
 
-/// Packets that no reader knows, as far as their length is told.
+/// Packets that no reader knows, as far as ICD 2620001 tells their length.
 enum UnreadPacket : int {
     kPacketTrendTimes = 22,
     kPacketLastCounted = 26, ///< other codes up to here begin with the bytes that follow
@@ -58,20 +56,20 @@ void note(std::vector<int> &codes, int code) {
 
 void count_elements(NidsReader &reader, int packet, NidsSurvey &survey) {
     const NidsPacketState &state = reader.packet;
-    survey.radials = is_radial(packet);
+    survey.radials = NIDS_is_radial(packet);
     survey.elements_announced += state.elements_left;
     float start = 0, delta = 0;
-    while ((survey.radials ? reader.next_radial(start, delta) : reader.next_row()) == 1)
+    while ((survey.radials ? reader.next_radial(start, delta) : reader.next_row()) == NidsRead::done)
         if (!state.element_cut) ++survey.elements;
 }
 
 /// Walks the layer whose first packet has been read with result `status`.
-void survey_layer(NidsReader &reader, int status, NidsSurvey &survey) {
+void survey_layer(NidsReader &reader, NidsRead status, NidsSurvey &survey) {
     int packet = reader.packet.code;
     bool ended = false; // an unknown packet ends the image: what follows is not drawn either
-    while (status >= 0 && packet != 0 && packet != kPacketDivider) {
-        if (ended || status == 0 || !is_drawn(packet)) note(survey.undrawn, packet);
-        if (status == 0) {
+    while (status != NidsRead::exhausted && packet != 0 && packet != kPacketDivider) {
+        if (ended || status == NidsRead::none || !is_drawn(packet)) note(survey.undrawn, packet);
+        if (status == NidsRead::none) {
             ended = true;
             if (!skip_unread(reader.stream.bytes(), packet)) return;
         } else if (has_cells(packet)) {
@@ -88,10 +86,11 @@ void survey_further_layers(NidsReader &reader, NidsSurvey &survey) {
         if (reader.packet.code != kPacketDivider) return;
         reader.stream.bytes().u32(); // its length
         int packet = 0;
-        for (int status = reader.next_packet(packet); status >= 0; status = reader.next_packet(packet)) {
+        for (NidsRead status = reader.next_packet(packet); status != NidsRead::exhausted;
+             status = reader.next_packet(packet)) {
             if (packet == kPacketDivider) break;
             note(survey.further, packet);
-            if (status == 0 && !skip_unread(reader.stream.bytes(), packet)) return;
+            if (status == NidsRead::none && !skip_unread(reader.stream.bytes(), packet)) return;
         }
     }
 }
@@ -101,10 +100,11 @@ void survey_loose_packets(NidsReader &reader, NidsSurvey &survey) {
     const std::size_t offset = std::size_t{reader.blocks.description.graphic} * 2;
     if (offset == 0 || !reader.stream.seek_message(offset)) return;
     int packet = 0;
-    for (int status = reader.next_packet(packet); status >= 0; status = reader.next_packet(packet)) {
+    for (NidsRead status = reader.next_packet(packet); status != NidsRead::exhausted;
+         status = reader.next_packet(packet)) {
         if (packet == 0 || packet == kPacketDivider) return;
         note(survey.undrawn, packet);
-        if (status == 0 && !skip_unread(reader.stream.bytes(), packet)) return;
+        if (status == NidsRead::none && !skip_unread(reader.stream.bytes(), packet)) return;
     }
 }
 
@@ -147,7 +147,7 @@ NidsSurvey NIDS_survey(NidsReader &reader, const NidsInfo &info) {
     // What came whole out of its compression is whole, whatever length was written before compressing.
     if (!extent.inflated) survey.bytes_announced = announced_bytes(reader.blocks.message);
 
-    survey_layer(reader, info.packet != 0 ? 1 : 0, survey);
+    survey_layer(reader, info.packet != 0 ? NidsRead::done : NidsRead::none, survey);
     survey_further_layers(reader, survey);
     if (info.packet == 0 && survey.undrawn.empty()) survey_loose_packets(reader, survey);
     return survey;

@@ -9,9 +9,8 @@
 
 namespace {
 
-void fill(const std::array<Point, 5> &polygon, const Attribute &ink) {
-    const NidsInfo &info = NIDS_state().info;
-    const CellFrame frame(info.domain);
+void fill(const PlotDomain &product, const std::array<Point, 5> &polygon, const Attribute &ink) {
+    const CellFrame frame(product);
     CellCorners corners = polygon;
     for (Point &corner : corners) frame.line(corner, {}, std::span(&corner, 1));
     if (!frame.shows(corners)) return;
@@ -34,7 +33,7 @@ int NIDS_plot_WEDGE(std::array<Point, 5> &polygon, const std::array<float, 4> &s
         CONT_get_fill_attrib(ink, value);
         const int pattern = CONT_get_fill_pat();
         if (!is_missing(pattern)) ink.fill = pattern;
-        if (ink.color != kColorBackground) fill(polygon, ink);
+        if (ink.color != kColorBackground) fill(NIDS_state().info.domain, polygon, ink);
     }
     polygon[0].x += run * steps[0];
     polygon[0].y += run * steps[1];
