@@ -28,9 +28,6 @@ int LEV2_get_header(Lev2Info &info) {
 int LEV2_get_block(Lev2Radial &radial) {
     return LEV2_reader().next_block(radial) ? 1 : 0;
 }
-bool LEV2_is_cut() {
-    return LEV2_reader().is_cut();
-}
 int LEV2_next_block() {
     LEV2_reader().end_block();
     return 1;

@@ -30,8 +30,6 @@ int LEV2_close_file();
 /// Reads the next message: 1, or 0 at the end of the data or where they are damaged. Of a last message that
 /// is cut short the gates that are there are given.
 [[nodiscard]] int LEV2_get_block(Lev2Radial &radial);
-/// The data ended within a message since the volume was opened. Of a plain file it has been told.
-[[nodiscard]] bool LEV2_is_cut();
 /// Moves on to the next message. 1.
 int LEV2_next_block();
 /// Selects a moment of the radial, at its first gate. 1; 0 when the radial has no such moment. An unknown

@@ -64,12 +64,6 @@ int NIDS_prod_symb_layer() {
 int NIDS_packet(int &code) {
     return static_cast<int>(NIDS_reader().next_packet(code));
 }
-const NidsRadialHeader &NIDS_get_rad_hdr() {
-    return NIDS_reader().packet.radial;
-}
-const NidsRasterHeader &NIDS_get_ras_hdr() {
-    return NIDS_reader().packet.raster;
-}
 int NIDS_get_radial(float &start, float &delta) {
     return static_cast<int>(NIDS_reader().next_radial(start, delta));
 }

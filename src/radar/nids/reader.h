@@ -59,8 +59,6 @@ void NIDS_print_loc_elev(std::string_view event, float x, float y, float radar_l
 [[nodiscard]] int NIDS_prod_symb_layer();
 /// Reads the next packet header. 1 with its code; 0 at the end of the page or on an unknown code; -1.
 [[nodiscard]] int NIDS_packet(int &code);
-const NidsRadialHeader &NIDS_get_rad_hdr();
-const NidsRasterHeader &NIDS_get_ras_hdr();
 /// Next radial: start angle and width in degrees.
 [[nodiscard]] int NIDS_get_radial(float &start, float &delta);
 /// Next raster row.
