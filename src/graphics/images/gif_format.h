@@ -1,5 +1,6 @@
 #pragma once
-/// Inside of the image room: what the GIF writers and the reader share.
+/// Inside of the image room: what the GIF writers and the reader share. Blocks and codes: GIF89a
+/// specification.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,6 @@
 #pragma once
-/// Inside of the image room: the window dump format, which its writer and its reader share.
+/// Inside of the image room: the window dump format, which its writer and its reader share. Version 7 of the
+/// X Window System's dump file.
 
 #include <cstdint>
 

@@ -1,3 +1,5 @@
+/// Snyder, chapter 22, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace gnomonic {

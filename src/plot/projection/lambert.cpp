@@ -1,3 +1,5 @@
+/// Snyder, chapter 15, two standard parallels, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace lambert {

@@ -1,3 +1,5 @@
+/// Snyder, chapter 24, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace lambert_azimuthal {

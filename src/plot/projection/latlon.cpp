@@ -1,3 +1,5 @@
+/// Snyder, chapter 12, equidistant cylindrical, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace latlon {

@@ -1,3 +1,5 @@
+/// Snyder, chapter 7, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace mercator {

@@ -1,3 +1,5 @@
+/// Snyder, chapter 31, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace mollweide {

@@ -1,3 +1,5 @@
+/// Snyder, chapter 20, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace orthographic {

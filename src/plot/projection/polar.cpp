@@ -1,3 +1,5 @@
+/// Snyder, chapter 21, polar aspect, on the sphere.
+
 #include "plot/projection/families.h"
 
 namespace polar {

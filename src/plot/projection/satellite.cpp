@@ -1,3 +1,5 @@
+/// Snyder, chapter 23, vertical perspective.
+
 #include "plot/projection/families.h"
 
 namespace satellite {

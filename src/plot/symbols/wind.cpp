@@ -19,6 +19,8 @@ constexpr int kPennant = 50, kBarb = 10, kHalfBarb = 5;
 // Lengths as fractions of the staff.
 constexpr float kCalmRadius = 0.1F;
 constexpr float kBarbLength = 0.4F;
+// What barbs and pennants count: WMO-No. 485, graphical representation of data. Their shape is this
+// program's.
 constexpr float kBarbSlant = 0.15F; ///< how far the tip of a barb leans outwards
 constexpr float kStep = 0.13F;      ///< between two barbs
 constexpr float kFeathered = 0.9F;  ///< part of the staff that may carry barbs

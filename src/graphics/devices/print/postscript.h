@@ -1,5 +1,6 @@
 #pragma once
-/// The PostScript device. Device units are points (1/72 inch), y upwards. The kernel has clipped to the
+/// The PostScript device (PostScript Language Reference, third edition; document structuring conventions 3.0,
+/// encapsulated files 3.0). Device units are points (1/72 inch), y upwards. The kernel has clipped to the
 /// window, converted and checked; this device inks. A write error is remembered and reported once, at close.
 
 #include <span>

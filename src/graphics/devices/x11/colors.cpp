@@ -74,7 +74,7 @@ bool own_cell(X11Session &s, XColor &color) {
     return true;
 }
 
-/// How light the eye takes a colour for, of the sum of its components' shares 1.
+/// How light the eye takes a colour for, of the sum of its components' shares 1 (ITU-R BT.601, rounded).
 constexpr float kRedShare = 0.30F, kGreenShare = 0.59F, kBlueShare = 0.11F;
 
 /// Square of the difference that is seen, 0 to 1.
