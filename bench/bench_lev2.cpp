@@ -77,9 +77,9 @@ BENCHMARK(every_radial)->Unit(benchmark::kMillisecond);
 
 /// Radials of one cut onto the memory display: all of them, a half, a quarter.
 void draw_gates(benchmark::State &state) {
-    gopen_gks("", 0);
+    (void)gopen_gks("", 0);
     gset_win_size(1000, 800);
-    gopen_ws(1, "memory", DeviceKind::win);
+    (void)gopen_ws(1, "memory", DeviceKind::win);
     GPH_set_maxview(1);
     PlotDomain domain;
     LEV2_get_domain(domain, 38.7F, -90.7F, 460);
@@ -101,7 +101,7 @@ void draw_gates(benchmark::State &state) {
         for (int i = 0; i < radials; ++i) painter.draw(static_cast<float>(i) / 2, 1, 2, gates);
     }
     state.counters["gates"] = static_cast<double>(radials) * static_cast<double>(levels.size());
-    gclose_ws(1);
+    (void)gclose_ws(1);
     gclose_gks();
 }
 BENCHMARK(draw_gates)->Arg(180)->Arg(360)->Arg(720)->Unit(benchmark::kMillisecond);

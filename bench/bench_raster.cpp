@@ -55,14 +55,14 @@ public:
     explicit Workstation(const char *display) {
         gsetup_window();
         gset_win_size(kWidth, kHeight);
-        gopen_gks("", 0);
+        (void)gopen_gks("", 0);
         open_ = gopen_ws(1, display, DeviceKind::win) == 0;
         if (open_) GPH_set_maxview(1);
     }
     Workstation(const Workstation &) = delete;
     Workstation &operator=(const Workstation &) = delete;
     ~Workstation() {
-        if (open_) gclose_ws(1);
+        if (open_) (void)gclose_ws(1);
         gclose_gks();
     }
     [[nodiscard]] bool is_open() const { return open_; }
@@ -144,7 +144,7 @@ void step_frames(benchmark::State &state) {
     const Workstation workstation("");
     if (!workstation.is_open()) return state.SkipWithError("no display");
     for (int i = 0; i < kFrames; ++i) {
-        gcreate_frame(i);
+        (void)gcreate_frame(i);
         gselect_frame(i);
         GPH_set_color(2, static_cast<float>(i) / kFrames, 0.5F, 0);
         gsel_norm_tran(1);

@@ -44,13 +44,13 @@ void read_devices(const std::string &text) {
     apply_postscript_options(options, text, inverse);
     if (!(options.scale >= kSmallestScale && options.scale <= kLargestScale)) std::abort();
     PrintPage page = postscript_area(options.page);
-    place_by_geometry(text, {}, page);
+    (void)place_by_geometry(text, {}, page);
     eps_layout(options, page);
 }
 
 void read_plot_words(const std::string &text) {
     RadarOptions options;
-    for (const std::string &word : parse_string(text, ',')) RADAR_option_word(word, options);
+    for (const std::string &word : parse_string(text, ',')) (void)RADAR_option_word(word, options);
     PLT_label_format(text);
     NidsStormReader reader(10, text.size() % 2 == 0);
     std::istringstream lines(text);
@@ -61,8 +61,8 @@ void read_plot_words(const std::string &text) {
 void read_map_item(std::string_view item) {
     take_map_pass(item);
     if (const auto guard = parse_region_guard(item)) static_cast<void>(guard->matches(40, -90, 10));
-    take_size_conditions(item, 10);
-    is_foreign_body(item);
+    (void)take_size_conditions(item, 10);
+    (void)is_foreign_body(item);
     parse_map_file_item(item);
     parse_image_item(item);
     parse_latlon_item(item);

@@ -14,11 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static_cast<void>(quiet);
     const ScratchFile file({reinterpret_cast<const char *>(data), size});
     // A file that is not finished by us is refused, after a message.
-    gopen_gks("", 0);
+    (void)gopen_gks("", 0);
     if (gopen_ws(1, "p,+" + file.name() + ",color", DeviceKind::ps) >= 0) {
         gactivate_ws(1);
         gdeactivate_ws(1);
-        gclose_ws(1);
+        (void)gclose_ws(1);
     }
     gclose_gks();
     return 0;

@@ -133,6 +133,38 @@ TEST_F(WindowLoop, AZoomBoxIsPlottedInEveryFrame) {
     EXPECT_TRUE(said("Original domain: ")) << log();
 }
 
+TEST_F(WindowLoop, ABoxStaysOnTheScreenWhileTheLoopRuns) {
+    start_loop(2);
+    ASSERT_TRUE(pause());
+    std::array<Picture, 2> plain;
+    for (int looks = 0; looks < 2; ++looks) {
+        const int shown = frame();
+        plain.at(static_cast<std::size_t>(shown)) = eye_->picture();
+        press("Right");
+        ASSERT_TRUE(shows(1 - shown));
+    }
+    press("alt+l");
+    act(at(250, 200) + "keydown shift mousedown 1 " + at(300, 220) + at(350, 250));
+    for (const int wanted : {0, 1, 0}) {
+        EXPECT_TRUE(comes_true(
+            [&] {
+                const int shown = frame();
+                const Picture seen = eye_->picture();
+                if (shown != wanted || frame() != wanted) return false;
+                const Picture &without = plain.at(static_cast<std::size_t>(wanted));
+                int edge = 0;
+                for (int x = 255; x < 345; ++x) edge += seen.at(x, 200) != without.at(x, 200) ? 1 : 0;
+                return edge > 60 && seen.at(300, 225) == without.at(300, 225);
+            },
+            kDeadline))
+            << "over frame " << wanted;
+    }
+    act("key Escape mouseup 1 keyup shift");
+    EXPECT_TRUE(comes_true([&] { return eye_->picture() == plain[0]; }, kDeadline)) << "no box any more";
+    EXPECT_EQ(end("alt+q"), 0) << log();
+    EXPECT_FALSE(said("New domain: ")) << log();
+}
+
 TEST_F(WindowLoop, AnIconShowsTheNextFramesWhenItOpens) {
     start_loop(2);
     eye_->unmap();
