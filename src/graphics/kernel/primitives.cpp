@@ -48,14 +48,14 @@ bool markers_outside(std::span<const Point> points, float half) {
     return !box_meets(points, m.window, safe_ratio(half, scale_x), safe_ratio(half, scale_y));
 }
 
-void stroke_marker(const MarkerShape &shape, const Point &center, float half) {
+void stroke_marker(const MarkerShape &shape, const Point &centre, float half) {
     const float unit = shape.scaled ? half : 1;
     const float upwards = shape.upright ? -unit : unit;
     for (const std::span<const Point> path : shape.paths) {
         if (path.empty()) continue;
         std::array<Point, 13> device;
         std::transform(path.begin(), path.end(), device.begin(), [&](const Point &p) {
-            return Point{center.x + p.x * unit, center.y + p.y * upwards};
+            return Point{centre.x + p.x * unit, centre.y + p.y * upwards};
         });
         gps_stroke(std::span<const Point>(device.data(), path.size()));
     }

@@ -48,13 +48,13 @@ std::array<std::pair<RasterContext, int>, kRasterContexts> context_colors() {
              {RasterContext::fill, s.fill.color}}};
 }
 
-void draw_marker(const MarkerShape &shape, const Point &center, float half) {
+void draw_marker(const MarkerShape &shape, const Point &centre, float half) {
     const float unit = shape.scaled ? half : 1;
     for (const std::span<const Point> path : shape.paths) {
         if (path.empty()) continue;
         std::array<PixelPoint, 13> pixels;
         std::transform(path.begin(), path.end(), pixels.begin(), [&](const Point &p) {
-            return to_pixel({center.x + p.x * unit, center.y + p.y * unit});
+            return to_pixel({centre.x + p.x * unit, centre.y + p.y * unit});
         });
         if (path.size() == 1)
             graster_point(RasterContext::marker, pixels[0]);
@@ -67,8 +67,8 @@ void draw_markers(std::span<const Point> world, float half, float shift) {
     const GraphicsState &s = gstate();
     const MarkerShape &shape = marker_shape(s.marker.type);
     for (const Point &p : world) {
-        const Point center = world_to_pixel(s.map, p);
-        draw_marker(shape, {center.x + shift, center.y + shift}, half);
+        const Point centre = world_to_pixel(s.map, p);
+        draw_marker(shape, {centre.x + shift, centre.y + shift}, half);
     }
 }
 

@@ -23,18 +23,18 @@ struct LocalAxes {
     Vector east, north;
 };
 
-/// How the plane moves with a step from `center` towards (east, north), from a step each way. Nothing when
+/// How the plane moves with a step from `centre` towards (east, north), from a step each way. Nothing when
 /// neither end is shown.
 std::optional<Vector> probe(const MapProjection &projection, const SphereOrigin &origin,
-                            const PlanePoint &center, double east, double north) {
+                            const PlanePoint &centre, double east, double north) {
     constexpr double step = kProbeKm / 100; // plane units
     const auto shown = [&](double sign) {
         const SpherePoint place = origin.at(sign * step * east, sign * step * north);
         return project(projection, place.lat, place.lon);
     };
     const PlanePoint ahead = shown(1), behind = shown(-1);
-    const Vector forth{ahead.x - center.x, ahead.y - center.y},
-        back{center.x - behind.x, center.y - behind.y};
+    const Vector forth{ahead.x - centre.x, ahead.y - centre.y},
+        back{centre.x - behind.x, centre.y - behind.y};
     if (!ahead.visible && !behind.visible) return std::nullopt;
     if (!behind.visible || back.length() > kTorn * forth.length()) return forth;
     if (!ahead.visible || forth.length() > kTorn * back.length()) return back;
@@ -44,11 +44,11 @@ std::optional<Vector> probe(const MapProjection &projection, const SphereOrigin 
 std::optional<LocalAxes> local_axes(const MapProjection &projection, double x, double y) {
     const GeoPoint place = unproject(projection, x, y);
     if (place.lat == kMissingF) return std::nullopt;
-    const PlanePoint center = project(projection, place.lat, place.lon);
-    if (!center.visible) return std::nullopt;
+    const PlanePoint centre = project(projection, place.lat, place.lon);
+    if (!centre.visible) return std::nullopt;
     const SphereOrigin origin(place.lat, place.lon);
-    const auto east = probe(projection, origin, center, 1, 0);
-    const auto north = probe(projection, origin, center, 0, 1);
+    const auto east = probe(projection, origin, centre, 1, 0);
+    const auto north = probe(projection, origin, centre, 0, 1);
     if (!east || !north) return std::nullopt;
     return LocalAxes{*east, *north};
 }

@@ -130,7 +130,7 @@ struct Line {
 /// Factor, at most 1, by which the labels of a line must shrink to stand apart and on the page.
 float shrink_to_fit(const Line &line, const Layout &layout, float text_height) {
     const Rect &view = layout.view;
-    const float inset = kInset * view.width(), center = (view.xmin + view.xmax) / 2;
+    const float inset = kInset * view.width(), centre = (view.xmin + view.xmax) / 2;
     const float start = view.xmin + inset, end = view.xmax - inset;
     const float left = gtext_width(line.text[0]), half = gtext_width(line.text[1]) / 2,
                 right = gtext_width(line.text[2]);
@@ -139,11 +139,11 @@ float shrink_to_fit(const Line &line, const Layout &layout, float text_height) {
         if (width > 0 && width > room) factor = std::min(factor, room / width);
     };
     fit(left, layout.page.xmax - start);
-    fit(half, std::min(center - line.left_limit, layout.page.xmax - center));
+    fit(half, std::min(centre - line.left_limit, layout.page.xmax - centre));
     fit(right, end - line.left_limit);
     if (half > 0) {
-        if (left > 0) fit(left + half, center - start - text_height);
-        if (right > 0) fit(right + half, end - center - text_height);
+        if (left > 0) fit(left + half, centre - start - text_height);
+        if (right > 0) fit(right + half, end - centre - text_height);
     } else if (left > 0 && right > 0) {
         fit(left + right, end - start - text_height);
     }
