@@ -70,6 +70,8 @@ TEST(Date, LabelsShortenWithUnsetFields) {
     EXPECT_EQ(DATE_make_label(make(2003, 7, 4, 18)), "18Z  4 JUL 03");
     EXPECT_EQ(DATE_make_label(make(2003, 7, 4, 18, 30)), "1830Z  4 JUL 03");
     EXPECT_EQ(DATE_make_label(make(-5, 13, 32, 24, 60)), "0000Z  1 JAN 80");
+    EXPECT_EQ(DATE_make_label(make(1999, 12, 31, 23, 59)), "2359Z 31 DEC 99")
+        << "the last that a label can show";
     EXPECT_EQ(DATE_make_label(make(2003, kMissing, 4, 18, 30)), "03")
         << "the first unset field ends the label";
 }
