@@ -87,7 +87,7 @@ Rect GPH_get_view_size() {
 void GPH_set_maxview(int ws_id) {
     ginq_maxview(ws_id, state.view_x, state.view_y);
     const Rect view{0, state.view_x, 0, state.view_y};
-    gsel_norm_tran(0);
+    gsel_norm_tran(kNdcTransform);
     gset_ws_win(ws_id, view);
     gset_win(kViewTransform, view);
     gset_vp(kViewTransform, view);

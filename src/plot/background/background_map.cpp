@@ -129,14 +129,13 @@ int draw_map_item(std::string_view body) {
 
 /// "file", "file:colour:x:y" or "file::x:y". The image lies in the map's panel, or in the whole view.
 int draw_image_item(std::string_view text, bool whole_view) {
-    constexpr int view_transform = 1;
     PLT_mess("Map-image: %s", std::string(text).c_str());
     const MapImageItem item = parse_image_item(text);
     std::string directory;
     (void)RES_getval("image_path", directory, ResourceKind::directory); // unset, the default stays
     Rgb transparent;
     const bool has_transparent = gnamed_color(item.transparent, transparent);
-    if (whole_view) GPH_trans(view_transform);
+    if (whole_view) GPH_trans(kViewTransform);
     const int drawn = goverlay_image_file(FILE_add_path(directory, item.file),
                                           has_transparent ? &transparent : nullptr, item.x, item.y);
     if (whole_view) GPH_trans(kDataTransform);

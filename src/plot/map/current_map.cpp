@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "plot/projection/direction.h"
 #include "plot/projection/sphere.h"
@@ -85,8 +86,8 @@ int MAP_domain(const PlotDomain *domain) {
 
 int MAP_setup(const PlotDomain &domain) {
     const int status = MAP_domain(&domain);
-    gset_win(2, state.limits);
-    gsel_norm_tran(2);
+    gset_win(kDataTransform, state.limits);
+    gsel_norm_tran(kDataTransform);
     return status;
 }
 

@@ -72,7 +72,7 @@ CellFrame::CellFrame(const PlotDomain &product, float lat, float lon) : CellFram
 }
 
 CellFrame::CellFrame(const PlotDomain &product)
-    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(2)),
+    : product_(product), plot_(MAP_get_domain()), window_(GPH_get_win(kDataTransform)),
       direct_(DOM_comp_proj(product, plot_) == 1) {}
 
 Point CellFrame::plot_of_radar_point(const Point &grid) const {

@@ -112,7 +112,7 @@ std::optional<RadarReading> RADAR_read(std::string_view event, float x, float y,
     if (!asks(event) || !is_map_projection(MAP_get_proj())) return {};
     RadarReading reading;
     const Point place = seen_place(x, y);
-    const Rect plot = GPH_get_win(2);
+    const Rect plot = GPH_get_win(kDataTransform);
     const bool inside =
         place.x >= plot.xmin && place.x <= plot.xmax && place.y >= plot.ymin && place.y <= plot.ymax;
     const bool on_map = inside && MAP_untran(reading.lat, reading.lon, place.x, place.y) == 1;

@@ -81,7 +81,7 @@ void draw_rows(NidsReader &reader, const NidsInfo &info, const NidsImageGrid &gr
 /// The product's screen, on which symbols stand, laid over the plot: rows count downwards from the upper
 /// edge.
 struct SymbolScreen {
-    Rect window = GPH_get_win(2);
+    Rect window = GPH_get_win(kDataTransform);
     float unit = window.height() / kSymbolScreen;
 
     [[nodiscard]] Point at(float i, float j) const {

@@ -152,7 +152,7 @@ int NIDS_plot_data() {
     NidsStormReader storm_lines(state.most_storms, state.strong_only);
     read_pages(reader, ink, state.graph || VAR_has("table") == 1, storm_lines);
     if (is_map_projection(MAP_get_proj())) {
-        scale.height = GPH_get_win(2).height();
+        scale.height = GPH_get_win(kDataTransform).height();
         const std::vector<PlacedStorm> storms =
             place_storms(storm_lines.storms(), SphereOrigin(scale.radar_lat, radar_lon));
         for (int i = 0; i < VAR_get_num(); ++i) {
