@@ -2,7 +2,7 @@
 ///   make_samples DIRECTORY
 /// One file of each Level III kind, and a series of six base reflectivities, named
 /// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, those of records in a series of three, named
-/// KLSX_<form>_<YYYYMMDD>_<hhmm>.
+/// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics, named <format>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,16 +13,18 @@
 #include "lib/text/strings.h"
 #include "samples/level2.h"
 #include "samples/level3_products.h"
+#include "samples/mosaic.h"
 
 namespace {
 
 constexpr int kSeriesLength = 6, kVolumes = 3;
 
-bool write_file(const std::string &directory, const std::string &kind, std::int64_t time,
+/// `what` and the time make the name.
+bool write_file(const std::string &directory, const std::string &what, std::int64_t time,
                 const samples::Bytes &bytes) {
     DateRecord date;
     DATE_get_gmdate(&time, date);
-    const std::string name = format_text("KLSX_%s_%04d%02d%02d_%02d%02d", kind.c_str(), date.year, date.month,
+    const std::string name = format_text("%s_%04d%02d%02d_%02d%02d", what.c_str(), date.year, date.month,
                                          date.day, date.hour, date.minute);
     Stream file = FILE_open(FILE_add_path(directory, name), "wb");
     const bool written =
@@ -33,7 +35,7 @@ bool write_file(const std::string &directory, const std::string &kind, std::int6
 }
 
 bool write_product(const std::string &directory, const samples::NamedProduct &named) {
-    return write_file(directory, named.kind, named.product.time,
+    return write_file(directory, "KLSX_" + named.kind, named.product.time,
                       samples::level3_file(named.product, named.framing, named.compression));
 }
 
@@ -41,7 +43,15 @@ bool write_volume(const std::string &directory, const std::string &kind, samples
                   double minutes = 0) {
     const samples::Level2Volume volume =
         samples::level2_volume(minutes, form == samples::Level2Form::records);
-    return write_file(directory, kind, volume.time, samples::level2_file(volume, form));
+    return write_file(directory, "KLSX_" + kind, volume.time, samples::level2_file(volume, form));
+}
+
+bool write_mosaics(const std::string &directory) {
+    using namespace samples;
+    return write_file(directory, "nowrad", kFirstVolume, nowrad_file(nowrad_latlon(0))) &&
+           write_file(directory, "nowradus", kFirstVolume, nowrad_file(nowrad_lambert(0))) &&
+           write_file(directory, "kavrad", kFirstVolume, kavrad_file(kavrad(0, false, false))) &&
+           write_file(directory, "kavradhalf", kFirstVolume, kavrad_file(kavrad(0, true, true)));
 }
 
 } // namespace
@@ -65,5 +75,5 @@ int main(int argc, char *argv[]) {
     for (int i = 0; i < kVolumes; ++i)
         volumes = volumes && write_volume(directory, "records", samples::Level2Form::records,
                                           i * samples::kVolumeMinutes);
-    return volumes ? EXIT_SUCCESS : EXIT_FAILURE;
+    return volumes && write_mosaics(directory) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -14,6 +14,7 @@
 #include "lib/text/strings.h"
 #include "plot/colour/levels.h"
 #include "plot/session/parameters.h"
+#include "radar/common/mosaic.h"
 #include "radar/common/options.h"
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
@@ -31,14 +32,19 @@ constexpr std::array kLaterParams{
     without_effect("gridx"),  without_effect("plt_grid"), without_effect("nohdr"),  without_effect("max_bad"),
     without_effect("grdfmt"), without_effect("lab"),      without_effect("rlab"),   without_effect("hlab"),
     without_effect("maxl"),   without_effect("grid"),     without_effect("conmap"), without_effect("mapcon"),
-    without_effect("noclar"), without_effect("slabel"),   without_effect("run")};
+    without_effect("noclar"), without_effect("slabel")};
 
 constexpr std::array kOutputKinds{WordRule{"gif", PARAM_text}, WordRule{"png", PARAM_text},
                                   WordRule{"vyx", PARAM_text}};
 
 void check_lists() {
-    const std::array params{PLT_param_words(),  CONT_param_words(), RADAR_param_words(),
-                            NIDS_param_words(), LEV2_param_words(), std::span<const WordRule>(kLaterParams)};
+    const std::array params{PLT_param_words(),
+                            CONT_param_words(),
+                            RADAR_param_words(),
+                            NIDS_param_words(),
+                            LEV2_param_words(),
+                            MOSAIC_param_words(),
+                            std::span<const WordRule>(kLaterParams)};
     PARAM_check("plot_param", params);
     const std::array kinds{std::span<const WordRule>(kOutputKinds)};
     PARAM_check("out_file", kinds);

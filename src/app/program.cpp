@@ -23,10 +23,13 @@
 #include "plot/places/region.h"
 #include "plot/session/parameters.h"
 #include "plot/session/plot_session.h"
+#include "radar/common/mosaic.h"
+#include "radar/kavrad/plot.h"
 #include "radar/lev2/plot.h"
 #include "radar/lev2/reader.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
+#include "radar/nowrad/plot.h"
 
 namespace {
 
@@ -57,14 +60,26 @@ void plot_lev2(bool chosen, bool records) {
     LEV2_plot(domain);
 }
 
+/// A mosaic has no radar whose surroundings are its plot: the region is asked for, one picture after the
+/// other.
+void plot_mosaic(bool chosen, const char *prompt, void (*set_date)(const DateRecord *),
+                 int (*plot)(PlotDomain &domain)) {
+    constexpr int kRegionOfUser = 1;
+    std::string name;
+    if (!chosen) (void)FILE_get_file(prompt, name);
+    MOSAIC_check_variables();
+    set_date(nullptr);
+    PlotDomain domain;
+    while (DOM_prompt_region(domain, kRegionOfUser) >= 1) plot(domain);
+}
+
 /// Input types that this version knows by name only.
 struct UnreadType {
     int code;
     const char *name;
 };
 constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"},
-                                  UnreadType{kInputNowrad, "NOWRad"}, UnreadType{kInputRcm, "RCM site"},
-                                  UnreadType{kInputKavrad, "KAVRAD"}};
+                                  UnreadType{kInputRcm, "RCM site"}};
 
 ExitStatus dispatch(int type) {
     const bool chosen = type == kInputAuto;
@@ -79,6 +94,14 @@ ExitStatus dispatch(int type) {
     }
     if (type == kInputLev2 || type == kInputLev2z) {
         plot_lev2(chosen, type == kInputLev2z);
+        return kExitOk;
+    }
+    if (type == kInputNowrad) {
+        plot_mosaic(chosen, "Enter the NOWRad filename: ", NOWRad_set_date, NOWRad_plot);
+        return kExitOk;
+    }
+    if (type == kInputKavrad) {
+        plot_mosaic(chosen, "Enter the KAVRAD filename: ", KAVRAD_set_date, KAVRAD_plot);
         return kExitOk;
     }
     for (const UnreadType &unread : kUnreadTypes) {

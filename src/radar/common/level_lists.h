@@ -13,7 +13,7 @@ inline constexpr std::string_view kSummaryLevels = "None,Blue,Cyan,Green,Yellow,
 inline constexpr float kSummaryBase = -0.5F, kSummaryInterval = 1.0F;
 inline constexpr int kSummaryTop = 6; ///< the highest level that is drawn
 
-/// Reflectivity of national mosaics, dBZ in steps of 5; what has no echo is -100.
-inline constexpr std::string_view kMosaicLevels =
+/// Reflectivity, dBZ in steps of 5; what has no echo is -100.
+inline constexpr std::string_view kReflectivityLevels =
     "-100:off,5:blue,10:lblue,15:cyan,20:lcyan,25:green,30:lgreen,35:brown,40:yellow,45:red,50:lred,"
     "55:magenta,60:lmagenta,65:dgray,70:lgray,75:white";

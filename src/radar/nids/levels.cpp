@@ -13,9 +13,7 @@ struct Row {
 
 constexpr NidsLevelRule kByThresholds{
     "off,blue,lblue,cyan,lcyan,green,lgreen,brown,yellow,red,lred,magenta,lmagenta,dgray,lgray,white", true};
-constexpr NidsLevelRule kReflectivity{"-100:off,5:blue,10:lblue,15:cyan,20:lcyan,25:green,30:lgreen,35:brown,"
-                                      "40:yellow,45:red,50:lred,55:magenta,"
-                                      "60:lmagenta,65:dgray,70:lgray,75:white"};
+constexpr NidsLevelRule kReflectivity{kReflectivityLevels};
 constexpr NidsLevelRule kVelocity{kDopplerLevels};
 constexpr NidsLevelRule kStormRelative{
     "-50:lblue,-40:cyan,-30:lcyan,-22:green,-10:lgreen,-5:dgray,-1:off,0:lgray,"
