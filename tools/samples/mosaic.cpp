@@ -163,7 +163,8 @@ Bytes kavrad_file(const KavradFile &file) {
     out.text(header);
     unsigned current = 0x40; // no level
     for (int line = 0; line < lines; ++line) {
-        for (const Run &run : runs_of(file.level, line, columns)) {
+        // A line ends with its last column but one, or where a run goes on to its end.
+        for (const Run &run : runs_of(file.level, line, columns - 1)) {
             int left = run.cells;
             if (run.level != current || run.column == 0) {
                 const int now = std::min(left, kMostWithLevel);
@@ -171,7 +172,7 @@ Bytes kavrad_file(const KavradFile &file) {
                 left -= now;
                 current = run.level;
             }
-            if (left > 0 && run.column + run.cells == columns) {
+            if (left > 0 && run.column + run.cells == columns - 1) {
                 out.u8(kToLineEnd);
                 left = 0;
             }

@@ -85,6 +85,12 @@ int gfill_area(std::span<const Point> points);
 [[nodiscard]] bool gtakes_pixels();
 void gto_pixels(std::span<const Point> world, std::vector<PixelPoint> &pixels);
 void gfill_pixels(std::span<const PixelPoint> pixels);
+/// Where points of the current transform lie on a raster, pixels: x_at + x * x_per, y_at + y * y_per; half
+/// added and the fraction cut, they are those of gto_pixels.
+struct PixelScale {
+    float x_at = 0, x_per = 1, y_at = 0, y_per = 1;
+};
+PixelScale gpixel_scale();
 int gpolymarker(std::span<const Point> points);
 int gtext(const Point &position, std::string_view text);
 /// Fills a world rectangle with the background.

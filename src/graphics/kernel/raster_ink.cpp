@@ -94,6 +94,16 @@ void gto_pixels(std::span<const Point> world, std::vector<PixelPoint> &pixels) {
                    [&map](const Point &p) { return world_pixel(map, p); });
 }
 
+PixelScale gpixel_scale() {
+    const Mapping &map = gstate().map;
+    Rect window, view;
+    ginq_norm_tran(gstate().current_transform, window, view);
+    const Point low = world_to_pixel(map, {window.xmin, window.ymin});
+    const Point high = world_to_pixel(map, {window.xmax, window.ymax});
+    const float x_per = (high.x - low.x) / window.width(), y_per = (high.y - low.y) / window.height();
+    return {low.x - window.xmin * x_per, x_per, low.y - window.ymin * y_per, y_per};
+}
+
 void gfill_pixels(std::span<const PixelPoint> pixels) {
     if (!gtakes_pixels()) return;
     gnew_obj(ObjectType::fill_area, static_cast<int>(pixels.size()), 0, nullptr); // for the event pump

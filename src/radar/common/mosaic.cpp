@@ -150,7 +150,7 @@ void MosaicDriver::plot_frame() {
 
 MosaicGrid MosaicDriver::grid() const {
     const PlotDomain &domain = info_.domain;
-    MosaicGrid grid{.dx = domain.dx, .dy = domain.dy, .columns = domain.nx};
+    MosaicGrid grid{.dx = domain.dx, .dy = domain.dy, .columns = domain.nx, .lines = domain.ny};
     const MapDomainScope scope(domain);
     MAP_get_up_left(grid.x, grid.y);
     grid.y -= format_.first_edge * grid.dy;
@@ -169,10 +169,11 @@ void MosaicDriver::draw(const CellSink *other_sink) {
     CellFiller filler(ink);
     const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
     const CellFrame frame(info_.domain);
-    MosaicCells cells(frame, grid(), options_.run_length);
+    MosaicCells cells(frame, grid(), options_.run_length, ink, sink);
     MosaicLine line;
     int lines = 0;
-    for (; format_.next_line(stream_, line); ++lines) cells.draw(line.number, line.runs, ink, sink);
+    for (; format_.next_line(stream_, line); ++lines) cells.draw(line.number, line.runs);
+    cells.finish();
     tell_end(lines);
 }
 

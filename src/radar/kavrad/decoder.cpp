@@ -69,15 +69,19 @@ private:
     MosaicEnd end_ = MosaicEnd::complete;
 };
 
-/// "%2d%2d%2d%2d%2d%2d": hour, minute, second, day, month, year.
+/// Fields of two characters: hour, minute, second, day, month, year. One digit has a blank beside it.
 void read_date(std::string_view text, DateRecord &date) {
     constexpr int kLastHour = 23, kLastMinute = 59, kLastDay = 31, kLastMonth = 12, kThisCentury = 50,
                   kTwoDigits = 200;
-    Scanner scan(text);
     std::array<int, kDateWidth / 2> v{};
-    for (int &number : v) number = scan.integer(2).value_or(kMissing);
+    bool digits = true;
+    for (std::size_t i = 0; i < v.size(); ++i) {
+        const auto number = Scanner(text.substr(2 * i, 2)).integer();
+        digits = digits && number;
+        v[i] = number.value_or(kMissing);
+    }
     const auto within = [](int value, int first, int last) { return value >= first && value <= last; };
-    if (scan.failed() || !within(v[0], 0, kLastHour) || !within(v[1], 0, kLastMinute) ||
+    if (!digits || !within(v[0], 0, kLastHour) || !within(v[1], 0, kLastMinute) ||
         !within(v[2], 0, kLastMinute) || !within(v[3], 1, kLastDay) || !within(v[4], 1, kLastMonth) ||
         v[5] < 0) {
         MESS_print(kWarn, "KAVRAD_header: The header has no time\n");

@@ -1,0 +1,209 @@
+/// One simulated storm in every source: each draws it over the same places of the earth, and tells its value
+/// there.
+
+#include <cmath>
+#include <fstream>
+#include <functional>
+#include <random>
+
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "graphics/devices/raster/display.h"
+#include "graphics/kernel/helpers.h"
+#include "graphics/kernel/kernel.h"
+#include "lib/options/flags.h"
+#include "lib/report/message.h"
+#include "lib/resources/database.h"
+#include "plot/map/current_map.h"
+#include "plot/projection/sphere.h"
+#include "plot/session/plot_session.h"
+#include "radar/cell_places.h"
+#include "radar/kavrad/plot.h"
+#include "radar/nowrad/plot.h"
+#include "samples/mosaic.h"
+#include "samples/scene.h"
+
+namespace {
+
+/// The level that a source has for a reflectivity.
+using LevelOfDbz = std::function<int(double dbz)>;
+
+int five_dbz(double dbz) {
+    return std::clamp(static_cast<int>(std::floor(dbz / 5)), 0, 15);
+}
+
+/// Six intensities from 20 to 55 dBZ.
+int intensity(double dbz) {
+    int level = 0;
+    for (const double step : {20, 30, 40, 45, 50, 55}) level += dbz >= step ? 1 : 0;
+    return level;
+}
+
+/// Places of the simulated evening around which, `cell_km` to each side, the level changes by `spread` at
+/// most, from `level` to `value`: many with echo, and half as many without.
+std::vector<Place> places_of_storm(const LevelOfDbz &level_of, double cell_km, int spread) {
+    const samples::Site site;
+    const samples::Scene scene(0);
+    const SphereOrigin radar(site.lat, site.lon);
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> azimuth(0, 360), range(5, 220);
+    std::vector<Place> places;
+    std::size_t with_echo = 0;
+    for (int tries = 0; tries < 200000 && with_echo < 400; ++tries) {
+        const double angle = azimuth(random), km = range(random);
+        const double x = km * std::sin(angle * kDegree), y = km * std::cos(angle * kDegree);
+        const int level = level_of(scene.dbz(x, y));
+        if (level == 0 && places.size() - with_echo > with_echo / 2) continue;
+        int least = level, most = level;
+        for (int i = 0; i < 169; ++i) {
+            const int beside =
+                level_of(scene.dbz(x + (i % 13 - 6) * cell_km / 10, y + (i / 13 - 6) * cell_km / 10));
+            least = std::min(least, beside);
+            most = std::max(most, beside);
+        }
+        if (most - least > spread) continue;
+        const SpherePoint place = radar.towards(angle, km);
+        places.push_back(
+            {static_cast<float>(place.lat), static_cast<float>(place.lon), static_cast<float>(most), least});
+        with_echo += level > 0 ? 1 : 0;
+    }
+    EXPECT_GT(with_echo, 100U);
+    return places;
+}
+
+std::string scratch(const samples::Bytes &bytes) {
+    const std::string name = testing::TempDir() + "same_storm_" + std::to_string(::getpid());
+    std::ofstream(name, std::ios::binary)
+        .write(reinterpret_cast<const char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return name;
+}
+
+void quiet() {
+    MESS_set(0, kError | kWarn);
+    FLAG_resetplot(1);
+    FLAG_set(kFlagDevice, 1);
+    RES_put("file_path", VYX_SOURCE_DIR "/data/");
+    RES_put("plot_param", "full,nobar");
+    RES_put("device", "d,memory");
+    RES_put("geometry", "300x300");
+}
+
+struct MosaicCase {
+    MosaicDriver &driver;
+    samples::Bytes bytes;
+    double cell_km;
+    int spread; ///< levels that such cells may span
+    bool intensities;
+};
+
+std::vector<MosaicCase> mosaics() {
+    using namespace samples;
+    return {{NOWRad_driver(), nowrad_file(nowrad_latlon(0)), 2.0, 0, false},
+            {NOWRad_driver(), nowrad_file(nowrad_lambert(0)), 8.6, 4, false},
+            {KAVRAD_driver(), kavrad_file(kavrad(0, false, false)), 1.2, 0, false},
+            {KAVRAD_driver(), kavrad_file(kavrad(0, true, true)), 2.3, 0, true}};
+}
+
+/// Levels of KAVRAD files that say "no echo".
+int plain(int level) {
+    return level == static_cast<int>(samples::kKavradPlainNoEcho) ? 0 : level;
+}
+
+TEST(SameStorm, OfMosaicsLiesOverTheSamePlaces) {
+    quiet();
+    PLT_open(1); // colours have names on a display
+    const samples::Site site;
+    for (const MosaicCase &mosaic : mosaics()) {
+        const std::string name = scratch(mosaic.bytes);
+        const std::vector<Place> all =
+            places_of_storm(mosaic.intensities ? intensity : five_dbz, mosaic.cell_km, mosaic.spread);
+        ASSERT_TRUE(mosaic.driver.open(name));
+        for (const int proj : {kProjPolar, kProjLatLon, kProjLambert, kProjOrtho}) {
+            std::vector<Place> places = all;
+            const float size = proj == kProjLatLon ? 6.0F : 6.5F;
+            MAP_setup(domain_around(proj, static_cast<float>(site.lat), static_cast<float>(site.lon), size));
+            put_on_map(places);
+            ASSERT_TRUE(mosaic.driver.rewind());
+            const CellSink sink{note_cell, &places};
+            mosaic.driver.draw(&sink);
+            for (const Place &place : places) {
+                const int found = place.found == kNoCell ? 0 : plain(place.found);
+                EXPECT_TRUE(found >= place.level && static_cast<float>(found) <= place.value)
+                    << mosaic.driver.info().title << " in projection " << proj << " at " << place.lat << " "
+                    << place.lon << ": " << found << " for " << place.level << " to " << place.value;
+            }
+        }
+        for (std::size_t i = 0; i < all.size(); i += 10) {
+            RadarReading reading;
+            reading.lat = all[i].lat;
+            reading.lon = all[i].lon;
+            ASSERT_TRUE(mosaic.driver.read_place(name, reading));
+            constexpr std::array values{0, 20, 30, 40, 45, 50, 55};
+            const auto value_of = [&](int level) {
+                return mosaic.intensities ? values[static_cast<std::size_t>(level)] : 5 * level;
+            };
+            const int least = value_of(all[i].level), most = value_of(static_cast<int>(all[i].value));
+            const int value = is_missing(reading.number) ? 0 : static_cast<int>(reading.number);
+            EXPECT_TRUE(value >= least && value <= most) << value << " for " << least << " to " << most;
+            EXPECT_EQ(reading.value, value == 0 ? std::string(kBelowWords) : std::to_string(value) + " dBZ");
+        }
+    }
+}
+
+TEST(SameStorm, MosaicsEndWhereTheirGridEnds) {
+    quiet();
+    ASSERT_TRUE(NOWRad_driver().open(scratch(samples::nowrad_file(samples::nowrad_lambert(0)))));
+    RadarReading reading;
+    reading.lat = 38.7F;
+    reading.lon = 20;
+    ASSERT_TRUE(
+        NOWRad_driver().read_place(scratch(samples::nowrad_file(samples::nowrad_lambert(0))), reading));
+    EXPECT_EQ(reading.value, kOutsideWords);
+    EXPECT_FALSE(NOWRad_driver().read_place("/nonexistent", reading));
+}
+
+/// The file as a display draws it.
+std::vector<std::byte> picture(const std::string &name, int proj, float size, bool outlines) {
+    PlotDomain domain = domain_around(proj, 38.7F, -90.7F, size);
+    PLT_open(DOM_aspect(domain));
+    MAP_setup(domain);
+    gset_redraw(outlines ? 1 : 0);
+    EXPECT_TRUE(NOWRad_driver().open(name));
+    NOWRad_driver().draw();
+    RasterImage image;
+    EXPECT_TRUE(graster_read(graster_base(), image));
+    (void)GPH_end(1);
+    return image.data;
+}
+
+TEST(SameStorm, CellsSmallerThanPixelsMakeThePictureOfTheirOutlines) {
+    quiet();
+    samples::NowradFile file = samples::nowrad_latlon(0);
+    file.lines = 500;
+    file.columns = 560;
+    file.numbers = {-90.7 * kDegree, 48 * kDegree, 0, 0.04 * kDegree, 0.05 * kDegree};
+    file.level = [](int line, int column) { return static_cast<unsigned>(line / 9 + column / 13) % 5; };
+    const std::string name = scratch(samples::nowrad_file(file));
+    for (const auto &[proj, size] :
+         {std::pair{kProjPolar, 20.0F}, {kProjLatLon, 20.0F}, {kProjPolar, 3.0F}}) {
+        const std::vector<std::byte> outlines = picture(name, proj, size, true);
+        const std::vector<std::byte> pixels = picture(name, proj, size, false);
+        ASSERT_EQ(outlines.size(), pixels.size());
+        const std::size_t count = outlines.size() / 4;
+        std::size_t inked = 0, other = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto at = [i](const std::vector<std::byte> &data) {
+                return std::span(data).subspan(i * 4, 3);
+            };
+            inked +=
+                std::ranges::any_of(at(outlines), [](std::byte b) { return b != std::byte{0}; }) ? 1U : 0U;
+            other += std::ranges::equal(at(outlines), at(pixels)) ? 0U : 1U;
+        }
+        EXPECT_GT(inked, count / 2) << proj << " " << size;
+        EXPECT_LT(other, count / 100) << proj << " " << size;
+    }
+}
+
+} // namespace
