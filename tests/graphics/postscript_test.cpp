@@ -1,6 +1,7 @@
 // The PostScript device: what it writes, what it leaves out, and what a page renderer makes of it.
 
 #include "graphics/devices/print/postscript.h"
+#include "graphics/devices/print/postscript_options.h"
 
 #include <algorithm>
 #include <array>
@@ -211,6 +212,18 @@ TEST_F(PostScript, EncapsulatedFilesKeepTheirPageWhole) {
     EXPECT_TRUE(text.ends_with("%%End of plot\ngrestore\nshowpage\n%%EOF\n"));
     open(",eps,port");
     EXPECT_NE(written().find("%%BoundingBox: 0 0 756 576\n"), std::string::npos);
+}
+
+TEST_F(PostScript, AnEncapsulatedPictureMayReachBeyondItsPage) {
+    PostScriptOptions options;
+    options.eps = options.portrait = true;
+    options.page = kPostScriptPage;
+    const PrintPage page = postscript_area(options.page);
+    const EpsLayout layout = eps_layout(options, {page.width, page.height, -40, -10});
+    EXPECT_FLOAT_EQ(layout.shift_x, 40.5F);
+    EXPECT_FLOAT_EQ(layout.shift_y, 10.5F);
+    EXPECT_EQ(layout.width, page.width + 40);
+    EXPECT_EQ(layout.height, page.height + 10);
 }
 
 TEST_F(PostScript, AppendedPlotsShareAPage) {

@@ -1,4 +1,5 @@
 #include "plot/background/background_map.h"
+#include "plot/background/curve_pen.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,6 +49,32 @@ protected:
 };
 
 using Latitudes = std::vector<float>;
+
+TEST_F(BackgroundTest, CurvesTakeTheShorterWayAround) {
+    static std::vector<Point> inked;
+    const CurvePen::Ink keep = [](std::span<const Point> points) {
+        inked.insert(inked.end(), points.begin(), points.end());
+        return 0;
+    };
+    const auto curve = [&](float longest, const MapPoint &a, const MapPoint &b) {
+        inked.clear();
+        CurvePen pen(keep, longest);
+        pen.to(a);
+        pen.to(b);
+        pen.lift();
+        return inked.size();
+    };
+    PlotDomain domain = polar(60, 180, 11, 11, 1);
+    MAP_domain(&domain);
+    EXPECT_EQ(curve(20, {60, 179}, {60, -179}), 2U); // short enough as it is
+    EXPECT_GT(curve(2, {60, 170}, {60, -170}), 8U);
+    for (const Point &p : inked) {
+        float lat = 0, lon = 0;
+        MAP_untran(lat, lon, p.x, p.y);
+        EXPECT_NEAR(lat, 60, 0.01);
+        EXPECT_LE(std::abs(std::remainder(lon - 180, 360.0F)), 10.01F);
+    }
+}
 
 TEST_F(BackgroundTest, PicksTheListByPlaceAndSizeOfThePlot) {
     const std::string missing = "MAP_process: Map file not found: ";

@@ -7,6 +7,7 @@
 #include "lib/resources/database.h"
 #include "lib/scratch_dir.h"
 #include "plot/places/city.h"
+#include "plot/places/city_selection.h"
 
 namespace {
 
@@ -136,6 +137,18 @@ TEST_F(City, StoresWhatIsInsideImportantAndSelected) {
     EXPECT_EQ(stored("Lat=:39,Lon=-90.5:", 10), "St._Louis ");
     EXPECT_EQ(stored("Elev=100:", 10), "St._Louis Milwaukee ");
     EXPECT_EQ(stored("RA<150", 10), "St._Louis Buoy ");
+    // As far to the west as to the north: a degree of longitude is shorter.
+    PlotDomain north;
+    north.clat = 60;
+    north.clon = 0;
+    CityEntry east, pole;
+    east.lat = 60;
+    east.lon = 1;
+    pole.lat = 61;
+    pole.lon = 0;
+    EXPECT_TRUE(CitySelection({"RA<60"}, north).passes(east));
+    EXPECT_FALSE(CitySelection({"RA<54"}, north).passes(east));
+    EXPECT_FALSE(CitySelection({"RA<60"}, north).passes(pole));
     EXPECT_EQ(stored("CN=CA", 10), "");
     EXPECT_EQ(stored("Lat=north", 10), "");
 }

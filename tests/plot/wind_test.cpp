@@ -29,6 +29,19 @@ TEST_F(WindTest, BarbsCountTheSpeed) {
     }
 }
 
+TEST_F(WindTest, ALoneHalfBarbStandsAStepFromTheEnd) {
+    const auto foot_of_last_barb = [](float speed) {
+        forget();
+        WIND_barb(0, 0, 0, speed, 20, 0);
+        return lines().back()[0].y;
+    };
+    WIND_barb(0, 0, 0, 20, 20, 0); // two whole barbs
+    const float step = 20 - lines().back()[0].y;
+    EXPECT_GT(step, 1);
+    EXPECT_NEAR(foot_of_last_barb(5), 20 - step, 1e-4);
+    EXPECT_NEAR(foot_of_last_barb(15), 20 - step, 1e-4);
+}
+
 TEST_F(WindTest, StaffPointsIntoTheWindAndBarbsStandToItsRight) {
     WIND_barb(10, 10, 90, 10, 20, 0);
     auto strokes = lines();

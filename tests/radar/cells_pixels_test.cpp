@@ -54,6 +54,46 @@ std::vector<std::byte> picture(float spacing, bool outlines) {
     return image.data;
 }
 
+/// The outlines of a radial of 100 bins of 2 km to the east of a place; the plot is a map of the whole earth
+/// about Greenwich.
+std::vector<CellCorners> outlines_east_of(float lon, int color) {
+    PlotDomain earth;
+    earth.proj = kProjLatLon;
+    earth.plon = earth.clon = 0;
+    earth.clat = 0;
+    earth.nx = 361;
+    earth.ny = 181;
+    earth.dx = earth.dy = 1;
+    MAP_setup(earth);
+    PlotDomain radar = earth;
+    radar.proj = kProjPolar;
+    radar.plat = radar.clat = 60;
+    radar.plon = radar.clon = lon;
+    LevelInk ink;
+    for (Attribute &attribute : ink) attribute.color = color;
+    std::vector<CellCorners> found;
+    const CellSink sink{[](void *context, const CellCorners &corners, std::uint8_t) {
+                            static_cast<std::vector<CellCorners> *>(context)->push_back(corners);
+                        },
+                        &found};
+    const CellFrame frame(radar, 60, lon);
+    RadialCells cells(frame);
+    cells.draw(89, 91, 0, 0.02F, std::vector<std::uint8_t>(100, 3), 0, ink, sink);
+    return found;
+}
+
+TEST(CellsInPixels, OutlinesEndAtTheSeamOfTheMap) {
+    EXPECT_EQ(outlines_east_of(10, 1).size(), 100U);
+    EXPECT_EQ(outlines_east_of(10, 0).size(), 100U) << "the first colour is a colour";
+    EXPECT_TRUE(outlines_east_of(10, -1).empty());
+    const std::vector<CellCorners> at_seam = outlines_east_of(179, 1);
+    EXPECT_NEAR(static_cast<double>(at_seam.size()), 98, 1);
+    for (const CellCorners &c : at_seam) {
+        const auto [low, high] = std::minmax({c[0].x, c[1].x, c[2].x, c[3].x});
+        EXPECT_LT(high - low, 1);
+    }
+}
+
 TEST(CellsInPixels, MakeThePictureOfTheirOutlines) {
     FLAG_resetplot(1);
     FLAG_set(kFlagDevice, 1);

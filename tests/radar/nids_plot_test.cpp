@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "graphics/kernel/helpers.h"
 #include "lib/files/naming.h"
@@ -83,6 +84,26 @@ protected:
         return p;
     }
 };
+
+TEST_F(NidsPlot, AScreenOfItsOwnStandsUpright) {
+    open(samples::wind_profile(0));
+    PlotDomain domain = NIDS_get_info().domain;
+    MAP_setup(domain);
+    forget();
+    NIDS_plot_summary();
+    std::map<int, float> height_of; // of the label of each altitude, thousands of feet
+    float times = 0;
+    for (const DrawnText &text : texts()) {
+        if (text.text.size() == 2) height_of[std::stoi(text.text)] = text.place.y;
+        if (text.text == "TIME") times = text.place.y;
+    }
+    ASSERT_EQ(height_of.size(), 15U);
+    float before = times;
+    for (const auto &[altitude, height] : height_of) {
+        EXPECT_GT(height, before) << altitude;
+        before = height;
+    }
+}
 
 TEST_F(NidsPlot, ClutterLeavesTheFirstBinsEmpty) {
     open(radials(30));

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/text/scan.h"
+#include "plot/drawing_fixture.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/storm.h"
 #include "real_files.h"
@@ -74,6 +75,45 @@ TEST(Storms, TableWithHailWords) {
     EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO PRO 50 10 1 >30 240 20").posh, 50);
     EXPECT_EQ(read(kHailHeading, " B2  10 20 NO NO NONE 50 10 1 >30 240 20").posh, 0);
     read(kHailHeading, " B2", 0);
+}
+
+class StormMarkers : public DrawingTest {
+protected:
+    StormMarkers() {
+        const PlotDomain domain = polar(38.7F, -90.7F, 101, 101, 0.05F);
+        MAP_setup(domain);
+    }
+    /// The types of the markers that a storm gets.
+    static std::vector<int> of(float posh, float meso, float tvs) {
+        PlacedStorm placed;
+        MAP_tran_center(placed.place.x, placed.place.y);
+        placed.storm.posh = posh;
+        placed.storm.meso = meso;
+        placed.storm.tvs = tvs;
+        PlotVariable variable;
+        variable.name = "comp";
+        forget();
+        NIDS_draw_storm(placed, variable, {1, 5, 38.7F});
+        std::vector<int> types;
+        static int type = 0; // what has not changed is not recorded again
+        for (const ObjectRecord *object = gfirst_obj(); object != nullptr; object = object->next) {
+            if (object->type == ObjectType::marker_type) type = object->value;
+            if (object->type == ObjectType::polymarker) types.push_back(type);
+        }
+        return types;
+    }
+};
+
+TEST_F(StormMarkers, TellHailRotationAndTornadoes) {
+    using Types = std::vector<int>;
+    EXPECT_EQ(of(0, 0, 0), Types{2});
+    EXPECT_EQ(of(49, 0, 0), Types{2});
+    EXPECT_EQ(of(50, 0, 0), Types{5});
+    EXPECT_EQ(of(74, 0, 0), Types{5});
+    EXPECT_EQ(of(75, 0, 0), Types{3});
+    EXPECT_EQ(of(0, 3, 0), Types{4});
+    EXPECT_EQ(of(0, 0, 1), Types{9});
+    EXPECT_EQ(of(80, 1, 1), (Types{3, 4, 9}));
 }
 
 TEST(Storms, SelectionByNumberAndStrength) {

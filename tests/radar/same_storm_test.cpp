@@ -16,19 +16,30 @@
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
+#include "plot/colour/levels.h"
 #include "plot/map/current_map.h"
 #include "plot/projection/sphere.h"
 #include "plot/session/plot_session.h"
 #include "radar/cell_places.h"
 #include "radar/kavrad/plot.h"
+#include "radar/nids/image.h"
+#include "radar/nids/plot.h"
+#include "radar/nids/product_reader.h"
+#include "radar/nids/reader.h"
 #include "radar/nowrad/plot.h"
+#include "samples/level3_products.h"
 #include "samples/mosaic.h"
 #include "samples/scene.h"
 
 namespace {
 
-/// The level that a source has for a reflectivity.
-using LevelOfDbz = std::function<int(double dbz)>;
+/// The level that a source has at a place, kilometres east and north of the radar.
+using LevelAt = std::function<int(double x_km, double y_km)>;
+
+/// What a function of reflectivity makes of the simulated evening.
+template <typename LevelOfDbz> LevelAt level_of_echo(LevelOfDbz level_of) {
+    return [level_of, scene = samples::Scene(0)](double x, double y) { return level_of(scene.dbz(x, y)); };
+}
 
 int five_dbz(double dbz) {
     return std::clamp(static_cast<int>(std::floor(dbz / 5)), 0, 15);
@@ -43,9 +54,8 @@ int intensity(double dbz) {
 
 /// Places of the simulated evening around which, `cell_km` to each side, the level changes by `spread` at
 /// most, from `level` to `value`: many with echo, and half as many without.
-std::vector<Place> places_of_storm(const LevelOfDbz &level_of, double cell_km, int spread) {
+std::vector<Place> places_of_storm(const LevelAt &level_at, double cell_km, int spread) {
     const samples::Site site;
-    const samples::Scene scene(0);
     const SphereOrigin radar(site.lat, site.lon);
     std::mt19937 random(7);
     std::uniform_real_distribution<double> azimuth(0, 360), range(5, 220);
@@ -54,12 +64,11 @@ std::vector<Place> places_of_storm(const LevelOfDbz &level_of, double cell_km, i
     for (int tries = 0; tries < 200000 && with_echo < 400; ++tries) {
         const double angle = azimuth(random), km = range(random);
         const double x = km * std::sin(angle * kDegree), y = km * std::cos(angle * kDegree);
-        const int level = level_of(scene.dbz(x, y));
+        const int level = level_at(x, y);
         if (level == 0 && places.size() - with_echo > with_echo / 2) continue;
         int least = level, most = level;
         for (int i = 0; i < 169; ++i) {
-            const int beside =
-                level_of(scene.dbz(x + (i % 13 - 6) * cell_km / 10, y + (i / 13 - 6) * cell_km / 10));
+            const int beside = level_at(x + (i % 13 - 6) * cell_km / 10, y + (i / 13 - 6) * cell_km / 10);
             least = std::min(least, beside);
             most = std::max(most, beside);
         }
@@ -117,8 +126,8 @@ TEST(SameStorm, OfMosaicsLiesOverTheSamePlaces) {
     const samples::Site site;
     for (const MosaicCase &mosaic : mosaics()) {
         const std::string name = scratch(mosaic.bytes);
-        const std::vector<Place> all =
-            places_of_storm(mosaic.intensities ? intensity : five_dbz, mosaic.cell_km, mosaic.spread);
+        const std::vector<Place> all = places_of_storm(
+            level_of_echo(mosaic.intensities ? intensity : five_dbz), mosaic.cell_km, mosaic.spread);
         ASSERT_TRUE(mosaic.driver.open(name));
         for (const int proj : {kProjPolar, kProjLatLon, kProjLambert, kProjOrtho}) {
             std::vector<Place> places = all;
@@ -149,6 +158,46 @@ TEST(SameStorm, OfMosaicsLiesOverTheSamePlaces) {
             EXPECT_TRUE(value >= least && value <= most) << value << " for " << least << " to " << most;
             EXPECT_EQ(reading.value, value == 0 ? std::string(kBelowWords) : std::to_string(value) + " dBZ");
         }
+    }
+}
+
+TEST(SameStorm, OfTheRadarsOwnProductsLiesOverTheSamePlaces) {
+    struct Case {
+        samples::Level3Product product;
+        double (samples::Scene::*value)(double x_km, double y_km) const;
+        int spread;
+    };
+    quiet();
+    PLT_open(1);
+    for (const Case &c : {Case{samples::reflectivity(0), &samples::Scene::dbz, 4},
+                          Case{samples::echo_tops(0), &samples::Scene::top_kft, 2}}) {
+        ASSERT_EQ(NIDS_open_file(scratch(samples::level3_message(c.product))), 1);
+        const NidsInfo &info = NIDS_get_info();
+        std::array<float, kCellLevels> values{};
+        NIDS_image_values(NIDS_reader(), info.packet, values);
+        const auto level_at = [&, scene = samples::Scene(0)](double x, double y) {
+            constexpr std::size_t kLevelsOfProduct = 16;
+            int best = 0;
+            for (std::size_t i = 1; i < kLevelsOfProduct; ++i)
+                if (!is_missing(values[i]) && static_cast<double>(values[i]) <= (scene.*c.value)(x, y))
+                    best = static_cast<int>(i);
+            return best;
+        };
+        std::vector<Place> places = places_of_storm(level_at, 4, c.spread); // as wide as cells are
+        MAP_setup(domain_around(kProjLambert, 38.7F, -90.7F, 6));
+        put_on_map(places);
+        NIDS_choose_levels(info);
+        CONT_reset_fill_set();
+        CONT_set_fill_colors("-1000000:red", 1);
+        const CellSink sink{note_cell, &places};
+        NIDS_walk_image(NIDS_reader(), info, {}, &sink);
+        for (const Place &place : places) {
+            const int found = place.found == kNoCell ? 0 : place.found;
+            EXPECT_TRUE(found >= place.level && static_cast<float>(found) <= place.value)
+                << c.product.code << " at " << place.lat << " " << place.lon << ": " << found << " for "
+                << place.level << " to " << place.value;
+        }
+        NIDS_close_file();
     }
 }
 
