@@ -2,7 +2,7 @@
 ///   make_samples DIRECTORY
 /// One file of each Level III kind, and a series of six base reflectivities, named
 /// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, those of records in a series of three, named
-/// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics, named <format>_<YYYYMMDD>_<hhmm>.
+/// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics and coded messages, named <format>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +14,7 @@
 #include "samples/level2.h"
 #include "samples/level3_products.h"
 #include "samples/mosaic.h"
+#include "samples/rcm.h"
 
 namespace {
 
@@ -46,6 +47,13 @@ bool write_volume(const std::string &directory, const std::string &kind, samples
     return write_file(directory, "KLSX_" + kind, volume.time, samples::level2_file(volume, form));
 }
 
+bool write_coded_messages(const std::string &directory) {
+    using namespace samples;
+    const RcmBulletin bulletin = rcm(0);
+    return write_file(directory, "rcm", kFirstVolume, rcm_bulletin(bulletin, RcmForm::lines)) &&
+           write_file(directory, "rcmwrapped", kFirstVolume, rcm_bulletin(bulletin, RcmForm::wrapped));
+}
+
 bool write_mosaics(const std::string &directory) {
     using namespace samples;
     return write_file(directory, "nowrad", kFirstVolume, nowrad_file(nowrad_latlon(0))) &&
@@ -75,5 +83,6 @@ int main(int argc, char *argv[]) {
     for (int i = 0; i < kVolumes; ++i)
         volumes = volumes && write_volume(directory, "records", samples::Level2Form::records,
                                           i * samples::kVolumeMinutes);
-    return volumes && write_mosaics(directory) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return volumes && write_mosaics(directory) && write_coded_messages(directory) ? EXIT_SUCCESS
+                                                                                  : EXIT_FAILURE;
 }

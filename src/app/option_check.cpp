@@ -18,6 +18,7 @@
 #include "radar/common/options.h"
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
+#include "radar/rcm/plot.h"
 
 namespace {
 
@@ -38,13 +39,10 @@ constexpr std::array kOutputKinds{WordRule{"gif", PARAM_text}, WordRule{"png", P
                                   WordRule{"vyx", PARAM_text}};
 
 void check_lists() {
-    const std::array params{PLT_param_words(),
-                            CONT_param_words(),
-                            RADAR_param_words(),
-                            NIDS_param_words(),
-                            LEV2_param_words(),
-                            MOSAIC_param_words(),
-                            std::span<const WordRule>(kLaterParams)};
+    const std::array params{PLT_param_words(),   CONT_param_words(),
+                            RADAR_param_words(), NIDS_param_words(),
+                            LEV2_param_words(),  MOSAIC_param_words(),
+                            RCM_param_words(),   std::span<const WordRule>(kLaterParams)};
     PARAM_check("plot_param", params);
     const std::array kinds{std::span<const WordRule>(kOutputKinds)};
     PARAM_check("out_file", kinds);

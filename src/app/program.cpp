@@ -30,6 +30,7 @@
 #include "radar/nids/plot.h"
 #include "radar/nids/reader.h"
 #include "radar/nowrad/plot.h"
+#include "radar/rcm/plot.h"
 
 namespace {
 
@@ -73,13 +74,23 @@ void plot_mosaic(bool chosen, const char *prompt, void (*set_date)(const DateRec
     while (DOM_prompt_region(domain, kRegionOfUser) >= 1) plot(domain);
 }
 
+void plot_rcm(bool chosen) {
+    std::string name;
+    if (!chosen) (void)FILE_get_file("Enter the RCM filename: ", name);
+    RCM_check_variables();
+    RCM_set_date(nullptr);
+    PlotDomain domain;
+    DOM_get_region(domain, kRegionOrDomain);
+    RCM_prompt_id();
+    RCM_plot(domain);
+}
+
 /// Input types that this version knows by name only.
 struct UnreadType {
     int code;
     const char *name;
 };
-constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"},
-                                  UnreadType{kInputRcm, "RCM site"}};
+constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"}};
 
 ExitStatus dispatch(int type) {
     const bool chosen = type == kInputAuto;
@@ -102,6 +113,10 @@ ExitStatus dispatch(int type) {
     }
     if (type == kInputKavrad) {
         plot_mosaic(chosen, "Enter the KAVRAD filename: ", KAVRAD_set_date, KAVRAD_plot);
+        return kExitOk;
+    }
+    if (type == kInputRcm) {
+        plot_rcm(chosen);
         return kExitOk;
     }
     for (const UnreadType &unread : kUnreadTypes) {

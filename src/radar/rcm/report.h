@@ -48,6 +48,7 @@ struct RcmReport {
     std::vector<RcmStorm> storms;
     std::vector<RcmFeature> vortices, mesocyclones;
     std::vector<RcmEntry> entries;
+    bool whole = false; ///< read to the end of part A, and the cells are as many as the bulletin counts
 
     RcmReport();
 };
