@@ -38,7 +38,7 @@ TEST(Program, StatusesAndMessages) {
     run.dir.write("empty", "");
     const RunCase cases[]{
         {"", 64, "RADAR DATA PLOTTING", "does not read radar summary files"},
-        {"-ba -inp kavrad n0r", 64, "", "does not read KAVRAD files"},
+        {"-ba -inp mdr n0r", 64, "", "does not read radar summary files"},
         {"-ba -inp nids", 10, "", "File not found: "},
         {"-ba -inp nids none.nids", 10, "", "NIDS_open_file: Unable to open file:none.nids\n"},
         {"-ba -inp nids text", 10, "", "NIDS_open_file: Unable to read file:text\n"},

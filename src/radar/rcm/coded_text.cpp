@@ -234,6 +234,7 @@ void Parts::read_intensities(int count) {
         while (text_.peek() == ',' || (!text_.at_end() && kBlanks.find(text_.peek()) != kBlanks.npos))
             text_.next();
     }
+    text_.skip_to_item(); // past the groups that are left out
     if (beyond_) fault("Cells beyond the grid are left out");
     int coded = 0;
     for (const auto &column : report_.cells)
