@@ -28,7 +28,11 @@ struct Format {
     InputType type;
 };
 constexpr std::array kFormats{Format{"nids", RadarFileKind::level3, kInputNids},
-                              Format{"lev2", RadarFileKind::level2, kInputLev2}};
+                              Format{"lev2", RadarFileKind::level2, kInputLev2},
+                              Format{"nowrad", RadarFileKind::nowrad, kInputNowrad},
+                              Format{"kavrad", RadarFileKind::kavrad, kInputKavrad},
+                              Format{"rcm_dat", RadarFileKind::coded_message, kInputRcm},
+                              Format{"rrwds", RadarFileKind::rrwds, kInputRrwds}};
 
 /// Why a file was not taken; told only when no other one is.
 using Complaints = std::vector<std::string>;

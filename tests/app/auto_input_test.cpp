@@ -4,6 +4,8 @@
 
 #include "app/program_run.h"
 #include "samples/level2.h"
+#include "samples/mosaic.h"
+#include "samples/rcm.h"
 
 namespace {
 
@@ -69,6 +71,33 @@ TEST_F(AutoInput, TakesWhatTheFileSelectionFinds) {
         const RunResult result = plot(c.arguments, c.before);
         EXPECT_EQ(drawn(), c.kind) << c.arguments << "\n" << result.err;
         EXPECT_EQ(result.status, 0) << c.arguments << "\n" << result.err;
+    }
+}
+
+TEST_F(AutoInput, KnowsMosaicsAndCodedMessages) {
+    const auto write = [this](const char *name, const samples::Bytes &bytes) {
+        run.dir.write(name, {reinterpret_cast<const char *>(bytes.data()), bytes.size()});
+    };
+    samples::NowradFile mosaic = samples::nowrad_lambert(0);
+    mosaic.level = [](int line, int column) { return static_cast<unsigned>(line + column) % 16; };
+    write("one", samples::nowrad_file(mosaic));
+    write("two", samples::kavrad_file({true, true, 1057356000,
+                                       [](int line, int) { return static_cast<unsigned>(line / 100) % 7; }}));
+    write("three", rcm_bulletin(samples::rcm(0), samples::RcmForm::lines));
+    write("four", rcm_bulletin(samples::rcm(0), samples::RcmForm::wrapped));
+    const struct {
+        const char *arguments, *title, *before;
+    } cases[]{{"one", "NOWRad Radar US Composite (Dbz)\n", ""},
+              {"two", "KAV Radar Master Grid\n", ""},
+              {"three", "RCM Base Reflectivity\n", ""},
+              {"four", "RCM Base Reflectivity\n", ""},
+              {"'|cat four'", "RCM Base Reflectivity\n", ""},
+              {"-", "NOWRad Radar US Composite (Dbz)\n", "cat one | "}};
+    for (const auto &c : cases) {
+        const RunResult result =
+            plot(std::string("-pd ps,38.7,-90.7,11,11,0.5,0.5 ") + c.arguments, c.before);
+        EXPECT_EQ(result.status, 0) << c.arguments << "\n" << result.err;
+        EXPECT_TRUE(contains(file_text(run.dir.at("a.ps")), c.title)) << c.arguments;
     }
 }
 

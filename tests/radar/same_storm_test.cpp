@@ -16,19 +16,25 @@
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
+#include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
 #include "plot/map/current_map.h"
+#include "plot/places/city.h"
 #include "plot/projection/sphere.h"
 #include "plot/session/plot_session.h"
 #include "radar/cell_places.h"
+#include "radar/common/level_lists.h"
 #include "radar/kavrad/plot.h"
 #include "radar/nids/image.h"
 #include "radar/nids/plot.h"
 #include "radar/nids/product_reader.h"
 #include "radar/nids/reader.h"
 #include "radar/nowrad/plot.h"
+#include "radar/rcm/plot.h"
+#include "radar/rcm/state.h"
 #include "samples/level3_products.h"
 #include "samples/mosaic.h"
+#include "samples/rcm.h"
 #include "samples/scene.h"
 
 namespace {
@@ -198,6 +204,59 @@ TEST(SameStorm, OfTheRadarsOwnProductsLiesOverTheSamePlaces) {
                 << place.level << " to " << place.value;
         }
         NIDS_close_file();
+    }
+}
+
+TEST(SameStorm, OfACodedMessageLiesOverTheSamePlaces) {
+    quiet();
+    PLT_open(1);
+    FLAG_set_batch(1);
+    const samples::RcmBulletin bulletin = samples::rcm(0);
+    const std::string name = scratch(samples::rcm_bulletin(bulletin, samples::RcmForm::wrapped));
+    RCM_prompt_id();
+    RcmPlotState &state = RCM_state();
+    ASSERT_EQ(RCM_open_file(name), 1);
+    ASSERT_EQ(RCM_read_report(state.report), 1);
+    EXPECT_EQ(state.id, "LSX");
+    ASSERT_EQ(CTY_get_loc("rad.cty", state.id, state.lat, state.lon), 1);
+    const std::vector<Place> all = places_of_storm(level_of_echo(intensity), 28, 6); // across a cell and more
+    for (const int proj : {kProjPolar, kProjLatLon, kProjOrtho}) {
+        std::vector<Place> places = all;
+        MAP_setup(domain_around(proj, 38.7F, -90.7F, proj == kProjLatLon ? 6.0F : 6.5F));
+        put_on_map(places);
+        const CellSink sink{note_cell, &places};
+        CONT_choose_levels({kSummaryLevels, {}, kSummaryBase, kSummaryInterval, 0, kSummaryTop});
+        RCM_draw_grid(state.report, &sink);
+        std::size_t same = 0;
+        for (const Place &place : places) {
+            const int found = place.found == kNoCell ? 0 : place.found;
+            EXPECT_TRUE(found >= place.level && static_cast<float>(found) <= place.value)
+                << proj << " at " << place.lat << " " << place.lon;
+            same += place.level == static_cast<int>(place.value) ? 1U : 0U;
+        }
+        EXPECT_GT(same, places.size() / 10);
+    }
+    for (const Place &place : all) {
+        RadarReading reading;
+        reading.lat = place.lat;
+        reading.lon = place.lon;
+        ASSERT_TRUE(RCM_read_place(name, reading));
+        const float level = is_missing(reading.number) ? 0 : reading.number;
+        EXPECT_TRUE(level >= static_cast<float>(place.level) && level <= place.value) << reading.value;
+    }
+    // The storms of the evening lie in the cells that are told, by the kilometre.
+    const RcmGrid grid = RCM_grid(state.lat, state.lon);
+    const samples::Scene scene(0);
+    const SphereOrigin radar(samples::Site().lat, samples::Site().lon);
+    for (std::size_t i = 0; i < scene.cells().size(); ++i) {
+        const RcmStorm &storm = state.report.storms[i];
+        const Point place = RCM_cell_place(grid, storm.column, storm.row);
+        float lat = 0, lon = 0;
+        MAP_untran(lat, lon, place.x, place.y);
+        const SphereOrigin::Way way = radar.to(static_cast<double>(lat), static_cast<double>(lon));
+        EXPECT_LT(std::hypot(way.east * 100 - scene.cells()[i].x_km, way.north * 100 - scene.cells()[i].y_km),
+                  8.5)
+            << storm.id;
     }
 }
 
