@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "plot/map/current_map.h"
+#include "radar/common/beam_location.h"
 #include "radar/common/file_date.h"
 #include "radar/nids/product_table.h"
 #include "radar/nids/reader.h"

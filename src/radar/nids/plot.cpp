@@ -21,6 +21,7 @@
 #include "plot/session/view.h"
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
+#include "radar/common/beam_location.h"
 #include "radar/common/driver.h"
 #include "radar/nids/image.h"
 #include "radar/nids/product_reader.h"

@@ -48,9 +48,6 @@ const NidsDescription &NIDS_get_prod_desc();
 const std::array<float, kThresholds> &NIDS_get_thres();
 
 void NIDS_print_info(const NidsInfo &info);
-/// On the event "v-Alt": prints place, distance and beam height (feet) under a cursor point.
-void NIDS_print_loc_elev(std::string_view event, float x, float y, float radar_lat, float radar_lon,
-                         float elevation);
 
 // Symbology and pages
 // ---------------------------------------------------------------------------------------------
