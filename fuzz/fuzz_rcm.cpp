@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Stream stream = FILE_open(file.name(), "r");
     RcmReport report;
     while (RCM_read_site(stream, report) >= 0) {
-        if (report.storms.size() > kRcmMostStorms || report.entries.size() > kRcmMostEntries) __builtin_trap();
+        if (report.storms.size() > kRcmMostStorms || report.entries.size() > kRcmMostEntries)
+            __builtin_trap();
         RCM_print(kOut2, report);
     }
     return 0;

@@ -2,7 +2,8 @@
 ///   make_samples DIRECTORY
 /// One file of each Level III kind, and a series of six base reflectivities, named
 /// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, those of records in a series of three, named
-/// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics and coded messages, named <format>_<YYYYMMDD>_<hhmm>.
+/// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics and coded messages, named
+/// <format>_<YYYYMMDD>_<hhmm>, and site files, LSX_<format>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +16,7 @@
 #include "samples/level3_products.h"
 #include "samples/mosaic.h"
 #include "samples/rcm.h"
+#include "samples/rrwds.h"
 
 namespace {
 
@@ -45,6 +47,15 @@ bool write_volume(const std::string &directory, const std::string &kind, samples
     const samples::Level2Volume volume =
         samples::level2_volume(minutes, form == samples::Level2Form::records);
     return write_file(directory, "KLSX_" + kind, volume.time, samples::level2_file(volume, form));
+}
+
+bool write_site_files(const std::string &directory) {
+    using namespace samples;
+    for (int i = 0; i < kVolumes; ++i) {
+        const RrwdsFile file = rrwds(i * kVolumeMinutes, false);
+        if (!write_file(directory, "LSX_rrwds", file.time, rrwds_file(file))) return false;
+    }
+    return write_file(directory, "LSX_rrwdsnear", kFirstVolume, rrwds_file(rrwds(0, true)));
 }
 
 bool write_coded_messages(const std::string &directory) {
@@ -83,6 +94,8 @@ int main(int argc, char *argv[]) {
     for (int i = 0; i < kVolumes; ++i)
         volumes = volumes && write_volume(directory, "records", samples::Level2Form::records,
                                           i * samples::kVolumeMinutes);
-    return volumes && write_mosaics(directory) && write_coded_messages(directory) ? EXIT_SUCCESS
-                                                                                  : EXIT_FAILURE;
+    return volumes && write_mosaics(directory) && write_coded_messages(directory) &&
+                   write_site_files(directory)
+               ? EXIT_SUCCESS
+               : EXIT_FAILURE;
 }

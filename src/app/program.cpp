@@ -31,6 +31,7 @@
 #include "radar/nids/reader.h"
 #include "radar/nowrad/plot.h"
 #include "radar/rcm/plot.h"
+#include "radar/rrwds/plot.h"
 
 namespace {
 
@@ -74,6 +75,16 @@ void plot_mosaic(bool chosen, const char *prompt, void (*set_date)(const DateRec
     while (DOM_prompt_region(domain, kRegionOfUser) >= 1) plot(domain);
 }
 
+void plot_rrwds(bool chosen) {
+    std::string name;
+    if (!chosen) (void)FILE_get_file("Enter the RRWDS filename: ", name);
+    RRWDS_check_variables();
+    RRWDS_set_date(nullptr);
+    PlotDomain domain;
+    DOM_get_region(domain, kRegionOrDomain);
+    RRWDS_plot(domain);
+}
+
 void plot_rcm(bool chosen) {
     std::string name;
     if (!chosen) (void)FILE_get_file("Enter the RCM filename: ", name);
@@ -90,7 +101,7 @@ struct UnreadType {
     int code;
     const char *name;
 };
-constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}, UnreadType{kInputRrwds, "RRWDS"}};
+constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}};
 
 ExitStatus dispatch(int type) {
     const bool chosen = type == kInputAuto;
@@ -113,6 +124,10 @@ ExitStatus dispatch(int type) {
     }
     if (type == kInputKavrad) {
         plot_mosaic(chosen, "Enter the KAVRAD filename: ", KAVRAD_set_date, KAVRAD_plot);
+        return kExitOk;
+    }
+    if (type == kInputRrwds) {
+        plot_rrwds(chosen);
         return kExitOk;
     }
     if (type == kInputRcm) {

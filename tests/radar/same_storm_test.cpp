@@ -23,6 +23,7 @@
 #include "plot/projection/sphere.h"
 #include "plot/session/plot_session.h"
 #include "radar/cell_places.h"
+#include "radar/common/intensity_legend.h"
 #include "radar/common/level_lists.h"
 #include "radar/kavrad/plot.h"
 #include "radar/nids/image.h"
@@ -32,9 +33,11 @@
 #include "radar/nowrad/plot.h"
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
+#include "radar/rrwds/plot.h"
 #include "samples/level3_products.h"
 #include "samples/mosaic.h"
 #include "samples/rcm.h"
+#include "samples/rrwds.h"
 #include "samples/scene.h"
 
 namespace {
@@ -257,6 +260,37 @@ TEST(SameStorm, OfACodedMessageLiesOverTheSamePlaces) {
         EXPECT_LT(std::hypot(way.east * 100 - scene.cells()[i].x_km, way.north * 100 - scene.cells()[i].y_km),
                   8.5)
             << storm.id;
+    }
+}
+
+TEST(SameStorm, OfASiteFileLiesOverTheSamePlaces) {
+    quiet();
+    PLT_open(1);
+    const std::string name = scratch(samples::rrwds_file(samples::rrwds(0, false)));
+    ASSERT_EQ(RRWDS_open_file(name), 1);
+    const std::vector<Place> all = places_of_storm(level_of_echo(intensity), 4, 3);
+    for (const int proj : {kProjPolar, kProjLatLon, kProjLambert}) {
+        std::vector<Place> places = all;
+        MAP_setup(domain_around(proj, 38.7F, -90.7F, proj == kProjLatLon ? 6.0F : 6.5F));
+        put_on_map(places);
+        const CellSink sink{note_cell, &places};
+        CONT_choose_levels({kSummaryLevels, {}, kSummaryBase, kSummaryInterval, 0, kSummaryTop});
+        RRWDS_draw_radials(&sink);
+        for (const Place &place : places) {
+            const int found = place.found == kNoCell ? 0 : place.found;
+            EXPECT_TRUE(found >= place.level && static_cast<float>(found) <= place.value)
+                << proj << " at " << place.lat << " " << place.lon;
+        }
+    }
+    for (const Place &place : all) {
+        RadarReading reading;
+        reading.lat = place.lat;
+        reading.lon = place.lon;
+        ASSERT_TRUE(RRWDS_read_place(name, reading));
+        const float least = place.level > 0 ? RAD_intensity_dbz(place.level) : 0;
+        const float most = place.value > 0 ? RAD_intensity_dbz(static_cast<int>(place.value)) : 0;
+        const float value = is_missing(reading.number) ? 0 : reading.number;
+        EXPECT_TRUE(value >= least && value <= most) << reading.value;
     }
 }
 

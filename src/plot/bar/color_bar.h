@@ -14,3 +14,5 @@ int CONT_get_bar_color(float x, float y);
 /// flashes the box's colour four times, half a second black and half a second its own. -1 when there is no
 /// colour.
 int CONT_flash_value(std::string_view event, float x, float y);
+/// Flashes a colour index so. -1 for none.
+int CONT_flash_color(int color);

@@ -7,11 +7,14 @@
 #include "plot/colour/named_colors.h"
 
 int CONT_flash_value(std::string_view event, float x, float y) {
+    if (!event.starts_with("f-Al")) return 0;
+    return CONT_flash_color(CONT_get_bar_color(xW_trans(kDataTransform, kViewTransform, x),
+                                               yW_trans(kDataTransform, kViewTransform, y)));
+}
+
+int CONT_flash_color(int color) {
     constexpr int flashes = 4;
     constexpr float half_period = 0.5F; ///< seconds
-    if (!event.starts_with("f-Al")) return 0;
-    const int color = CONT_get_bar_color(xW_trans(kDataTransform, kViewTransform, x),
-                                         yW_trans(kDataTransform, kViewTransform, y));
     if (color < 0 || color >= CLR_get_num()) return -1;
     const Rgb own = CLR_get_rgb(color);
     const int own_pixel = gget_color_ind(color);
