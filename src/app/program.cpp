@@ -1,6 +1,5 @@
 #include "app/program.h"
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -96,12 +95,15 @@ void plot_rcm(bool chosen) {
     RCM_plot(domain);
 }
 
-/// Input types that this version knows by name only.
-struct UnreadType {
-    int code;
-    const char *name;
-};
-constexpr std::array kUnreadTypes{UnreadType{kInputRadar, "radar summary"}};
+/// Converted radar summaries are known by name only.
+ExitStatus refuse_summaries() {
+    MESS_print(
+        kError,
+        "%s: this version does not read radar summary files; Level III files are read with -inp nids, Level "
+        "II files with -inp lev2\n",
+        RES_get_progname().c_str());
+    return kExitNotBuilt;
+}
 
 ExitStatus dispatch(int type) {
     const bool chosen = type == kInputAuto;
@@ -110,38 +112,20 @@ ExitStatus dispatch(int type) {
         PLT_param_min_size();
     }
     if (chosen) type = choose_input();
-    if (type == kInputNids) {
-        plot_nids(chosen);
-        return kExitOk;
-    }
-    if (type == kInputLev2 || type == kInputLev2z) {
-        plot_lev2(chosen, type == kInputLev2z);
-        return kExitOk;
-    }
-    if (type == kInputNowrad) {
+    switch (type) {
+    case kInputNids: plot_nids(chosen); break;
+    case kInputLev2:
+    case kInputLev2z: plot_lev2(chosen, type == kInputLev2z); break;
+    case kInputNowrad:
         plot_mosaic(chosen, "Enter the NOWRad filename: ", NOWRad_set_date, NOWRad_plot);
-        return kExitOk;
-    }
-    if (type == kInputKavrad) {
+        break;
+    case kInputKavrad:
         plot_mosaic(chosen, "Enter the KAVRAD filename: ", KAVRAD_set_date, KAVRAD_plot);
-        return kExitOk;
-    }
-    if (type == kInputRrwds) {
-        plot_rrwds(chosen);
-        return kExitOk;
-    }
-    if (type == kInputRcm) {
-        plot_rcm(chosen);
-        return kExitOk;
-    }
-    for (const UnreadType &unread : kUnreadTypes) {
-        if (unread.code != type) continue;
-        MESS_print(
-            kError,
-            "%s: this version does not read %s files; Level III files are read with -inp nids, Level II "
-            "files with -inp lev2\n",
-            RES_get_progname().c_str(), unread.name);
-        return kExitNotBuilt;
+        break;
+    case kInputRrwds: plot_rrwds(chosen); break;
+    case kInputRcm: plot_rcm(chosen); break;
+    case kInputRadar: return refuse_summaries();
+    default: break;
     }
     return kExitOk;
 }

@@ -59,11 +59,11 @@ void take_header(const RrwdsHeader &header, RrwdsInfo &info) {
     info.bin_nm = header.range_nm / kRrwdsBins;
 }
 
-/// Header and station of bytes that have been read.
-int complete_header(std::span<const std::byte> bytes, RrwdsInfo &info) {
+/// Header and station of the first bytes of a file.
+int complete_header(std::span<const std::byte> bytes, const std::string &name, RrwdsInfo &info) {
     RrwdsHeader header;
     if (!RRWDS_decode_header(bytes, header)) {
-        MESS_print(kError, "RRWDS_get_header: No header\n");
+        MESS_print(kError, "RRWDS_get_header: No header%s%s\n", name.empty() ? "" : ":", name.c_str());
         return give_up(kExitNoFile);
     }
     MESS_print(kOut3, "RANGE: %d\n", header.short_range ? 1 : 0);
@@ -118,7 +118,7 @@ RrwdsPlotState &RRWDS_state() {
 }
 
 int RRWDS_get_header(Stream &stream, RrwdsInfo &info) {
-    return complete_header(stream.read_all(kRrwdsHeaderBytes), info);
+    return complete_header(stream.read_all(kRrwdsHeaderBytes), {}, info);
 }
 
 int RRWDS_open_file(std::string_view name) {
@@ -134,7 +134,7 @@ int RRWDS_open_file(std::string_view name) {
     state.bytes = stream.read_all(kRrwdsFileBytes + 1);
     const bool longer = state.bytes.size() > kRrwdsFileBytes;
     state.bytes.resize(std::min(state.bytes.size(), kRrwdsFileBytes));
-    if (complete_header(state.bytes, state.info) != 1) return 0;
+    if (complete_header(state.bytes, copy, state.info) != 1) return 0;
     if (!tell_survey(copy, longer) && state.options.strict) {
         MESS_print(kError, "RRWDS_open_file: Incomplete file:%s\n", copy.c_str());
         return give_up(kExitNoFile);
