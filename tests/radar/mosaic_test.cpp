@@ -114,7 +114,8 @@ TEST(Nowrad, HeadersThatMakeNoSense) {
           "L 0.7 0.5 0.6 -1.6 1 2 3", "L 2 0.5 0.6 -1.6 1 2 3 4"})
         EXPECT_FALSE(reads(header(10, 10, map))) << map;
     // Cut anywhere, it is no header; nothing is left of it but a domain that can be drawn.
-    const samples::Bytes whole = header(10, 10, kMap);
+    const samples::Bytes whole =
+        nowrad_bytes(10, 10, "NOWrad Master       18:45 03-Jul-99", kMap, {0, 0xF0, 0x0C});
     for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_FALSE(reads(samples::Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size))))
             << size;

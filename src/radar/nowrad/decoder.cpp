@@ -240,9 +240,9 @@ bool Decoder::read_header(Stream &stream, MosaicInfo &info) {
     lines_ = *lines;
     columns_ = *columns;
     if (!take_marker(stream, Marker::description)) return false;
-    std::string description;
-    for (std::size_t i = 0; i < kDescriptionBytes; ++i)
-        if (const int byte = get(stream); byte != kEnd) description.push_back(static_cast<char>(byte));
+    std::string description(kDescriptionBytes, ' ');
+    for (char &letter : description) letter = static_cast<char>(get(stream));
+    if (ended_) return false;
     read_description(description, info);
     if (!take_marker(stream, Marker::map) || !read_map(stream, info)) return false;
     return ahead_ == Marker::line;
