@@ -254,6 +254,10 @@ TEST(NameReading, ShortNamesGrowAndOthersStand) {
     EXPECT_EQ(given("/b/03"), "/b/03") << "two full paths";
     EXPECT_EQ(FILE_set_name("@%D/%y%m%d%h%n.nids"), 1);
     EXPECT_EQ(given("0307041830.nids"), "/data/0307041830.nids");
+    // A "*" stands for anything: what follows is not looked at.
+    EXPECT_EQ(FILE_set_name("@%D/%y%m%d*%h%n"), 1);
+    EXPECT_EQ(given("030704*1830"), "/data/030704*1830");
+    EXPECT_EQ(FILE_get_date(), date(2003, 7, 4));
 }
 
 TEST(NameReading, AGivenNameIsTheFileOfItsDate) {
