@@ -43,8 +43,8 @@ private:
     int count_ = 0; ///< bits not yet written, below 8 between calls
 };
 
-/// Codes of (pixel, prefix code) pairs: a bucket holds one entry and a chain of further ones, all from one
-/// pool, so that nothing is allocated while encoding.
+/// Codes of (pixel, prefix code) pairs, fewer than there are codes: a bucket holds one entry and a chain of
+/// further ones, all from one pool, so that nothing is allocated while encoding.
 class StringTable {
 public:
     StringTable() { clear(); }
@@ -53,7 +53,6 @@ public:
         heads_.fill(kNone);
         used_ = 0;
     }
-    [[nodiscard]] bool full() const { return used_ == kGifMaxCodes; }
     /// -1 when the pair is not there.
     [[nodiscard]] int find(unsigned pixel, unsigned prefix) const {
         const unsigned key = key_of(pixel, prefix);
@@ -96,7 +95,7 @@ public:
                 continue;
             }
             put(prefix);
-            if (next_ == kGifMaxCodes || table_.full()) {
+            if (next_ == kGifMaxCodes) {
                 put(clear_code());
                 reset();
             } else {
