@@ -1,5 +1,7 @@
 // The readers of image files: what the writers made, what other programs made, and damaged files.
 
+#include <random>
+
 #include "graphics/image_fixture.h"
 #include "graphics/images/formats.h"
 #include "graphics/images/gif_format.h"
@@ -114,6 +116,14 @@ TEST_F(ImageReadTest, PackageFormatWithDomain) {
         EXPECT_FLOAT_EQ(again.domain.dy, 0.25F);
         EXPECT_EQ(again.domain.ny, 103);
     }
+}
+
+TEST_F(ImageReadTest, GifWhoseCodesRunOut) {
+    ImageRecord record = mapped_picture(200, 150, 85);
+    std::mt19937 random(3);
+    for (std::uint8_t &pixel : record.data) pixel = static_cast<std::uint8_t>(random() % 85);
+    ASSERT_EQ(GIF_write(file("n.gif"), record), 1);
+    EXPECT_EQ(colors_of(read(file("n.gif"))), colors_of(record));
 }
 
 TEST_F(ImageReadTest, GifBehindACommentLine) {
