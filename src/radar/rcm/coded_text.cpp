@@ -109,9 +109,9 @@ bool Parts::read_place(RcmFeature &feature) {
         letter = text_.next();
     }
     if (letters[2] > kLastCell) return false;
-    const int cell = letters[2] - 'A';
-    feature.column = static_cast<float>(kBoxCells * (letters[1] - 'A') + cell / kBoxCells);
-    feature.row = static_cast<float>(kBoxCells * (letters[0] - 'A') + cell % kBoxCells);
+    const int cell = letters[2] - 'A', right = cell / kBoxCells, down = cell % kBoxCells;
+    feature.column = static_cast<float>(kBoxCells * (letters[1] - 'A') + right);
+    feature.row = static_cast<float>(kBoxCells * (letters[0] - 'A') + down);
     return true;
 }
 
