@@ -159,10 +159,10 @@ int RRWDS_rewind_file() {
     return state.bytes.empty() ? 0 : 1;
 }
 
-int RRWDS_domain(PlotDomain &domain) {
+PlotDomain RRWDS_site_domain() {
     constexpr int kLines = 401, kColumns = 601;
-    if (!is_missing(domain.proj)) return -1;
     const RrwdsInfo &info = state.info;
+    PlotDomain domain;
     DOM_init(domain);
     domain.proj = kProjPolar;
     domain.clat = info.lat;
@@ -171,6 +171,12 @@ int RRWDS_domain(PlotDomain &domain) {
     domain.ny = kLines;
     const MapDomainScope scope(domain);
     domain.dx = domain.dy = info.bin_nm * kKmPerNauticalMile / kKmPerPlaneUnit * MAP_factor(info.lat);
+    return domain;
+}
+
+int RRWDS_domain(PlotDomain &domain) {
+    if (!is_missing(domain.proj)) return -1;
+    domain = RRWDS_site_domain();
     MESS_print(kOut1, "Domain: ");
     DOM_print(kOut1, domain);
     return 0;

@@ -63,5 +63,7 @@ struct RrwdsPlotState {
     std::string told;     ///< the file of which was told what it lacks
 };
 RrwdsPlotState &RRWDS_state();
+/// The domain of the open file's radar.
+PlotDomain RRWDS_site_domain();
 /// The cells of the open file; they go to `sink`, or are filled when it is null.
 void RRWDS_draw_radials(const CellSink *sink);

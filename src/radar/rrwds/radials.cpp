@@ -47,9 +47,7 @@ void RRWDS_draw_radials(const CellSink *other_sink) {
     const LevelInk ink = CELL_ink(values);
     CellFiller filler(ink);
     const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
-    PlotDomain product;
-    RRWDS_domain(product);
-    const CellFrame frame(product, info.lat, info.lon);
+    const CellFrame frame(RRWDS_site_domain(), info.lat, info.lon);
     RadialCells cells(frame);
     const float bin = info.bin_nm * kKmPerNauticalMile / kKmPerPlaneUnit;
     const std::size_t skip = clutter_bins(state.options.clutter, info.bin_nm);
