@@ -92,7 +92,9 @@ TEST_F(AutoInput, KnowsMosaicsAndCodedMessages) {
               {"three", "RCM Base Reflectivity\n", ""},
               {"four", "RCM Base Reflectivity\n", ""},
               {"'|cat four'", "RCM Base Reflectivity\n", ""},
-              {"-", "NOWRad Radar US Composite (Dbz)\n", "cat one | "}};
+              {"-", "NOWRad Radar US Composite (Dbz)\n", "cat one | "},
+              {"'|gzip -c two'", "KAV Radar Master Grid\n", ""},
+              {"-", "RCM Base Reflectivity\n", "gzip -c three | "}};
     for (const auto &c : cases) {
         const RunResult result =
             plot(std::string("-pd ps,38.7,-90.7,11,11,0.5,0.5 ") + c.arguments, c.before);

@@ -24,6 +24,7 @@
 #include "plot/session/outcome.h"
 #include "plot/session/view.h"
 #include "plot/symbols/watch.h"
+#include "radar/common/input.h"
 #include "radar/common/level_lists.h"
 
 namespace {
@@ -63,7 +64,7 @@ void MOSAIC_check_variables() {
 bool MosaicDriver::open(std::string_view name) {
     close();
     name_ = name;
-    stream_ = FILE_open_input(name_);
+    stream_ = RADAR_open_input(name_);
     if (!stream_) {
         const int fault = errno;
         MESS_print(kWarn, "%s_open_file: Unable to open file: %s\n", format_.name, name_.c_str());
@@ -219,7 +220,7 @@ std::optional<float> value_of_cell(const MosaicFormat &format, Stream &stream, i
 
 bool MosaicDriver::read_place(const std::string &file, RadarReading &reading) {
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    Stream stream = FILE_open_input(file);
+    Stream stream = RADAR_open_input(file);
     if (!stream || !format_.read_header(stream, info_)) {
         reading.value = "it cannot be read";
         return false;

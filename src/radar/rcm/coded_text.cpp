@@ -190,8 +190,9 @@ void Parts::read_part_a() {
     }
     read_centroids();
     text_.skip_to_item();
-    report_.whole = text_.literal("/ENDAA") && counted;
-    if (!report_.whole && counted) fault("It is cut off before the end of part A");
+    const bool ended = text_.literal("/ENDAA");
+    if (!ended) fault("It is cut off before the end of part A");
+    report_.whole = ended && counted;
 }
 
 void Parts::set_cell(int column, int row, std::uint8_t level) {

@@ -21,6 +21,7 @@
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
 #include "radar/common/driver.h"
+#include "radar/common/input.h"
 #include "radar/rcm/reader.h"
 #include "radar/rcm/state.h"
 
@@ -158,7 +159,7 @@ void RCM_set_date(const DateRecord *date) {
 int RCM_open_file(std::string_view name) {
     const std::string copy(name);
     RCM_close_file();
-    state.stream = FILE_open_input(copy);
+    state.stream = RADAR_open_input(copy);
     if (!state.stream) {
         const int fault = errno;
         MESS_print(kWarn, "RCM_open_file: Unable to open file:%s\n", copy.c_str());

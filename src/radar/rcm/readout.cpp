@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "lib/files/kept_input.h"
 #include "lib/report/message.h"
 #include "lib/text/strings.h"
+#include "radar/common/input.h"
 #include "radar/common/level_lists.h"
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
@@ -28,7 +28,7 @@ void describe(std::uint8_t level, RadarReading &reading) {
 
 bool RCM_read_place(const std::string &file, RadarReading &reading) {
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
-    Stream stream = FILE_open_input(file);
+    Stream stream = RADAR_open_input(file);
     RcmReport report;
     if (!stream || !RCM_find_report(stream, report)) {
         reading.value = "it cannot be read";

@@ -21,6 +21,7 @@
 #include "plot/session/view.h"
 #include "radar/common/beam_location.h"
 #include "radar/common/driver.h"
+#include "radar/common/input.h"
 #include "radar/common/intensity_legend.h"
 
 namespace {
@@ -124,7 +125,7 @@ int RRWDS_get_header(Stream &stream, RrwdsInfo &info) {
 int RRWDS_open_file(std::string_view name) {
     const std::string copy(name);
     RRWDS_close_file();
-    Stream stream = FILE_open_input(copy);
+    Stream stream = RADAR_open_input(copy);
     if (!stream) {
         const int fault = errno;
         MESS_print(kError, "RRWDS_open_file: Unable to open file:%s\n", copy.c_str());

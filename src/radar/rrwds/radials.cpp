@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "graphics/kernel/helpers.h"
-#include "lib/files/kept_input.h"
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
 #include "lib/time/date.h"
@@ -12,6 +11,7 @@
 #include "plot/colour/level_choice.h"
 #include "plot/map/current_map.h"
 #include "plot/session/labels.h"
+#include "radar/common/input.h"
 #include "radar/common/intensity_legend.h"
 #include "radar/common/level_lists.h"
 #include "radar/rrwds/plot.h"
@@ -80,7 +80,7 @@ int RRWDS_plot_data() {
 
 bool RRWDS_read_place(const std::string &file, RadarReading &reading) {
     const RrwdsInfo &info = RRWDS_state().info;
-    Stream stream = FILE_open_input(file);
+    Stream stream = RADAR_open_input(file);
     const std::vector<std::byte> bytes = stream.read_all(kRrwdsFileBytes);
     RrwdsHeader header;
     if (!RRWDS_decode_header(bytes, header)) {
