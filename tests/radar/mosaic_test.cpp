@@ -16,7 +16,7 @@ namespace {
 class Written {
 public:
     explicit Written(const samples::Bytes &bytes) : stream_(std::tmpfile(), Stream::Kind::file) {
-        std::fwrite(bytes.data(), 1, bytes.size(), stream_.get());
+        if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), stream_.get());
         std::rewind(stream_.get());
     }
     Stream &stream() { return stream_; }

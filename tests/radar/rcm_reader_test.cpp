@@ -147,7 +147,7 @@ TEST(RcmText, TablesAreNotOverrun) {
 
 Stream stream_of(const samples::Bytes &bytes) {
     std::FILE *file = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), file);
     std::rewind(file);
     return {file, Stream::Kind::file};
 }

@@ -25,7 +25,7 @@ Stream stream_of(const std::vector<std::byte> &bytes) {
         return {};
     }
     Stream stream(file, Stream::Kind::file);
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file) < bytes.size()) return {};
+    if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file) < bytes.size()) return {};
     std::rewind(file);
     return stream;
 }
