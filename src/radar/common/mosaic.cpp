@@ -22,7 +22,6 @@
 #include "plot/places/region.h"
 #include "plot/session/labels.h"
 #include "plot/session/outcome.h"
-#include "plot/session/view.h"
 #include "plot/symbols/watch.h"
 #include "radar/common/input.h"
 #include "radar/common/level_lists.h"
@@ -194,11 +193,7 @@ void MosaicDriver::tell_end(int lines) {
 }
 
 void MosaicDriver::on_event(std::string_view event, float x, float y, RadarReader read) {
-    const std::optional<RadarReading> reading = RADAR_read(event, x, y, read);
-    PLT_print_location(event, x, y);
-    RADAR_tell(event, reading);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event);
+    RADAR_on_event(event, x, y, read);
     CONT_flash_value(event, x, y);
 }
 

@@ -1,4 +1,5 @@
 #include "radar/common/readout.h"
+#include "plot/session/view.h"
 
 #include <cmath>
 
@@ -138,4 +139,16 @@ void RADAR_tell(std::string_view event, const std::optional<RadarReading> &readi
         state.held.clear();
         gshow_note("");
     }
+}
+
+void RADAR_on_event(std::string_view event, float x, float y, RadarReader read,
+                    const std::function<void()> &print_place) {
+    const std::optional<RadarReading> reading = RADAR_read(event, x, y, read);
+    if (print_place)
+        print_place();
+    else
+        PLT_print_location(event, x, y);
+    RADAR_tell(event, reading);
+    PLT_plot_zoom(event, x, y);
+    PLT_plot_resize(event);
 }

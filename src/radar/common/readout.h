@@ -2,6 +2,7 @@
 /// What is under the pointer: the value of the cell drawn there, where on the earth it is, and how high the
 /// beam stands over it. One road for all radar drivers; a driver gives the cell of the file that is seen.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,6 +43,11 @@ using RadarReader = bool (*)(const std::string &file, RadarReading &reading);
 /// on, its press alone asks for nothing.
 [[nodiscard]] std::optional<RadarReading> RADAR_read(std::string_view event, float x, float y,
                                                      RadarReader read);
+/// What keys and buttons of a radar's window do: the value and the place under the pointer are told, a box
+/// becomes the domain, a change of size draws again. `print_place` prints the place on "v-Alt" instead of
+/// PLT_print_location.
+void RADAR_on_event(std::string_view event, float x, float y, RadarReader read,
+                    const std::function<void()> &print_place = {});
 /// Tells what was read: "v-Alt" at the terminal and in the window's title, a held button in the title until
 /// it is released and then, once, at the terminal.
 void RADAR_tell(std::string_view event, const std::optional<RadarReading> &reading);

@@ -18,7 +18,6 @@
 #include "plot/map/current_map.h"
 #include "plot/places/region.h"
 #include "plot/session/labels.h"
-#include "plot/session/view.h"
 #include "radar/common/driver.h"
 #include "radar/lev2/reader.h"
 #include "radar/lev2/volume_reader.h"
@@ -157,11 +156,7 @@ void LEV2_print_info() {
 }
 
 void LEV2_callback(int /*kind*/, std::string_view event, float x, float y) {
-    const std::optional<RadarReading> reading = RADAR_read(event, x, y, LEV2_read_place);
-    PLT_print_location(event, x, y);
-    RADAR_tell(event, reading);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event);
+    RADAR_on_event(event, x, y, LEV2_read_place);
 }
 
 int LEV2_plot_nextfile() {

@@ -18,7 +18,6 @@
 #include "plot/colour/levels.h"
 #include "plot/map/current_map.h"
 #include "plot/session/labels.h"
-#include "plot/session/view.h"
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
 #include "radar/common/beam_location.h"
@@ -181,11 +180,10 @@ int NIDS_plot_frame() {
 }
 
 void NIDS_callback(int /*kind*/, std::string_view event, float x, float y) {
-    const std::optional<RadarReading> reading = RADAR_read(event, x, y, NIDS_read_place);
-    NIDS_print_loc_elev(event, x, y, state.info.domain.clat, state.info.domain.clon, state.info.elevation);
-    RADAR_tell(event, reading);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event);
+    RADAR_on_event(event, x, y, NIDS_read_place, [=] {
+        NIDS_print_loc_elev(event, x, y, state.info.domain.clat, state.info.domain.clon,
+                            state.info.elevation);
+    });
     CONT_flash_value(event, x, y);
 }
 

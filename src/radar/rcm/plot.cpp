@@ -17,7 +17,6 @@
 #include "plot/colour/levels.h"
 #include "plot/places/city.h"
 #include "plot/session/labels.h"
-#include "plot/session/view.h"
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
 #include "radar/common/driver.h"
@@ -215,11 +214,7 @@ int RCM_plot_frame() {
 }
 
 void RCM_callback(int /*kind*/, std::string_view event, float x, float y) {
-    const std::optional<RadarReading> reading = RADAR_read(event, x, y, RCM_read_place);
-    PLT_print_location(event, x, y);
-    RADAR_tell(event, reading);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event);
+    RADAR_on_event(event, x, y, RCM_read_place);
 }
 
 int RCM_plot_nextfile() {

@@ -78,6 +78,16 @@ RrwdsLevels RRWDS_decode_radial(std::span<const std::byte> record) {
     return levels;
 }
 
+RrwdsLevels RRWDS_levels(std::span<const std::byte> file, int azimuth) {
+    const std::size_t at = kRrwdsHeaderBytes + static_cast<std::size_t>(azimuth) * kRrwdsRecordBytes;
+    if (at >= file.size()) return {};
+    return RRWDS_decode_radial(file.subspan(at, std::min(kRrwdsRecordBytes, file.size() - at)));
+}
+
+std::size_t RRWDS_count_radials(std::size_t bytes) {
+    return bytes < kRrwdsHeaderBytes ? 0 : (bytes - kRrwdsHeaderBytes) / kRrwdsRecordBytes;
+}
+
 int RRWDS_year(const DateRecord &date, const DateRecord &near) {
     const auto seconds = [](DateRecord copy) {
         copy.second = is_missing(copy.second) ? 0 : copy.second;

@@ -27,6 +27,10 @@ struct RrwdsHeader {
 using RrwdsLevels = std::array<std::uint8_t, kRrwdsBins>;
 /// Levels of the bins of a record from the radar outwards; 0 for those that a cut record lacks.
 RrwdsLevels RRWDS_decode_radial(std::span<const std::byte> record);
+/// The same of the radial at an azimuth, 0 to 359 degrees, of a file.
+RrwdsLevels RRWDS_levels(std::span<const std::byte> file, int azimuth);
+/// Whole radials of a file of so many bytes.
+std::size_t RRWDS_count_radials(std::size_t bytes);
 /// The year of a date that has none: the one of `near` in which the date is closest to it. Both may be in
 /// different years at the turn of one.
 [[nodiscard]] int RRWDS_year(const DateRecord &date, const DateRecord &near);

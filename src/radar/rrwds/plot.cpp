@@ -18,7 +18,6 @@
 #include "plot/places/city.h"
 #include "plot/places/region.h"
 #include "plot/session/labels.h"
-#include "plot/session/view.h"
 #include "radar/common/beam_location.h"
 #include "radar/common/driver.h"
 #include "radar/common/input.h"
@@ -82,7 +81,7 @@ int complete_header(std::span<const std::byte> bytes, const std::string &name, R
 
 /// Tells once what the open file lacks, or has too much of. True when it is whole.
 bool tell_survey(const std::string &name, bool longer) {
-    const std::size_t records = (state.bytes.size() - kRrwdsHeaderBytes) / kRrwdsRecordBytes;
+    const std::size_t records = RRWDS_count_radials(state.bytes.size());
     const bool whole = records == kRrwdsRadials && FILE_input_is_whole(name);
     if (state.told == name) return whole;
     state.told = name;
@@ -210,11 +209,9 @@ int RRWDS_plot_frame() {
 }
 
 void RRWDS_callback(int /*kind*/, std::string_view event, float x, float y) {
-    const std::optional<RadarReading> reading = RADAR_read(event, x, y, RRWDS_read_place);
-    NIDS_print_loc_elev(event, x, y, state.info.lat, state.info.lon, state.info.elevation);
-    RADAR_tell(event, reading);
-    PLT_plot_zoom(event, x, y);
-    PLT_plot_resize(event);
+    RADAR_on_event(event, x, y, RRWDS_read_place, [=] {
+        NIDS_print_loc_elev(event, x, y, state.info.lat, state.info.lon, state.info.elevation);
+    });
     RAD_flash_levels(event, x, y);
 }
 

@@ -24,12 +24,6 @@ constexpr std::size_t kNoEcho = 7;
 /// A radial reaches a tenth of a degree into the next.
 constexpr float kWidthDeg = 1.1F;
 
-RrwdsLevels levels_of(std::span<const std::byte> bytes, int azimuth) {
-    const std::size_t at = kRrwdsHeaderBytes + static_cast<std::size_t>(azimuth) * kRrwdsRecordBytes;
-    if (at >= bytes.size()) return {};
-    return RRWDS_decode_radial(bytes.subspan(at, std::min(kRrwdsRecordBytes, bytes.size() - at)));
-}
-
 /// Bins that end nearer to the radar are clutter.
 std::size_t clutter_bins(float clutter_nm, float bin_nm) {
     std::size_t bins = 0;
@@ -52,7 +46,7 @@ void RRWDS_draw_radials(const CellSink *other_sink) {
     const float bin = info.bin_nm * kKmPerNauticalMile / kKmPerPlaneUnit;
     const std::size_t skip = clutter_bins(state.options.clutter, info.bin_nm);
     for (int azimuth = 0; azimuth < kRrwdsRadials; ++azimuth) {
-        const RrwdsLevels levels = levels_of(state.bytes, azimuth);
+        const RrwdsLevels levels = RRWDS_levels(state.bytes, azimuth);
         const auto from = static_cast<float>(azimuth);
         cells.draw(from, from + kWidthDeg, 0, bin, levels, skip, ink, sink);
     }
@@ -97,7 +91,7 @@ bool RRWDS_read_place(const std::string &file, RadarReading &reading) {
     reading.value = kOutsideWords;
     if (!(bin >= 0 && bin < kRrwdsBins)) return true;
     const int azimuth = static_cast<int>(std::floor(reading.azimuth)) % kRrwdsRadials;
-    const std::size_t level = levels_of(bytes, azimuth)[static_cast<std::size_t>(bin)];
+    const std::size_t level = RRWDS_levels(bytes, azimuth)[static_cast<std::size_t>(bin)];
     if (level == 0 || level == kNoEcho) {
         reading.value = level == 0 ? kBelowWords : kNoDataWords;
     } else {
