@@ -65,16 +65,30 @@ struct Run {
     unsigned level;
     int column, cells;
 };
-std::vector<Run> runs_of(const LevelOf &level, int line, int columns) {
+std::vector<Run> runs_of(const LevelOf &level, const EchoWindow &window, int line, int columns) {
     std::vector<Run> runs;
-    for (int column = 0; column < columns; ++column) {
-        const unsigned next = level(line, column);
+    const auto add = [&runs](unsigned next, int column, int cells) {
+        if (cells < 1) return;
         if (runs.empty() || runs.back().level != next)
-            runs.push_back({next, column, 1});
+            runs.push_back({next, column, cells});
         else
-            ++runs.back().cells;
-    }
+            runs.back().cells += cells;
+    };
+    const bool within = line >= window.first_line && line < window.end_line;
+    const int begin = within ? std::min(window.first_column, columns) : columns;
+    const int end = within ? std::min(window.end_column, columns) : columns;
+    add(window.outside, 0, begin);
+    for (int column = begin; column < end; ++column) add(level(line, column), column, 1);
+    add(window.outside, end, columns - end);
     return runs;
+}
+
+/// Lines and columns of a grid that lie within six degrees of the radar.
+EchoWindow window_around(const Site &site, double top, double left, double dy, double dx, unsigned outside) {
+    constexpr double kDegrees = 6;
+    const auto index = [](double from, double step) { return std::max(static_cast<int>(from / step), 0); };
+    return {index(top - site.lat - kDegrees, dy), index(top - site.lat + kDegrees, dy),
+            index(site.lon - kDegrees - left, dx), index(site.lon + kDegrees - left, dx), outside};
 }
 
 void low_first(ByteWriter &out, int value) {
@@ -140,7 +154,7 @@ Bytes nowrad_file(const NowradFile &file) {
     for (int line = 0; line < file.lines; ++line) {
         marker(kLine);
         low_first(out, line + 1);
-        for (const Run &run : runs_of(file.level, line, file.columns)) nowrad_run(out, run);
+        for (const Run &run : runs_of(file.level, file.window, line, file.columns)) nowrad_run(out, run);
     }
     marker(kEnd);
     return out.take();
@@ -164,7 +178,7 @@ Bytes kavrad_file(const KavradFile &file) {
     unsigned current = 0x40; // no level
     for (int line = 0; line < lines; ++line) {
         // A line ends with its last column but one, or where a run goes on to its end.
-        for (const Run &run : runs_of(file.level, line, columns - 1)) {
+        for (const Run &run : runs_of(file.level, file.window, line, columns - 1)) {
             int left = run.cells;
             if (run.level != current || run.column == 0) {
                 const int now = std::min(left, kMostWithLevel);
@@ -194,8 +208,9 @@ NowradFile nowrad_latlon(double minutes) {
     file.level = [evening = Evening(minutes)](int line, int column) {
         const double lat = kTop - (line + 0.5) * kDy,
                      lon = kLon + (column + 0.5 - (kColumns - 1) / 2.0) * kDx;
-        return evening.near(lat, lon) ? five_dbz(evening.dbz(lat, lon)) : 0U;
+        return five_dbz(evening.dbz(lat, lon));
     };
+    file.window = window_around(Site(), kTop, kLon - (kColumns - 1) / 2.0 * kDx, kDy, kDx, 0);
     return file;
 }
 
@@ -227,7 +242,6 @@ KavradFile kavrad(double minutes, bool composite, bool half) {
     file.level = [=, evening = Evening(minutes)](int line, int column) {
         // The first line lies one line below the upper edge of the grid.
         const double lat = top - (line + 1.5) * dy, lon = left + (column + 0.5) * dx;
-        if (!evening.near(lat, lon)) return none;
         const double dbz = evening.dbz(lat, lon);
         constexpr std::array<double, 6> steps{20, 30, 40, 45, 50, 55};
         if (composite) {
@@ -237,6 +251,7 @@ KavradFile kavrad(double minutes, bool composite, bool half) {
         const unsigned level = five_dbz(dbz);
         return level > 0 ? level : none;
     };
+    file.window = window_around(Site(), top - 1.5 * dy, left, dy, dx, none);
     return file;
 }
 
