@@ -49,6 +49,7 @@ const std::string &kavrad_name() {
 const std::string &nowrad_name() {
     static const std::string name = [] {
         samples::NowradFile file = samples::nowrad_latlon(0);
+        file.window = {};
         file.level = [](int line, int column) { return echo(line, column, 58); };
         return written("bench_nowrad.tmp", samples::nowrad_file(file));
     }();

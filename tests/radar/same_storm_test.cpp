@@ -326,6 +326,7 @@ TEST(SameStorm, CellsSmallerThanPixelsMakeThePictureOfTheirOutlines) {
     file.lines = 500;
     file.columns = 560;
     file.numbers = {-90.7 * kDegree, 48 * kDegree, 0, 0.04 * kDegree, 0.05 * kDegree};
+    file.window = {};
     file.level = [](int line, int column) { return static_cast<unsigned>(line / 9 + column / 13) % 5; };
     const std::string name = scratch(samples::nowrad_file(file));
     for (const auto &[proj, size] :
