@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
+#include "lib/text/strings.h"
 #include "plot/colour/attribute.h"
 #include "plot/map/current_map.h"
 #include "plot/symbols/wind.h"
+#include "radar/common/storm_symbol.h"
 #include "radar/nids/storm.h"
 
 namespace {
@@ -16,33 +19,10 @@ namespace {
 constexpr int kTrackSteps = 4;
 constexpr float kHoursPerTrack = 2.0F;
 
-/// Markers of the composite symbol.
-struct StormMarker {
-    const char *color;
-    int type;
-};
 constexpr StormMarker kSevereHail{"green", 3};
 constexpr StormMarker kLikelyHail{"green", 5};
 constexpr StormMarker kMesocyclone{"yellow", 4};
 constexpr StormMarker kTornado{"red", 9};
-constexpr StormMarker kPlainStorm{"white", 2};
-constexpr float kMarkerWidth = 2.0F;
-
-void draw_marker(const Point &place, const StormMarker &marker) {
-    Attribute record;
-    ATTRIB_parse(marker.color, record);
-    record.style = marker.type;
-    record.width = kMarkerWidth;
-    GPH_mark_attr(&record, 1.0F);
-    GPH_mark(place.x, place.y);
-}
-
-/// White shows on a dark background only.
-StormMarker plain_marker() {
-    StormMarker marker = kPlainStorm;
-    marker.color = gtype_is_file() ? "black" : ATTRIB_text_default();
-    return marker;
-}
 
 bool moves(const NidsStorm &storm) {
     return storm.speed_kt > 0 && !is_missing(storm.direction);
@@ -50,26 +30,22 @@ bool moves(const NidsStorm &storm) {
 
 void draw_composite(const PlacedStorm &placed, float height) {
     const NidsStorm &storm = placed.storm;
-    bool marked = false;
-    const auto mark = [&](const StormMarker &marker) {
-        draw_marker(placed.place, marker);
-        marked = true;
-    };
+    std::vector<StormMarker> markers;
+    const auto mark = [&markers](const StormMarker &marker) { markers.push_back(marker); };
     if (storm.posh > 74.0F)
         mark(kSevereHail);
     else if (storm.posh > 49.0F)
         mark(kLikelyHail);
     if (storm.meso > 0) mark(kMesocyclone);
     if (storm.tvs > 0) mark(kTornado);
-    if (!marked) mark(plain_marker());
-    const auto [x, y] = placed.place;
-    if (moves(storm))
-        WIND_barb(x, y, MAP_dir_adj(storm.direction, x, y), storm.speed_kt, 0.075F * height, 0.0F);
-    gset_char_ht(0.02F * height);
-    GPH_text_align(kAlignRight, kAlignBase);
-    GPH_printf(x - 0.01F * height, y + 0.01F * height, "%s", storm.id.c_str());
-    GPH_text_align(kAlignLeft, kAlignBase);
-    if (storm.max_dbz > 0) GPH_printf(x + 0.01F * height, y + 0.01F * height, "%.0f", storm.max_dbz);
+    if (markers.empty()) mark(RADAR_plain_storm());
+    StormSymbol symbol{.markers = markers, .left = storm.id, .right = {}};
+    if (moves(storm)) {
+        symbol.direction = storm.direction;
+        symbol.speed_kt = storm.speed_kt;
+    }
+    if (storm.max_dbz > 0) symbol.right = format_text("%.0f", static_cast<double>(storm.max_dbz));
+    RADAR_draw_storm(placed.place, symbol, height);
 }
 
 /// A way on the plot: degrees clockwise from up, and plane units.

@@ -1,5 +1,8 @@
 /// What is drawn over the grid: site, rings, storms, mesocyclones and vortices.
 
+#include <array>
+#include <string>
+
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "lib/options/flags.h"
@@ -10,40 +13,23 @@
 #include "plot/session/status_text.h"
 #include "plot/symbols/variables.h"
 #include "plot/symbols/watch.h"
-#include "plot/symbols/wind.h"
+#include "radar/common/storm_symbol.h"
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
 
 namespace {
 
-constexpr float kMarkerWidth = 2.0F;
+constexpr StormMarker kPositiveHail{"lgreen", 3}, kProbableHail{"lgreen", 5}, kMesocyclone{"yellow", 4},
+    kVortex{"lred", 7};
 
-struct FeatureMarker {
-    const char *color;
-    int type;
-};
-constexpr FeatureMarker kPositiveHail{"lgreen", 3}, kProbableHail{"lgreen", 5}, kPlainStorm{"white", 2},
-    kMesocyclone{"yellow", 4}, kVortex{"lred", 7};
-
-void draw_marker(const Point &place, const FeatureMarker &marker) {
-    Attribute record;
-    // White shows on a dark background only.
-    const bool plain = marker.type == kPlainStorm.type && gtype_is_file();
-    ATTRIB_parse(plain ? "black" : marker.color, record);
-    record.style = marker.type;
-    record.width = kMarkerWidth;
-    GPH_mark_attr(&record, 1.0F);
-    GPH_mark(place.x, place.y);
-}
-
-const FeatureMarker &marker_of(RcmHail hail) {
+StormMarker marker_of(RcmHail hail) {
     switch (hail) {
     case RcmHail::positive: return kPositiveHail;
     case RcmHail::probable: return kProbableHail;
     case RcmHail::none:
     case RcmHail::unknown: break;
     }
-    return kPlainStorm;
+    return RADAR_plain_storm();
 }
 
 /// What sizes text and symbols: the height of the plot, and the user's factor for text.
@@ -52,19 +38,12 @@ struct Scale {
 };
 
 void draw_storm(const RcmStorm &storm, const Point &place, const Scale &scale) {
-    constexpr float kBarb = 0.075F, kText = 0.02F, kAside = 0.01F; // of the height
-    draw_marker(place, marker_of(storm.hail));
-    const auto [x, y] = place;
-    if (!is_missing(storm.direction) && !is_missing(storm.speed))
-        WIND_barb(x, y, MAP_dir_adj(static_cast<float>(storm.direction), x, y),
-                  static_cast<float>(storm.speed), kBarb * scale.height, 0.0F);
-    gset_char_ht(kText * scale.text * scale.height);
-    const float aside = kAside * scale.height;
-    GPH_text_align(kAlignRight, kAlignBase);
-    GPH_printf(x - aside, y + aside, "%s", storm.id.c_str());
-    if (is_missing(storm.severe)) return;
-    GPH_text_align(kAlignLeft, kAlignBase);
-    GPH_printf(x + aside, y + aside, "%d", storm.severe);
+    const std::array markers{marker_of(storm.hail)};
+    StormSymbol symbol{.markers = markers, .left = storm.id, .right = {}};
+    if (!is_missing(storm.direction)) symbol.direction = static_cast<float>(storm.direction);
+    if (!is_missing(storm.speed)) symbol.speed_kt = static_cast<float>(storm.speed);
+    if (!is_missing(storm.severe)) symbol.right = std::to_string(storm.severe);
+    RADAR_draw_storm(place, symbol, scale.height, scale.text);
 }
 
 /// Storms, then what turns in them.
@@ -81,9 +60,9 @@ void draw_features(const RcmReport &report, const Attribute &ink, const Scale &s
         draw_at(storm, [&](const Point &place) { draw_storm(storm, place, scale); });
     }
     for (const RcmFeature &meso : report.mesocyclones)
-        draw_at(meso, [](const Point &place) { draw_marker(place, kMesocyclone); });
+        draw_at(meso, [](const Point &place) { RADAR_draw_marker(place, kMesocyclone); });
     for (const RcmFeature &vortex : report.vortices)
-        draw_at(vortex, [](const Point &place) { draw_marker(place, kVortex); });
+        draw_at(vortex, [](const Point &place) { RADAR_draw_marker(place, kVortex); });
 }
 
 void draw_station_fields(const RcmReport &report, const PlotVariable &variable) {
