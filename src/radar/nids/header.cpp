@@ -179,7 +179,7 @@ bool NidsReader::message_header() {
     message.source = bytes.u16();
     message.destination = bytes.u16();
     message.blocks = bytes.u16();
-    blocks.message = message;
+    blocks.set_message(message);
     MESS_print(kOut4, "Message Header: %d %d\n", static_cast<int>(start), lines);
     MESS_print(kOut4, "Code: %d\n", message.code);
     MESS_print(kOut4, "Date: %d\n", message.days);
