@@ -61,6 +61,14 @@ void DATE_init(DateRecord &date) {
     date = DateRecord{};
 }
 
+bool DATE_is_possible(const DateRecord &date) {
+    const auto within = [](int value, int first, int last) {
+        return is_missing(value) || (value >= first && value <= last);
+    };
+    return within(date.year, 0, 9999) && within(date.month, 1, 12) && within(date.day, 1, 31) &&
+           within(date.hour, 0, 23) && within(date.minute, 0, 59) && within(date.second, 0, 59);
+}
+
 int DATE_is_leap(int year) {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 1 : 0;
 }

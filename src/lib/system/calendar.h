@@ -22,6 +22,9 @@ struct DateRecord {
 
 void DATE_init(DateRecord &date);
 
+/// The fields that are set lie within their ranges: what a file says may be no time.
+[[nodiscard]] bool DATE_is_possible(const DateRecord &date);
+
 /// 1 for a Gregorian leap year, else 0.
 [[nodiscard]] int DATE_is_leap(int year);
 

@@ -71,8 +71,7 @@ private:
 
 /// Fields of two characters: hour, minute, second, day, month, year. One digit has a blank beside it.
 void read_date(std::string_view text, DateRecord &date) {
-    constexpr int kLastHour = 23, kLastMinute = 59, kLastDay = 31, kLastMonth = 12, kThisCentury = 50,
-                  kTwoDigits = 200;
+    constexpr int kThisCentury = 50, kTwoDigits = 200;
     std::array<int, kDateWidth / 2> v{};
     bool digits = true;
     for (std::size_t i = 0; i < v.size(); ++i) {
@@ -80,19 +79,17 @@ void read_date(std::string_view text, DateRecord &date) {
         digits = digits && number;
         v[i] = number.value_or(kMissing);
     }
-    const auto within = [](int value, int first, int last) { return value >= first && value <= last; };
-    if (!digits || !within(v[0], 0, kLastHour) || !within(v[1], 0, kLastMinute) ||
-        !within(v[2], 0, kLastMinute) || !within(v[3], 1, kLastDay) || !within(v[4], 1, kLastMonth) ||
-        v[5] < 0) {
+    DateRecord time;
+    time.hour = v[0];
+    time.minute = v[1];
+    time.second = v[2];
+    time.day = v[3];
+    time.month = v[4];
+    time.year = v[5] < kThisCentury ? v[5] + 2000 : v[5] < kTwoDigits ? v[5] + 1900 : v[5];
+    if (!digits || v[5] < 0 || !DATE_is_possible(time))
         MESS_print(kWarn, "KAVRAD_header: The header has no time\n");
-        return;
-    }
-    date.hour = v[0];
-    date.minute = v[1];
-    date.second = v[2];
-    date.day = v[3];
-    date.month = v[4];
-    date.year = v[5] < kThisCentury ? v[5] + 2000 : v[5] < kTwoDigits ? v[5] + 1900 : v[5];
+    else
+        date = time;
 }
 
 PlotDomain domain_of(bool half) {

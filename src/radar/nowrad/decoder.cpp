@@ -128,18 +128,18 @@ void read_time(std::string_view text, DateRecord &date) {
     const auto month = scan.word(3);
     scan.literal('-');
     const auto year = scan.integer();
-    constexpr int kLastHour = 23, kLastMinute = 59, kLastDay = 31;
-    const auto within = [](int value, int first, int last) { return value >= first && value <= last; };
-    if (!year || !within(*hour, 0, kLastHour) || !within(*minute, 0, kLastMinute) ||
-        !within(*day, 1, kLastDay) || is_missing(month_of(*month)) || *year < 0) {
-        MESS_print(kWarn, "NOWRad_header: The description has no time\n");
-        return;
+    DateRecord time;
+    if (year) {
+        time.hour = *hour;
+        time.minute = *minute;
+        time.day = *day;
+        time.month = month_of(*month);
+        time.year = *year;
     }
-    date.hour = *hour;
-    date.minute = *minute;
-    date.day = *day;
-    date.month = month_of(*month);
-    date.year = *year;
+    if (!year || is_missing(time.month) || !DATE_is_possible(time))
+        MESS_print(kWarn, "NOWRad_header: The description has no time\n");
+    else
+        date = time;
 }
 
 void read_description(std::string_view text, MosaicInfo &info) {

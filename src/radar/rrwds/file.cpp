@@ -32,10 +32,6 @@ bool is_station_letter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || is_digit(c);
 }
 
-bool within(std::optional<int> value, int low, int high) {
-    return value && *value >= low && *value <= high;
-}
-
 } // namespace
 
 bool RRWDS_decode_header(std::span<const std::byte> bytes, RrwdsHeader &header) {
@@ -50,11 +46,13 @@ bool RRWDS_decode_header(std::span<const std::byte> bytes, RrwdsHeader &header) 
     const auto minute = decimal(at(kMinuteAt) >> 4 & 7U, at(kMinuteAt) & 15U);
     const auto day = decimal(at(kDayAt) >> 4, at(kDayAt) & 15U);
     const auto month = decimal(at(kMonthAt) >> 4, at(kMonthAt) & 15U);
-    if (within(hour, 0, 23) && within(minute, 0, 59) && within(day, 1, 31) && within(month, 1, 12)) {
-        header.date.month = *month;
-        header.date.day = *day;
-        header.date.hour = *hour;
-        header.date.minute = *minute;
+    DateRecord date;
+    if (hour && minute && day && month) {
+        date.month = *month;
+        date.day = *day;
+        date.hour = *hour;
+        date.minute = *minute;
+        if (DATE_is_possible(date)) header.date = date;
     }
     const auto whole = decimal(at(kTensAt) & 7U, at(kUnitsAt) >> 4);
     const unsigned tenths = at(kUnitsAt) & 15U;
