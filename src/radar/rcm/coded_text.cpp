@@ -93,6 +93,7 @@ private:
     bool read_place(RcmFeature &feature);
     std::optional<int> read_count(std::string_view item);
     bool keeps(std::size_t have, std::size_t most, std::string_view what);
+    void tell_count(std::string_view item, std::optional<int> count, int read);
 
     Cursor text_;
     RcmReport &report_;
@@ -133,6 +134,13 @@ bool Parts::keeps(std::size_t have, std::size_t most, std::string_view what) {
     return false;
 }
 
+/// Fewer entries than an item counts cannot be read, or are not there.
+void Parts::tell_count(std::string_view item, std::optional<int> count, int read) {
+    if (count && read < *count)
+        fault(format_text("Of %d entries behind %.*s %d can be read", *count, static_cast<int>(item.size()),
+                          item.data(), read));
+}
+
 /// "/NEXRAA 0308 1112210245": number, then day, month, year, hour and minute.
 bool Parts::read_heading() {
     if (!text_.literal("/NEXRAA")) return false;
@@ -144,19 +152,18 @@ bool Parts::read_heading() {
     report_.status = RcmStatus::normal;
     if (number) report_.number = *number;
     const auto [day, month, year, hour, minute] = fields;
-    const auto within = [](std::optional<int> value, int low, int high) {
-        return value && *value >= low && *value <= high;
-    };
-    if (!within(day, 1, 31) || !within(month, 1, 12) || !within(year, 0, kTwoDigits) ||
-        !within(hour, 0, 23) || !within(minute, 0, 59)) {
-        fault("It has no time");
-        return true;
+    DateRecord time;
+    if (day && month && year && hour && minute) {
+        time.day = *day;
+        time.month = *month;
+        time.year = *year + (*year <= kThisCentury ? 2000 : *year <= kTwoDigits ? 1900 : 0);
+        time.hour = *hour;
+        time.minute = *minute;
     }
-    report_.date.day = *day;
-    report_.date.month = *month;
-    report_.date.year = *year + (*year <= kThisCentury ? 2000 : 1900);
-    report_.date.hour = *hour;
-    report_.date.minute = *minute;
+    if (is_missing(time.year) || !DATE_is_possible(time))
+        fault("It has no time");
+    else
+        report_.date = time;
     return true;
 }
 
@@ -247,7 +254,8 @@ void Parts::read_intensities(int count) {
 /// "/NCEN12: CM9KOH 243051,": identifier, place, direction and speed.
 void Parts::read_centroids() {
     const auto count = read_count("/NCEN");
-    for (int i = 0; count && i < *count && text_.literal("C"); ++i) {
+    int i = 0;
+    for (; count && i < *count && text_.literal("C"); ++i) {
         RcmStorm storm;
         storm.id = text_.take(2);
         if (!read_place(storm)) break;
@@ -257,6 +265,7 @@ void Parts::read_centroids() {
         if (!keeps(report_.storms.size(), kRcmMostStorms, "storms")) continue;
         report_.storms.push_back(storm);
     }
+    tell_count("/NCEN", count, i);
 }
 
 /// "020B227038,": height, letter of a level, direction and speed.
@@ -291,7 +300,8 @@ void Parts::read_features(std::string_view item, std::string_view mark, std::siz
                           std::vector<RcmFeature> &features) {
     text_.skip_to_item();
     const auto count = read_count(item);
-    for (int i = 0; count && i < *count && text_.literal(mark); ++i) {
+    int i = 0;
+    for (; count && i < *count && text_.literal(mark); ++i) {
         RcmFeature feature;
         feature.id = text_.take(2);
         if (!read_place(feature)) break;
@@ -299,13 +309,15 @@ void Parts::read_features(std::string_view item, std::string_view mark, std::siz
         if (keeps(features.size(), most, mark == "M" ? "mesocyclones" : "vortices"))
             features.push_back(feature);
     }
+    tell_count(item, count, i);
 }
 
 /// "/NCEN12: CM9KOH S361HP,": severe value and hail of the storms of part A, or of others.
 void Parts::read_severities() {
     text_.skip_to_item();
     const auto count = read_count("/NCEN");
-    for (int i = 0; count && i < *count && text_.literal("C"); ++i) {
+    int i = 0;
+    for (; count && i < *count && text_.literal("C"); ++i) {
         RcmStorm found;
         found.id = text_.take(2);
         if (!read_place(found)) break;
@@ -327,6 +339,7 @@ void Parts::read_severities() {
             report_.storms.push_back(found);
         }
     }
+    tell_count("/NCEN", count, i);
 }
 
 void Parts::read_part_c() {

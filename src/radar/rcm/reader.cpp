@@ -41,7 +41,7 @@ bool is_next_bulletin(std::string_view line) {
 }
 
 /// What stands behind the identifier's line up to the next bulletin, which the stream is left before.
-std::string read_body(Stream &stream) {
+std::string read_body(Stream &stream, RcmFaults &faults) {
     std::string body, line;
     bool goes_on = true; // the line before was cut by its length
     for (;;) {
@@ -56,6 +56,8 @@ std::string read_body(Stream &stream) {
         body += line;
         if (body.size() > kMostBodyBytes) {
             body.resize(kMostBodyBytes);
+            faults.push_back(
+                format_text("What stands behind its first %zu bytes is not read", kMostBodyBytes));
             return body;
         }
     }
@@ -146,8 +148,8 @@ int RCM_read_site(Stream &stream, RcmReport &report) {
     while (!id && read_line(stream, line)) id = identifier_of(line);
     if (!id) return -1;
     report.id = *id;
-    const std::string body = read_body(stream);
     RcmFaults faults;
+    const std::string body = read_body(stream, faults);
     const bool read =
         is_packet_form(body) ? read_packets(body, report, faults) : read_text_form(body, report, faults);
     if (!read) faults.push_back("It has no /NEXRAA item");
