@@ -148,8 +148,8 @@ void MosaicDriver::plot_frame() {
     PLT_labels();
 }
 
-MosaicGrid MosaicDriver::grid() const {
-    const PlotDomain &domain = info_.domain;
+MosaicGrid MosaicDriver::grid(const MosaicInfo &info) const {
+    const PlotDomain &domain = info.domain;
     MosaicGrid grid{.dx = domain.dx, .dy = domain.dy, .columns = domain.nx, .lines = domain.ny};
     const MapDomainScope scope(domain);
     MAP_get_up_left(grid.x, grid.y);
@@ -169,7 +169,7 @@ void MosaicDriver::draw(const CellSink *other_sink) {
     CellFiller filler(ink);
     const CellSink sink = other_sink != nullptr ? *other_sink : filler.sink();
     const CellFrame frame(info_.domain);
-    MosaicCells cells(frame, grid(), options_.run_length, ink, sink);
+    MosaicCells cells(frame, grid(info_), options_.run_length, ink, sink);
     MosaicLine line;
     int lines = 0;
     for (; format_.next_line(stream_, line); ++lines) cells.draw(line.number, line.runs);
@@ -213,15 +213,16 @@ std::optional<float> value_of_cell(const MosaicFormat &format, Stream &stream, i
 
 } // namespace
 
-bool MosaicDriver::read_place(const std::string &file, RadarReading &reading) {
+bool MosaicDriver::read_place(const std::string &file, RadarReading &reading) const {
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
     Stream stream = RADAR_open_input(file);
-    if (!stream || !format_.read_header(stream, info_)) {
+    MosaicInfo info;
+    if (!stream || !format_.read_header(stream, info)) {
         reading.value = "it cannot be read";
         return false;
     }
-    const MosaicGrid cells = grid();
-    const Point place = CellFrame(info_.domain).grid_point(reading.lat, reading.lon);
+    const MosaicGrid cells = grid(info);
+    const Point place = CellFrame(info.domain).grid_point(reading.lat, reading.lon);
     reading.value = kOutsideWords;
     if (is_missing(place.x)) return true;
     const auto column = static_cast<int>(std::floor((place.x - cells.x) / cells.dx));

@@ -83,14 +83,14 @@ public:
     /// What the window's keys and buttons do.
     static void on_event(std::string_view event, float x, float y, RadarReader read);
     /// A RadarReader's work: walks the file anew to the cell.
-    [[nodiscard]] bool read_place(const std::string &file, RadarReading &reading);
+    [[nodiscard]] bool read_place(const std::string &file, RadarReading &reading) const;
 
     [[nodiscard]] const MosaicInfo &info() const { return info_; }
 
 private:
     [[nodiscard]] RadarSteps complete(RadarSteps steps) const;
     [[nodiscard]] bool is_whole();
-    [[nodiscard]] MosaicGrid grid() const;
+    [[nodiscard]] MosaicGrid grid(const MosaicInfo &info) const;
     void tell_end(int lines);
 
     const MosaicFormat &format_;
