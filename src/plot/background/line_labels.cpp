@@ -7,6 +7,7 @@
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
 #include "lib/text/strings.h"
+#include "plot/map/occupied_places.h"
 
 namespace {
 
@@ -24,12 +25,8 @@ Rect box_of(const LineLabel &label) {
     return {left - gap, left + width + gap, low, low + height};
 }
 
-bool meet(const Rect &a, const Rect &b) {
-    return a.xmin < b.xmax && b.xmin < a.xmax && a.ymin < b.ymax && b.ymin < a.ymax;
-}
-
 bool meets_any(const Rect &box, const std::vector<Rect> &taken) {
-    return std::ranges::any_of(taken, [&](const Rect &other) { return meet(box, other); });
+    return std::ranges::any_of(taken, [&](const Rect &other) { return rects_meet(box, other); });
 }
 
 std::vector<LineLabel> every(int step, const std::vector<LineLabel> &labels) {

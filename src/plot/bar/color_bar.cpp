@@ -15,6 +15,7 @@
 #include "lib/text/strings.h"
 #include "plot/colour/attribute.h"
 #include "plot/colour/level_choice.h"
+#include "plot/colour/level_line.h"
 #include "plot/colour/levels.h"
 #include "plot/session/layout.h"
 
@@ -33,7 +34,6 @@ constexpr float kSmallestShrink = 0.6F;
 /// Room between neighbouring labels, of the text height.
 constexpr float kLabelGap = 0.75F;
 constexpr int kPatternStyle = 2, kSolidStyle = 1;
-constexpr int kLineSolid = 1, kLineDashed = 2;
 
 /// An explicit level.
 struct GivenLevel {
@@ -195,20 +195,9 @@ void fill_box(const Rect &box, const Attribute &level, int pattern) {
     gfill_area(corners);
 }
 
-int box_line_style(const Attribute &level, const Attribute &box, float value) {
-    if (!is_missing(level.style)) return level.style;
-    const float base = is_missing(CONT_get_base()) ? 0.0F : CONT_get_base();
-    const int dash = CONT_get_dash();
-    if (dash == 1 || (dash == -1 && (value < base || value < 0))) return kLineDashed;
-    return is_missing(box.style) ? kLineSolid : box.style;
-}
-
 void draw_edge(const Rect &box, const Attribute &level, const Attribute &box_attribute, float value) {
     if (level.color == kColorBackground) return;
-    gset_line_colr_ind(level.color);
-    gset_linetype(box_line_style(level, box_attribute, value));
-    const float own_width = is_missing(level.width) ? box_attribute.width : level.width;
-    gset_linewidth(is_missing(own_width) ? 1.0F : own_width);
+    CONT_line_attr(level, box_attribute, value);
     const std::array edge{Point{box.xmax, box.ymin}, Point{box.xmax, box.ymax}};
     gpolyline(edge);
 }

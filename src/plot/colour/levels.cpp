@@ -43,6 +43,7 @@ struct State {
     int dash = 0;
     int skip_x = 1, skip_y = 1;       ///< of plotted grid values, grid points
     float offset_x = 0, offset_y = 0; ///< of plotted grid values
+    LineLook look;
 } state;
 
 bool has_values() {
@@ -148,7 +149,30 @@ void take_number(float &number, ParamValue value) {
     if (const auto given = Scanner(value.value_or("")).real()) number = *given;
 }
 
+/// "lab=skip:radius:x:y", "lab=skip:radius:spacing", "lab=n": skip n / 10, radius n mod 10.
+void take_labels(LineLook &look, ParamValue value) {
+    constexpr int kBase = 10;
+    Scanner scan(value.value_or(""));
+    std::vector<int> numbers;
+    for (auto number = scan.integer(); number; number = scan.integer()) {
+        numbers.push_back(std::max(*number, 0));
+        if (!scan.literal(':')) break;
+    }
+    if (numbers.empty()) return;
+    look.skip = numbers.size() == 1 ? numbers[0] / kBase : numbers[0];
+    look.radius = numbers.size() == 1 ? numbers[0] % kBase : numbers[1];
+    if (numbers.size() > 2) look.x_spacing = look.y_spacing = static_cast<float>(numbers[2]);
+    if (numbers.size() > 3) look.y_spacing = static_cast<float>(numbers[3]);
+}
+
 constexpr std::array kParams{
+    ParamRow<State>{{"lab", PARAM_up_to_four, "up to four numbers"},
+                    [](State &s, ParamValue value) { take_labels(s.look, value); }},
+    ParamRow<State>{{"rlab"}, [](State &s, ParamValue) { s.look.rotated = true; }},
+    ParamRow<State>{{"hlab"}, [](State &s, ParamValue) { s.look.rotated = false; }},
+    ParamRow<State>{{"grid"}, [](State &s, ParamValue) { s.look.grid = true; }},
+    ParamRow<State>{{"conmap"}, [](State &s, ParamValue) { s.look.over_map = false; }},
+    ParamRow<State>{{"mapcon"}, [](State &s, ParamValue) { s.look.over_map = true; }},
     ParamRow<State>{{"fill", ATTR_is_fill_pat, "a fill pattern"},
                     [](State &s, ParamValue value) {
                         if (value && !value->empty()) s.fill_pat = ATTR_parse_fill_pat(*value);
@@ -287,6 +311,15 @@ void CONT_set_cutoff(float max, float min) {
     if (!is_missing(min)) state.min_cut = min;
 }
 
+void CONT_get_cutoff(float &max, float &min) {
+    max = state.max_cut;
+    min = state.min_cut;
+}
+
+const LineLook &CONT_get_line_look() {
+    return state.look;
+}
+
 void CONT_set_type(int type) {
     state.type = type == kContourFillOld ? int{kContourFill} : type;
 }
@@ -306,6 +339,10 @@ int CONT_get_dash() {
 void CONT_set_skip(int x, int y) {
     state.skip_x = x;
     state.skip_y = y;
+}
+
+GridSkip CONT_get_skip() {
+    return {state.skip_x, state.skip_y};
 }
 
 void CONT_set_plot_offset(float x, float y) {

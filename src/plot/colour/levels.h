@@ -50,12 +50,28 @@ void CONT_get_bar_range(float &max, float &min);
 void CONT_set_floor(float value);
 /// kMissing leaves a cut-off unchanged.
 void CONT_set_cutoff(float max, float min);
+void CONT_get_cutoff(float &max, float &min);
 void CONT_set_type(int type);
 int CONT_get_type();
 void CONT_set_dash(int rule);
 int CONT_get_dash();
 void CONT_set_skip(int x, int y);
+struct GridSkip {
+    int x, y;
+};
+GridSkip CONT_get_skip();
 void CONT_set_plot_offset(float x, float y);
+
+/// How contour lines are labelled, and what is drawn with them.
+struct LineLook {
+    int skip = 2;   ///< every so many levels have labels; 0: none
+    int radius = 2; ///< grid lengths between a label and the next, at least
+    float x_spacing = kMissingF, y_spacing = kMissingF; ///< of labels, hundredths of the plot's height
+    bool rotated = false;                               ///< labels lie along their lines
+    bool grid = false;                                  ///< grid points are marked
+    bool over_map = false;                              ///< the map's overlay is drawn first
+};
+const LineLook &CONT_get_line_look();
 
 /// Fill attributes of a value; colour kColorBackground: draw nothing.
 void CONT_get_fill_attrib(Attribute &record, float value);

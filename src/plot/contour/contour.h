@@ -1,5 +1,6 @@
 #pragma once
 /// A field on a grid, drawn as filled bands between levels, as contour lines with labels, or as values.
+/// Sources: draw, fill, lines, values.
 
 #include <span>
 

@@ -25,6 +25,8 @@ constexpr float kBarbSlant = 0.15F; ///< how far the tip of a barb leans outward
 constexpr float kStep = 0.13F;      ///< between two barbs
 constexpr float kFeathered = 0.9F;  ///< part of the staff that may carry barbs
 
+constexpr float kHeadLength = 0.25F, kHeadWidth = 0.2F; ///< of an arrow
+
 constexpr int kMaxTicks = 100;
 constexpr float kMarkWidth = 0.2F; ///< fraction of the symbol size
 
@@ -90,4 +92,13 @@ void WIND_track(int ticks, float x, float y, float direction, float length, floa
         draw_line(shaft.at(along, -half), shaft.at(along, half));
     }
     gpolyline(std::array{shaft.at(length - half, -half), shaft.at(length, 0), shaft.at(length - half, half)});
+}
+
+void WIND_vect(float x, float y, float direction, float length) {
+    if (!all_given({x, y, direction, length}) || length <= 0) return;
+    const Shaft shaft(x, y, direction);
+    const float barb = kHeadLength * length, half = kHeadWidth * length / 2;
+    const Point tip = shaft.at(-length, 0);
+    draw_line(shaft.foot, tip);
+    gpolyline(std::array{shaft.at(-length + barb, half), tip, shaft.at(-length + barb, -half)});
 }

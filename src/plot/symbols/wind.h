@@ -12,3 +12,7 @@ void WIND_barb(float x, float y, float direction, float speed, float size, float
 /// long: a cross mark after each of `ticks` equal steps but the last, which ends in the arrow head. Marks and
 /// head are a fifth of `size` (world units) wide.
 void WIND_track(int ticks, float x, float y, float direction, float length, float size);
+
+/// The arrow of a motion from `direction` (degrees clockwise from the y axis, where it comes from), from (x,
+/// y) `length` world units long.
+void WIND_vect(float x, float y, float direction, float length);

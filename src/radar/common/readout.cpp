@@ -12,6 +12,7 @@
 #include "lib/text/strings.h"
 #include "plot/map/current_map.h"
 #include "radar/common/driver.h"
+#include "radar/common/level_lists.h"
 
 namespace {
 
@@ -95,6 +96,20 @@ std::string RADAR_value_text(float value, std::string_view unit) {
     std::string text = format_text("%.4g", static_cast<double>(value == 0 ? 0.0F : value));
     if (!unit.empty()) text += " " + std::string(unit);
     return text;
+}
+
+void RADAR_set_level(std::uint8_t level, RadarReading &reading) {
+    constexpr std::uint8_t kNoReport = 255;
+    if (level == kNoReport) {
+        reading.value = kNoDataWords;
+    } else if (level == 0) {
+        reading.value = kBelowWords;
+    } else if (level > kSummaryTop) {
+        reading.value = format_text("no echo (level %d)", static_cast<int>(level));
+    } else {
+        reading.number = level;
+        reading.value = format_text("level %d", static_cast<int>(level));
+    }
 }
 
 std::string RADAR_reading_text(const RadarReading &reading) {

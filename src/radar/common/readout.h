@@ -2,6 +2,7 @@
 /// What is under the pointer: the value of the cell drawn there, where on the earth it is, and how high the
 /// beam stands over it. One road for all radar drivers; a driver gives the cell of the file that is seen.
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -31,6 +32,8 @@ double RADAR_beam_height(double range_km, double elevation, double antenna_m);
 void RADAR_set_way(const SphereOrigin &radar, RadarReading &reading);
 /// "45.5 dBZ"; the unit may be empty.
 std::string RADAR_value_text(float value, std::string_view unit);
+/// What one of the six intensities of a summary's grid says; above them is no echo, 255 no report.
+void RADAR_set_level(std::uint8_t level, RadarReading &reading);
 /// "45.5 dBZ  lat 38.3826 lon -91.9359  az 252.5 dist 114.51 km  beam 2345 m"
 std::string RADAR_reading_text(const RadarReading &reading);
 

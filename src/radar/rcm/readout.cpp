@@ -3,28 +3,9 @@
 #include <cmath>
 
 #include "lib/report/message.h"
-#include "lib/text/strings.h"
 #include "radar/common/input.h"
-#include "radar/common/level_lists.h"
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
-
-namespace {
-
-void describe(std::uint8_t level, RadarReading &reading) {
-    if (level == kRcmNoReport) {
-        reading.value = kNoDataWords;
-    } else if (level == 0) {
-        reading.value = kBelowWords;
-    } else if (level > kSummaryTop) {
-        reading.value = format_text("no echo (level %d)", static_cast<int>(level));
-    } else {
-        reading.number = level;
-        reading.value = format_text("level %d", static_cast<int>(level));
-    }
-}
-
-} // namespace
 
 bool RCM_read_place(const std::string &file, RadarReading &reading) {
     const MessagePause told(~kPrint); // all that is to be said of the file was said when it was drawn
@@ -43,6 +24,6 @@ bool RCM_read_place(const std::string &file, RadarReading &reading) {
     const auto inside = [](float index) { return index >= 0 && index < kRcmGridSize; };
     reading.value = kOutsideWords;
     if (!is_missing(place.x) && inside(column) && inside(row))
-        describe(report.cells[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)], reading);
+        RADAR_set_level(report.cells[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)], reading);
     return true;
 }
