@@ -3,7 +3,8 @@
 /// One file of each Level III kind, and a series of six base reflectivities, named
 /// KLSX_<kind>_<YYYYMMDD>_<hhmm>; Level II volumes of each form, those of records in a series of three, named
 /// KLSX_<form>_<YYYYMMDD>_<hhmm>; mosaics and coded messages, named
-/// <format>_<YYYYMMDD>_<hhmm>, and site files, LSX_<format>_<YYYYMMDD>_<hhmm>.
+/// <format>_<YYYYMMDD>_<hhmm>, and site files, LSX_<format>_<YYYYMMDD>_<hhmm>; converted summaries in text
+/// and netCDF, <form>_<YYYYMMDD>_<hhmm>.
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include "samples/mosaic.h"
 #include "samples/rcm.h"
 #include "samples/rrwds.h"
+#include "samples/summary.h"
 
 namespace {
 
@@ -73,6 +75,27 @@ bool write_mosaics(const std::string &directory) {
            write_file(directory, "kavradhalf", kFirstVolume, kavrad_file(kavrad(0, true, true)));
 }
 
+bool write_summaries(const std::string &directory) {
+    using namespace samples;
+    constexpr int kHours = 3;
+    constexpr double kMinutesBetween = 30;
+    for (int i = 0; i < kHours; ++i) {
+        const DigitizedSummary summary = digitized(i * kMinutesBetween);
+        if (!write_file(directory, "mdr", summary.time, digitized_text(summary, SummaryForm::text)))
+            return false;
+    }
+    const DigitizedSummary first = digitized(0);
+    const CodedSummary messages = coded(0);
+    const auto write = [&directory](const char *name, const Bytes &bytes) {
+        return !bytes.empty() && write_file(directory, name, kFirstVolume, bytes);
+    };
+    return write("mdrmarked", digitized_text(first, SummaryForm::marked)) &&
+           write("mdrpackage", digitized_text(first, SummaryForm::package)) &&
+           write("mdrstations", netcdf_file(digitized_stations(first))) &&
+           write("mdrreports", netcdf_file(digitized_reports(first))) &&
+           write("rcmcvt", coded_text(messages, SummaryForm::text));
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -95,7 +118,7 @@ int main(int argc, char *argv[]) {
         volumes = volumes && write_volume(directory, "records", samples::Level2Form::records,
                                           i * samples::kVolumeMinutes);
     return volumes && write_mosaics(directory) && write_coded_messages(directory) &&
-                   write_site_files(directory)
+                   write_site_files(directory) && write_summaries(directory)
                ? EXIT_SUCCESS
                : EXIT_FAILURE;
 }

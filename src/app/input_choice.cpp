@@ -17,22 +17,25 @@
 #include "lib/report/process.h"
 #include "lib/resources/database.h"
 #include "radar/common/file_kind.h"
+#include "radar/summary/reader.h"
 
 namespace {
 
 constexpr std::string_view kPrompt = "Enter the radar filename: ";
 
 struct Format {
-    const char *key; ///< of its naming convention
+    const char *word; ///< of the resource "input"
+    const char *key;  ///< of its naming convention
     RadarFileKind kind;
     InputType type;
 };
-constexpr std::array kFormats{Format{"nids", RadarFileKind::level3, kInputNids},
-                              Format{"lev2", RadarFileKind::level2, kInputLev2},
-                              Format{"nowrad", RadarFileKind::nowrad, kInputNowrad},
-                              Format{"kavrad", RadarFileKind::kavrad, kInputKavrad},
-                              Format{"rcm_dat", RadarFileKind::coded_message, kInputRcm},
-                              Format{"rrwds", RadarFileKind::rrwds, kInputRrwds}};
+constexpr std::array kFormats{Format{"nids", "nids", RadarFileKind::level3, kInputNids},
+                              Format{"lev2", "lev2", RadarFileKind::level2, kInputLev2},
+                              Format{"nowrad", "nowrad", RadarFileKind::nowrad, kInputNowrad},
+                              Format{"kavrad", "kavrad", RadarFileKind::kavrad, kInputKavrad},
+                              Format{"rcmsite", "rcm_dat", RadarFileKind::coded_message, kInputRcm},
+                              Format{"rrwds", "rrwds", RadarFileKind::rrwds, kInputRrwds},
+                              Format{"rad", "rad_cvt", RadarFileKind::summary, kInputRadar}};
 
 /// Why a file was not taken; told only when no other one is.
 using Complaints = std::vector<std::string>;
@@ -130,6 +133,21 @@ InputType choose_input() {
         (void)FILE_get_file(kPrompt, name); // a missing file of a time ends the program here
     }
     if (format == nullptr) end_without_file(complaints);
+    FLAG_set(kFlagInputType, format->type);
+    return format->type;
+}
+
+InputType choose_for_file(const char *prompt) {
+    std::string name;
+    (void)FILE_get_file(prompt, name); // a missing file, the driver tells
+    // What a naming convention finds by time is of the convention's kind; so is a file that is not there.
+    const bool by_time = RES_getvals("filename").empty() && !nothing_is_selected();
+    if (by_time || FILE_exist(name) == 0) return kInputRadar;
+    Complaints complaints;
+    const Format *format = format_of_selection(name, complaints);
+    if (format == nullptr && RAD_chktype(name) == kRadUnknown) end_without_file(complaints);
+    if (format == nullptr || format->type == kInputRadar) return kInputRadar;
+    MESS_print(kMess, "%s is read as -inp %s\n", name.c_str(), format->word);
     FLAG_set(kFlagInputType, format->type);
     return format->type;
 }

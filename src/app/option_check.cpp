@@ -19,6 +19,7 @@
 #include "radar/lev2/plot.h"
 #include "radar/nids/plot.h"
 #include "radar/rcm/plot.h"
+#include "radar/summary/plot.h"
 
 namespace {
 
@@ -29,20 +30,17 @@ constexpr WordRule without_effect(std::string_view word) {
 }
 
 /// Plot parameters of data that this version does not read.
-constexpr std::array kLaterParams{
-    without_effect("gridx"),  without_effect("plt_grid"), without_effect("nohdr"),  without_effect("max_bad"),
-    without_effect("grdfmt"), without_effect("lab"),      without_effect("rlab"),   without_effect("hlab"),
-    without_effect("maxl"),   without_effect("grid"),     without_effect("conmap"), without_effect("mapcon"),
-    without_effect("noclar"), without_effect("slabel")};
+constexpr std::array kLaterParams{without_effect("gridx"),  without_effect("plt_grid"),
+                                  without_effect("nohdr"),  without_effect("max_bad"),
+                                  without_effect("grdfmt"), without_effect("maxl")};
 
 constexpr std::array kOutputKinds{WordRule{"gif", PARAM_text}, WordRule{"png", PARAM_text},
                                   WordRule{"vyx", PARAM_text}};
 
 void check_lists() {
-    const std::array params{PLT_param_words(),   CONT_param_words(),
-                            RADAR_param_words(), NIDS_param_words(),
-                            LEV2_param_words(),  MOSAIC_param_words(),
-                            RCM_param_words(),   std::span<const WordRule>(kLaterParams)};
+    const std::array params{PLT_param_words(),  CONT_param_words(), RADAR_param_words(),
+                            NIDS_param_words(), LEV2_param_words(), MOSAIC_param_words(),
+                            RCM_param_words(),  RAD_param_words(),  std::span<const WordRule>(kLaterParams)};
     PARAM_check("plot_param", params);
     const std::array kinds{std::span<const WordRule>(kOutputKinds)};
     PARAM_check("out_file", kinds);

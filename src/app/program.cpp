@@ -31,11 +31,13 @@
 #include "radar/nowrad/plot.h"
 #include "radar/rcm/plot.h"
 #include "radar/rrwds/plot.h"
+#include "radar/summary/plot.h"
 
 namespace {
 
 constexpr int kNamesCarryExtras = 1; ///< file type of formats whose names may carry a product selector
 constexpr int kRegionOrDomain = 3;   ///< domain choice: "plot_domain", then "region"
+constexpr const char *kSummaryPrompt = "Enter the radar filename: ";
 
 /// `chosen`: the current file has been chosen already.
 void plot_nids(bool chosen) {
@@ -95,23 +97,37 @@ void plot_rcm(bool chosen) {
     RCM_plot(domain);
 }
 
-/// Converted radar summaries are known by name only.
-ExitStatus refuse_summaries() {
-    MESS_print(
-        kError,
-        "%s: this version does not read radar summary files; Level III files are read with -inp nids, Level "
-        "II files with -inp lev2\n",
-        RES_get_progname().c_str());
-    return kExitNotBuilt;
+/// The regions one after the other, and in each the variables.
+void plot_summaries(bool chosen) {
+    constexpr int kRegionOfUser = 1;
+    std::string name;
+    if (!chosen) (void)FILE_get_file(kSummaryPrompt, name);
+    RAD_check_variables();
+    RAD_set_date(nullptr);
+    PlotDomain domain;
+    while (DOM_prompt_region(domain, kRegionOfUser) >= 1) {
+        RAD_set_prompt_variable(1);
+        while (RAD_prompt_variable() != 0) {
+            PlotDomain plot = domain; // a zoom is over when the picture is
+            RAD_plot(plot);
+        }
+    }
+}
+
+/// Without a word about the kind of input, a file that is surely of another kind than summaries is read as
+/// that.
+bool kind_is_open(int type) {
+    return type == kInputRadar && RES_getvals("input").empty() && RES_getvals("in_file").empty();
 }
 
 ExitStatus dispatch(int type) {
-    const bool chosen = type == kInputAuto;
+    const bool open = kind_is_open(type), chosen = type == kInputAuto || open;
     if (chosen || type == kInputNids || type == kInputLev2 || type == kInputLev2z) {
         FILE_set_type(kNamesCarryExtras);
         PLT_param_min_size();
     }
-    if (chosen) type = choose_input();
+    if (type == kInputAuto) type = choose_input();
+    if (open) type = choose_for_file(kSummaryPrompt);
     switch (type) {
     case kInputNids: plot_nids(chosen); break;
     case kInputLev2:
@@ -124,7 +140,7 @@ ExitStatus dispatch(int type) {
         break;
     case kInputRrwds: plot_rrwds(chosen); break;
     case kInputRcm: plot_rcm(chosen); break;
-    case kInputRadar: return refuse_summaries();
+    case kInputRadar: plot_summaries(chosen); break;
     default: break;
     }
     return kExitOk;

@@ -98,7 +98,6 @@ constexpr Misfit kMisfits[]{
     {"-pp site=1", "-pp (plot_param)", "site=1", nullptr},
     {"-pp super_res", "-pp (plot_param)", "super_res", "superres"},
     {"-pp strogn", "-pp (plot_param)", "strogn", "strong"},
-    {"-pp mapcon", "-pp (plot_param)", "mapcon", nullptr},
     {"-pp bar=abc", "-pp (plot_param)", "abc", nullptr},
     {"-pp bar=5", "-pp (plot_param)", "5", nullptr},
     {"-pp dist=a", "-pp (plot_param)", "a", nullptr},

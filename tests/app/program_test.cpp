@@ -37,8 +37,9 @@ TEST(Program, StatusesAndMessages) {
     run.dir.write("text", "NOUS63 KLSX 041404\r\r\nFTMLSX\r\r\nMESSAGE DATE:  JAN 04 2022 14:04:57\n");
     run.dir.write("empty", "");
     const RunCase cases[]{
-        {"", 64, "RADAR DATA PLOTTING", "does not read radar summary files"},
-        {"-ba -inp mdr n0r", 64, "", "does not read radar summary files"},
+        {"", 1, "Enter the radar filename: ", "End of input"},
+        {"-ba -inp mdr n0r", 10, "", "Unable to open file:n0r\n"},
+        {"-ba text", 10, "", ""},
         {"-ba -inp nids", 10, "", "File not found: "},
         {"-ba -inp nids none.nids", 10, "", "NIDS_open_file: Unable to open file:none.nids\n"},
         {"-ba -inp nids text", 10, "", "NIDS_open_file: Unable to read file:text\n"},

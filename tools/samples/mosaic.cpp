@@ -7,40 +7,13 @@
 
 #include "lib/system/calendar.h"
 #include "lib/text/strings.h"
+#include "samples/evening.h"
 #include "samples/level3_products.h"
 #include "samples/scene.h"
 
 namespace samples {
 
 namespace {
-
-constexpr double kRadian = std::numbers::pi / 180;
-constexpr double kEarthKm = 6371.22;
-constexpr double kReachKm = 460; ///< of the simulated echo
-
-/// Reflectivity at a place on the earth.
-class Evening {
-public:
-    explicit Evening(double minutes) : scene_(minutes) {}
-    [[nodiscard]] double dbz(double lat, double lon) const {
-        constexpr double kNoEcho = -33;
-        const double a = lat * kRadian, a0 = site_.lat * kRadian, step = (lon - site_.lon) * kRadian;
-        const double east = std::cos(a) * std::sin(step);
-        const double north = std::cos(a0) * std::sin(a) - std::sin(a0) * std::cos(a) * std::cos(step);
-        const double up = std::sin(a0) * std::sin(a) + std::cos(a0) * std::cos(a) * std::cos(step);
-        const double sine = std::hypot(east, north), km = kEarthKm * std::atan2(sine, up);
-        if (km > kReachKm || sine <= 0) return kNoEcho;
-        return scene_.dbz(km * east / sine, km * north / sine);
-    }
-    [[nodiscard]] bool near(double lat, double lon) const {
-        constexpr double kDegrees = 6;
-        return std::abs(lat - site_.lat) < kDegrees && std::abs(lon - site_.lon) < kDegrees;
-    }
-
-private:
-    Site site_;
-    Scene scene_;
-};
 
 unsigned five_dbz(double dbz) {
     constexpr double kTopLevel = 15;
@@ -243,11 +216,7 @@ KavradFile kavrad(double minutes, bool composite, bool half) {
         // The first line lies one line below the upper edge of the grid.
         const double lat = top - (line + 1.5) * dy, lon = left + (column + 0.5) * dx;
         const double dbz = evening.dbz(lat, lon);
-        constexpr std::array<double, 6> steps{20, 30, 40, 45, 50, 55};
-        if (composite) {
-            const auto above = std::ranges::count_if(steps, [dbz](double step) { return dbz >= step; });
-            return static_cast<unsigned>(above);
-        }
+        if (composite) return summary_level(dbz);
         const unsigned level = five_dbz(dbz);
         return level > 0 ? level : none;
     };

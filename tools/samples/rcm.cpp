@@ -6,6 +6,7 @@
 
 #include "lib/system/calendar.h"
 #include "lib/text/strings.h"
+#include "samples/evening.h"
 #include "samples/level3_products.h"
 #include "samples/scene.h"
 
@@ -13,7 +14,6 @@ namespace samples {
 
 namespace {
 
-constexpr double kRadian = std::numbers::pi / 180, kEarthKm = 6371.22;
 constexpr std::size_t kLineWidth = 70;
 
 DateRecord date_of(std::int64_t time) {
@@ -40,22 +40,6 @@ std::string features(const char *item, const char *mark, const std::vector<RcmMa
     for (const RcmMark &m : marks) texts.push_back(mark + m.id + rcm_letters(m.column, m.row));
     return format_text("%s%02zu: ", item, marks.size()) + joined(texts);
 }
-
-/// Polar stereographic, true at 60 degrees north (Snyder, chapter 21), kilometres; 105 degrees west points
-/// down.
-struct Polar {
-    static constexpr double kLon = -105;
-    static double scale() { return kEarthKm * (1 + std::sin(60 * kRadian)); }
-    static void forward(double lat, double lon, double &x, double &y) {
-        const double r = scale() * std::tan((90 - lat) / 2 * kRadian), turn = (lon - kLon) * kRadian;
-        x = r * std::sin(turn);
-        y = -r * std::cos(turn);
-    }
-    static void inverse(double x, double y, double &lat, double &lon) {
-        lat = 90 - 2 * std::atan(std::hypot(x, y) / scale()) / kRadian;
-        lon = kLon + std::atan2(x, -y) / kRadian;
-    }
-};
 
 /// The grid of a radar is cut out of the national one.
 class Grid {
@@ -89,13 +73,6 @@ private:
 };
 
 /// The six intensities by the largest reflectivity in a cell.
-std::uint8_t intensity(double dbz) {
-    std::uint8_t level = 0;
-    for (const double step : {20, 30, 40, 45, 50, 55})
-        level = static_cast<std::uint8_t>(level + (dbz >= step));
-    return level;
-}
-
 double largest_dbz(const Scene &scene, const Grid &grid, int column, int row) {
     constexpr int kProbes = 6;
     double best = -99;
@@ -246,9 +223,10 @@ RcmBulletin rcm(double minutes) {
         for (int row = 0; row < kRcmSide; ++row) {
             double x = 0, y = 0;
             grid.place(column + 0.5, row + 0.5, x, y);
-            const std::uint8_t level = std::hypot(x, y) < kReachKm
-                                           ? intensity(largest_dbz(scene, grid, column, row))
-                                           : std::uint8_t{0};
+            const std::uint8_t level =
+                std::hypot(x, y) < kReachKm
+                    ? static_cast<std::uint8_t>(summary_level(largest_dbz(scene, grid, column, row)))
+                    : std::uint8_t{0};
             b.cells[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)] =
                 level > 0 ? level : kRcmNotCoded;
         }

@@ -9,8 +9,7 @@ enum ExitStatus : int {
     kExitGraphics = 4, ///< graphics start-up failure
     kExitNoFile = 10,  ///< input file not found or unreadable
     kExitHeader = 11,  ///< site-file header failure
-    kExitRegion = 43,  ///< region failure
-    kExitNotBuilt = 64 ///< an input type that this version does not read
+    kExitRegion = 43   ///< region failure
 };
 
 /// A status of 0 becomes kExitSession, after a message, when standard output could not be written.

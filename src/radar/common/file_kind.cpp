@@ -9,6 +9,7 @@
 
 #include "lib/text/byte_reader.h"
 #include "lib/text/strings.h"
+#include "lib/time/date.h"
 #include "radar/common/inflate.h"
 
 namespace {
@@ -91,6 +92,24 @@ bool has_rrwds_header(std::span<const std::byte> bytes) {
            month <= 12;
 }
 
+/// A text whose first line, or second behind the header of the package's own files, is a date label; or one
+/// of marked sections.
+bool is_summary_text(std::span<const std::byte> bytes) {
+    constexpr std::string_view kFirst = " 012*W", kPackage = "VYXRAD";
+    std::string_view text(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+    if (text.starts_with(kPackage)) return true;
+    if (text.empty() || kFirst.find(text.front()) == kFirst.npos) return false;
+    if (text.starts_with('*')) return text.find("\nSDUS") != text.npos || text.find("\nRCM") != text.npos;
+    if (text.starts_with('W')) text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+    DateRecord date;
+    DATE_decode_label(trimmed(text.substr(0, text.find('\n'))), date);
+    return !is_missing(date.year) && !is_missing(date.hour);
+}
+
+bool is_netcdf(std::span<const std::byte> bytes) {
+    return begins(bytes, "CDF\1") || begins(bytes, "CDF\2") || begins(bytes, "CDF\5");
+}
+
 bool is_message(std::span<const std::byte> bytes) {
     ByteReader reader(bytes);
     const int code = reader.i16();
@@ -113,6 +132,7 @@ RadarFileKind RADAR_file_kind(std::span<const std::byte> first) {
     }
     if (RADAR_names_archive(first)) return RadarFileKind::level2;
     if (begins(first, {"\0\xF0\x09", 3})) return RadarFileKind::nowrad;
+    if (is_netcdf(first) || is_summary_text(first)) return RadarFileKind::summary;
     if (names_coded_message(first)) return RadarFileKind::coded_message;
     const bool started = !first.empty() && std::to_integer<unsigned>(first[0]) == kStartOfHeading;
     if (started || is_heading(first) || INFLATE_is_zlib(first) || is_message(first))
