@@ -145,7 +145,10 @@ InputType choose_for_file(const char *prompt) {
     if (by_time || FILE_exist(name) == 0) return kInputRadar;
     Complaints complaints;
     const Format *format = format_of_selection(name, complaints);
-    if (format == nullptr && RAD_chktype(name) == kRadUnknown) end_without_file(complaints);
+    if (format == nullptr && RAD_chktype(name) == kRadUnknown) {
+        MESS_print(kError, "Unable to open file:%s\n", name.c_str());
+        end_without_file(complaints);
+    }
     if (format == nullptr || format->type == kInputRadar) return kInputRadar;
     MESS_print(kMess, "%s is read as -inp %s\n", name.c_str(), format->word);
     FLAG_set(kFlagInputType, format->type);

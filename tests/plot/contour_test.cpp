@@ -9,13 +9,12 @@
 #include <optional>
 #include <random>
 
-#include "graphics/core/object_list.h"
 #include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
 #include "plot/contour/bands.h"
 #include "plot/contour/trace.h"
 #include "plot/drawing_fixture.h"
-#include "plot/map/occupied_places.h"
+#include "plot/inked_areas.h"
 
 namespace {
 
@@ -46,19 +45,8 @@ double area(const Outline &outline) {
     return std::abs(twice) / 2;
 }
 
-template <typename Points, typename X, typename Y>
-bool contains(const Points &points, float x, float y, X at_x, Y at_y) {
-    bool inside = false;
-    for (std::size_t k = 0; k < points.size(); ++k) {
-        const auto &a = points[k], &b = points[(k + 1) % points.size()];
-        if ((at_y(a) > y) != (at_y(b) > y) &&
-            x < (at_x(b) - at_x(a)) * (y - at_y(a)) / (at_y(b) - at_y(a)) + at_x(a))
-            inside = !inside;
-    }
-    return inside;
-}
 bool contains(const std::vector<GridPoint> &points, const GridPoint &p) {
-    return contains(
+    return outline_contains(
         points, p.i, p.j, [](const GridPoint &q) { return q.i; }, [](const GridPoint &q) { return q.j; });
 }
 
@@ -237,22 +225,6 @@ protected:
                     static_cast<float>(2.5 + 2.9 * std::sin(i * 0.35) * std::cos(j * 0.3 + i * 0.05)));
         return values;
     }
-    struct Ink {
-        Line area;
-        int color;
-    };
-    static std::vector<Ink> inked_areas() {
-        std::vector<Ink> found;
-        int color = -1;
-        for (const ObjectRecord *object = gfirst_obj(); object != nullptr; object = object->next) {
-            if (object->type == ObjectType::fill_color) color = object->value;
-            if (object->type != ObjectType::fill_area) continue;
-            Line line(static_cast<std::size_t>(object->value));
-            std::memcpy(line.data(), object->data(), object->size);
-            found.push_back({std::move(line), color});
-        }
-        return found;
-    }
 };
 
 TEST_F(ContourTest, BandsLieAtTheirPlacesInEveryProjection) {
@@ -270,7 +242,7 @@ TEST_F(ContourTest, BandsLieAtTheirPlacesInEveryProjection) {
         set_map(map);
         forget();
         ASSERT_EQ(CONT_draw_contour(random.values(), grid), 0);
-        const std::vector<Ink> areas = inked_areas();
+        const std::vector<InkedArea> areas = inked_areas();
         std::mt19937 places(3);
         std::uniform_real_distribution<float> x(0, kColumns - 1.001F), y(0, kRows - 1.001F);
         const Rect window = MAP_get_limits();
@@ -295,12 +267,7 @@ TEST_F(ContourTest, BandsLieAtTheirPlacesInEveryProjection) {
             if (px < window.xmin || px > window.xmax || py < window.ymin || py > window.ymax) continue;
             Attribute expected;
             CONT_get_fill_attrib_ind(*band - 1, expected);
-            int seen = -1;
-            for (const Ink &ink : areas)
-                if (contains(
-                        ink.area, px, py, [](const Point &q) { return q.x; },
-                        [](const Point &q) { return q.y; }))
-                    seen = ink.color;
+            const int seen = color_seen(areas, px, py);
             EXPECT_EQ(seen, *band == 0 ? -1 : expected.color) << map.proj << ": " << p.i << ", " << p.j;
             ++compared;
         }

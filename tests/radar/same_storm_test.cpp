@@ -4,6 +4,7 @@
 #include <cmath>
 #include <fstream>
 #include <functional>
+#include <map>
 #include <random>
 
 #include <unistd.h>
@@ -18,6 +19,7 @@
 #include "lib/resources/database.h"
 #include "plot/colour/level_choice.h"
 #include "plot/colour/levels.h"
+#include "plot/inked_areas.h"
 #include "plot/map/current_map.h"
 #include "plot/places/city.h"
 #include "plot/projection/sphere.h"
@@ -34,11 +36,14 @@
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
 #include "radar/rrwds/plot.h"
+#include "radar/summary/plot.h"
+#include "radar/summary/state.h"
 #include "samples/level3_products.h"
 #include "samples/mosaic.h"
 #include "samples/rcm.h"
 #include "samples/rrwds.h"
 #include "samples/scene.h"
+#include "samples/summary.h"
 
 namespace {
 
@@ -291,6 +296,74 @@ TEST(SameStorm, OfASiteFileLiesOverTheSamePlaces) {
         const float most = place.value > 0 ? RAD_intensity_dbz(static_cast<int>(place.value)) : 0;
         const float value = is_missing(reading.number) ? 0 : reading.number;
         EXPECT_TRUE(value >= least && value <= most) << reading.value;
+    }
+}
+
+struct SummaryCase {
+    samples::Bytes bytes;
+    double cell_km; ///< what lies so far to each side decides the level of a place
+    SummaryKind kind;
+};
+
+std::vector<SummaryCase> summaries() {
+    using namespace samples;
+    using enum SummaryForm;
+    constexpr double kDigitizedKm = 52, kCodedKm = 13;
+    const DigitizedSummary d = digitized(0);
+    const CodedSummary c = coded(0);
+    return {{digitized_text(d, text), kDigitizedKm, SummaryKind::digitized},
+            {digitized_text(d, marked), kDigitizedKm, SummaryKind::digitized},
+            {digitized_text(d, package), kDigitizedKm, SummaryKind::digitized},
+            {digitized_text(d, header_w), kDigitizedKm, SummaryKind::digitized},
+            {netcdf_file(digitized_stations(d)), kDigitizedKm, SummaryKind::digitized},
+            {netcdf_file(digitized_reports(d)), kDigitizedKm, SummaryKind::digitized},
+            {coded_text(c, text), kCodedKm, SummaryKind::coded_message},
+            {coded_text(c, package), kCodedKm, SummaryKind::coded_message}};
+}
+
+TEST(SameStorm, OfConvertedSummariesLiesOverTheSamePlaces) {
+    quiet();
+    for (const SummaryCase &summary : summaries()) {
+        const std::string name = scratch(summary.bytes);
+        const std::vector<Place> all = places_of_storm(level_of_echo(intensity), summary.cell_km, 6);
+        std::size_t decided = 0;
+        for (const int proj : {kProjPolar, kProjLatLon, kProjLambert}) {
+            std::vector<Place> places = all;
+            PlotDomain domain = domain_around(proj, 38.7F, -90.7F, proj == kProjLatLon ? 6.0F : 6.5F);
+            PLT_open(DOM_aspect(domain));
+            MAP_setup(domain);
+            put_on_map(places);
+            ASSERT_EQ(RAD_open_file(name), 1);
+            EXPECT_EQ(RAD_state().info.kind, summary.kind);
+            gclear_objs();
+            gset_redraw(1);
+            RAD_plot_summary();
+            const std::vector<InkedArea> areas = inked_areas();
+            std::map<int, int> level_of{{-1, 0}};
+            for (int level = 1; level <= kSummaryTop; ++level) {
+                Attribute ink;
+                CONT_get_fill_attrib(ink, static_cast<float>(level));
+                level_of[ink.color] = level;
+            }
+            for (const Place &place : places) {
+                const int level = level_of.at(color_seen(areas, place.plot.x, place.plot.y));
+                EXPECT_TRUE(level >= place.level && static_cast<float>(level) <= place.value)
+                    << name << " in projection " << proj << " at " << place.lat << " " << place.lon << ": "
+                    << level << " for " << place.level << " to " << place.value;
+                decided += static_cast<float>(place.level) == place.value ? 1U : 0U;
+            }
+            RAD_close_file();
+            (void)GPH_end(1);
+        }
+        EXPECT_GT(decided, 100U); // most of them without echo where the cells are wide
+        for (const Place &place : all) {
+            RadarReading reading;
+            reading.lat = place.lat;
+            reading.lon = place.lon;
+            ASSERT_TRUE(RAD_read_place(name, reading));
+            const float level = is_missing(reading.number) ? 0 : reading.number;
+            EXPECT_TRUE(level >= static_cast<float>(place.level) && level <= place.value) << reading.value;
+        }
     }
 }
 

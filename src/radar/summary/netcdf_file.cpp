@@ -30,8 +30,8 @@ NetcdfFile::NetcdfFile(std::vector<std::byte> bytes) : bytes_(std::move(bytes)) 
     const int status = library->open_mem("memory", NC_NOWRITE, bytes_.size(), bytes_.data(), &id_);
     if (status == NC_NOERR)
         library_ = library;
-    else
-        fault_ = library->strerror(status);
+    else // a number of the system's says nothing about bytes in memory
+        fault_ = status > 0 ? "the file is no netCDF file" : library->strerror(status);
 }
 
 NetcdfFile::~NetcdfFile() {

@@ -221,9 +221,13 @@ int RAD_plot_frame() {
     if (state.info.kind == SummaryKind::none) PLT_miss_picture(); // told when it was opened
     label_variables();
     if (VAR_has("watch") == 1) WATCH_decode(state.info.date);
+    CONT_init();
+    CONT_param_decode();
+    const bool over_map = CONT_get_line_look().over_map;
     MAP_draw(kMapUnderlay);
+    if (over_map) MAP_draw(kMapOverlay);
     RAD_plot_summary();
-    MAP_draw(kMapOverlay);
+    if (!over_map) MAP_draw(kMapOverlay);
     RAD_plot_data();
     RAD_draw_label();
     return 0;

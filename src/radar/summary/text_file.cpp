@@ -141,6 +141,7 @@ void SummaryText::read_sections(RadarInfo &info) {
         }
     }
     if (info.kind == SummaryKind::digitized && !block.read) tell("The file has no grid");
+    if (block.section == Block::Section::digitized && block.begun) tell("The grid is cut: no line ends it");
     digitized_ = block.read;
 }
 
