@@ -23,15 +23,11 @@ struct Outline {
     std::vector<GridPoint> points;
 };
 
-/// Keeps outlines; strips as the boxes of their cells.
 struct Keeper : BandSink {
     std::vector<Outline> outlines;
+    bool wants(int /*i*/, int /*j*/) override { return true; }
     void take(int band, std::span<const GridPoint> outline) override {
         outlines.push_back({band, {outline.begin(), outline.end()}});
-    }
-    void take_strip(int band, int row, int first, int end) override {
-        const auto top = static_cast<float>(row), a = static_cast<float>(first), b = static_cast<float>(end);
-        outlines.push_back({band, {{a, top}, {b, top}, {b, top + 1}, {a, top + 1}}});
     }
 };
 

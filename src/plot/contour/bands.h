@@ -10,13 +10,14 @@
 
 #include "plot/contour/field.h"
 
-/// Outlines, not closed, of areas between thresholds `band` - 1 and `band`; band 0 lies below the first, the
-/// last one from the last on. A strip covers several equal cells of a row.
 struct BandSink {
     virtual ~BandSink() = default;
+    /// False for the cell below and to the right of a grid point when nothing of it is to be drawn.
+    virtual bool wants(int i, int j) = 0;
+    /// The outline, not closed, of an area between thresholds `band` - 1 and `band`; band 0 lies below the
+    /// first, the last one from the last on. It covers what is in the band of several cells of a row, and of
+    /// these has every point that lies on one of their sides. Of a row bands come in ascending order.
     virtual void take(int band, std::span<const GridPoint> outline) = 0;
-    /// Cells `first` to `end` - 1 of the row below grid row `row` lie in one band.
-    virtual void take_strip(int band, int row, int first, int end) = 0;
 };
 
 /// Walks the cells of a field, row by row. `thresholds` ascend; of the bands (one more than thresholds) those

@@ -73,12 +73,10 @@ std::optional<std::vector<float>> thresholds_of(const Range &range) {
 /// The field with what lies at a level put exactly there.
 std::vector<float> settled(std::span<const float> field, std::span<const float> thresholds) {
     std::vector<float> values(field.begin(), field.end());
-    const float interval = is_missing(CONT_get_intrvl()) ? 0.0F : std::abs(CONT_get_intrvl());
-    for (float &value : values) {
-        if (!Field::is_given(value)) continue;
-        const auto next = std::ranges::lower_bound(thresholds, value);
-        if (next != thresholds.end() && *next - value <= kAtLevel * interval) value = *next;
-    }
+    const float near = is_missing(CONT_get_intrvl()) ? 0.0F : kAtLevel * std::abs(CONT_get_intrvl());
+    for (const float threshold : thresholds)
+        for (float &value : values)
+            value = value < threshold && threshold - value <= near ? threshold : value;
     return values;
 }
 

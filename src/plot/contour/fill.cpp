@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr int kMostInStrip = 32; ///< cells of one polygon
-
 /// A value inside a band: its level's ink is the band's.
 float value_in(std::size_t band, std::span<const float> thresholds) {
     if (band == 0) return thresholds.front() - 1;
@@ -32,43 +30,37 @@ public:
     }
     [[nodiscard]] const std::vector<bool> &drawn() const { return drawn_; }
 
+    bool wants(int i, int j) override { return points_.shows_cell(i, j); }
+
     void take(int band, std::span<const GridPoint> outline) override {
         outline_.clear();
-        for (const GridPoint &point : outline) outline_.push_back(points_.at(point));
-        fill(band);
-    }
-
-    void take_strip(int band, int row, int first, int end) override {
-        for (int begin = first; begin < end; begin += kMostInStrip)
-            take_piece(band, row, begin, std::min(begin + kMostInStrip, end));
-    }
-
-private:
-    Point corner(int i, int j) { return points_.at({static_cast<float>(i), static_cast<float>(j)}); }
-
-    void take_piece(int band, int row, int begin, int end) {
-        outline_.clear();
-        for (int i = begin; i <= end; ++i) outline_.push_back(corner(i, row));
-        for (int i = end; i >= begin; --i) outline_.push_back(corner(i, row + 1));
-        const bool whole = fill(band);
-        // Of a strip that a seam tears, or that leaves the map, cells may be whole.
-        for (int i = begin; !whole && end - begin > 1 && i < end; ++i) take_piece(band, row, i, i + 1);
-    }
-
-    /// False when it cannot be shown as it is.
-    bool fill(int band) {
-        if (!points_.shows(outline_)) return false;
+        for (std::size_t k = 0; k < outline.size(); ++k)
+            if (!is_between(outline, k)) outline_.push_back(points_.at(outline[k]));
+        if (!points_.reaches_window(outline_)) return;
         if (present_ != band) GPH_fill_attr(&inks_[static_cast<std::size_t>(band)]);
         present_ = band;
         outline_.push_back(outline_.front());
-        gfill_area(outline_);
-        return true;
+        if (in_pixels_) {
+            gto_pixels(outline_, pixels_);
+            gfill_pixels(pixels_);
+        } else {
+            gfill_area(outline_);
+        }
+    }
+
+private:
+    /// A point of a row between its neighbours, where rows are straight on the plot.
+    [[nodiscard]] bool is_between(std::span<const GridPoint> outline, std::size_t k) const {
+        return points_.direct() && k > 0 && k + 1 < outline.size() && outline[k - 1].j == outline[k].j &&
+               outline[k + 1].j == outline[k].j;
     }
 
     PlotPoints &points_;
     std::vector<Attribute> inks_;
     std::vector<bool> drawn_;
     std::vector<Point> outline_;
+    const bool in_pixels_ = gtakes_pixels();
+    std::vector<PixelPoint> pixels_;
     int present_ = -1; ///< band whose ink the kernel has been told
 };
 

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr float kUnknown = -9998;
 /// Plane units, 12 km.
 constexpr float kFine = 0.12F;
 /// No two neighbours are farther apart, plane units; else the seam of the projection lies between them.
@@ -37,27 +36,28 @@ Point PlotPoints::exact(float i, float j) const {
     return plot;
 }
 
-PlotPoints::Row &PlotPoints::row_for(int j) {
-    Row &row = rows_[j % 2];
-    if (row.number != j) {
-        row.number = j;
-        row.points.assign(static_cast<std::size_t>(grid_.nx), Point{kUnknown, kUnknown});
-    }
-    return row;
+/// The neighbours of a point between two others, along its row or its column, lie at even numbers.
+Point PlotPoints::compute(int i, int j) {
+    const auto between = [this, i, j](const Point &a, const Point &b) {
+        return torn(a, b) ? exact(static_cast<float>(i), static_cast<float>(j))
+                          : Point{(a.x + b.x) / 2, (a.y + b.y) / 2};
+    };
+    if (!direct_ && fine_ && i % 2 == 1 && i + 1 < grid_.nx) return between(at(i - 1, j), at(i + 1, j));
+    if (!direct_ && fine_ && j % 2 == 1 && j + 1 < grid_.ny) return between(at(i, j - 1), at(i, j + 1));
+    return exact(static_cast<float>(i), static_cast<float>(j));
 }
 
-Point PlotPoints::grid_point(int i, int j) {
-    Point &point = row_for(j).points[static_cast<std::size_t>(i)];
-    if (point.x == kUnknown) point = exact(static_cast<float>(i), static_cast<float>(j));
-    return point;
+void PlotPoints::begin_row(Row &row, int j) const {
+    row.number = j;
+    row.points.assign(static_cast<std::size_t>(grid_.nx), Point{kUnknown, kUnknown});
 }
 
 Point PlotPoints::at(const GridPoint &point) {
     const auto i = static_cast<int>(point.i), j = static_cast<int>(point.j);
     const float right = point.i - static_cast<float>(i), down = point.j - static_cast<float>(j);
-    if (right == 0 && down == 0) return grid_point(i, j);
+    if (right == 0 && down == 0) return at(i, j);
     if (direct_ || !fine_ || (right > 0 && down > 0)) return exact(point.i, point.j);
-    const Point from = grid_point(i, j), to = right > 0 ? grid_point(i + 1, j) : grid_point(i, j + 1);
+    const Point from = at(i, j), to = right > 0 ? at(i + 1, j) : at(i, j + 1);
     if (torn(from, to)) return exact(point.i, point.j);
     const float part = right + down; // one of them is 0
     return {from.x + part * (to.x - from.x), from.y + part * (to.y - from.y)};
@@ -68,11 +68,15 @@ bool PlotPoints::torn(const Point &a, const Point &b) {
            std::abs(b.y - a.y) > kWidest;
 }
 
-bool PlotPoints::shows(std::span<const Point> outline) const {
+bool PlotPoints::shows_cell(int i, int j) {
+    if (direct_) return true;
+    const Point a = at(i, j), b = at(i + 1, j), c = at(i + 1, j + 1), d = at(i, j + 1);
+    return !torn(a, b) && !torn(b, c) && !torn(c, d) && !torn(d, a);
+}
+
+bool PlotPoints::reaches_window(std::span<const Point> outline) const {
     Point low = outline.front(), high = low;
-    for (std::size_t k = 0; k < outline.size(); ++k) {
-        const Point &p = outline[k];
-        if (torn(p, outline[(k + 1) % outline.size()])) return false;
+    for (const Point &p : outline) {
         low = {std::min(low.x, p.x), std::min(low.y, p.y)};
         high = {std::max(high.x, p.x), std::max(high.y, p.y)};
     }

@@ -199,9 +199,10 @@ int RAD_open_file(std::string_view name) {
     if (state.file < 0) return refuse(copy, errno) ? 1 : 0;
     state.info = RadarInfo();
     RAD_getinfo(state.file, state.info); // what it lacks is told
-    if (state.info.kind == SummaryKind::none)
-        MESS_print(kWarn, "RAD_open_file: %s: The file has no radar summary\n", copy.c_str());
-    if (!tell_faults(copy) && state.options.common.strict) {
+    const bool is_summary = state.info.kind != SummaryKind::none;
+    if (!is_summary) MESS_print(kWarn, "RAD_open_file: %s: The file has no radar summary\n", copy.c_str());
+    const bool whole = tell_faults(copy) && is_summary;
+    if (!whole && state.options.common.strict) {
         MESS_print(kError, "RAD_open_file: Incomplete file:%s\n", copy.c_str());
         RAD_close_file();
         return 0;

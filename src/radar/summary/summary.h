@@ -36,7 +36,7 @@ public:
 
 private:
     static std::size_t index(int column, int row) {
-        return static_cast<std::size_t>(column) * kSummaryRows + static_cast<std::size_t>(row);
+        return static_cast<std::size_t>(row) * kSummaryColumns + static_cast<std::size_t>(column);
     }
     std::vector<std::uint8_t> levels_ =
         std::vector<std::uint8_t>(std::size_t{kSummaryColumns} * kSummaryRows, 0);
