@@ -65,8 +65,7 @@ std::optional<std::vector<float>> thresholds_of(const Range &range) {
     if (!is_missing(min)) thresholds->push_back(min);
     if (!is_missing(max)) thresholds->push_back(std::nextafter(max, INFINITY)); // it is drawn itself
     std::ranges::sort(*thresholds);
-    const auto [end, last] = std::ranges::unique(*thresholds);
-    thresholds->erase(end, last);
+    thresholds->erase(std::unique(thresholds->begin(), thresholds->end()), thresholds->end());
     return thresholds;
 }
 
