@@ -234,6 +234,10 @@ TEST_F(SummaryProgram, AFileNamedAloneIsReadAsWhatItIs) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(contains(result.err, "has no radar summary"));
     EXPECT_EQ(plot("-pp strict empty").status, 10);
+    // Neither file nor name tells a time: no label does.
+    write("marked", digitized_text(samples::digitized(0), samples::SummaryForm::marked));
+    EXPECT_TRUE(contains(plot("-me mess marked").out, "Date: not known\n"));
+    EXPECT_EQ(count("80"), 0);
     EXPECT_EQ(plot("mdr text rcm").status, 0);
     EXPECT_EQ(plot("-pp strict mdr text rcm").status, 10);
 }

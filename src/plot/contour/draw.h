@@ -16,5 +16,5 @@ void CONT_draw_lines(const Field &field, std::span<const float> thresholds, bool
                      const PlotDomain &grid, PlotPoints &points);
 /// Writes the values of grid points, as many as can be read beside each other.
 void CONT_draw_values(const Field &field, PlotPoints &points);
-/// Marks the grid points.
+/// Marks the grid points, as many as can be told apart.
 void CONT_draw_grid_points(const Field &field, PlotPoints &points);

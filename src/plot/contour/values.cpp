@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr float kTextHeight = 0.015F; ///< part of the plot's height
-constexpr float kCrossSize = 0.004F;
-constexpr float kApart = 1.3F; ///< from text to text, of their size
+constexpr float kTextHeight = 0.015F;                 ///< part of the plot's height
+constexpr float kCrossSize = 0.004F, kCrossApart = 2; ///< of the plot's height; of the cross
+constexpr float kApart = 1.3F;                        ///< from text to text, of their size
 constexpr int kDigits = 3;
 
 /// The widest of the values, as it is written.
@@ -96,8 +96,11 @@ void CONT_draw_grid_points(const Field &field, PlotPoints &points) {
     if (ink.color < 0) return;
     GPH_line_attr(nullptr);
     GPH_line_attr(&ink);
-    const float half = kCrossSize * MAP_get_vert() / 2;
-    for_points(field, points, GPH_get_win(kDataTransform), 1, 1, [half](const Point &place, float) {
+    const Rect window = GPH_get_win(kDataTransform);
+    const float size = kCrossApart * kCrossSize * MAP_get_vert(), half = kCrossSize * MAP_get_vert() / 2;
+    const int right = stride_for(size, point_distance(field, points, window, 1, 0), 1);
+    const int down = stride_for(size, point_distance(field, points, window, 0, 1), 1);
+    for_points(field, points, window, right, down, [half](const Point &place, float) {
         GPH_line(place.x - half, place.y, place.x + half, place.y);
         GPH_line(place.x, place.y - half, place.x, place.y + half);
     });

@@ -106,7 +106,7 @@ Rect extent(const Look &look, const StationData &data) {
     switch (look.shape) {
     case Look::Shape::text: {
         GPH_text_attr(&look.ink, look.height);
-        return around(gtext_width(look.text) / 2, look.height / 2);
+        return around(std::max(gtext_width(look.text), look.height) / 2, look.height / 2);
     }
     case Look::Shape::marker:
         return around(kMarkerHeights * look.height / 2, kMarkerHeights * look.height / 2);

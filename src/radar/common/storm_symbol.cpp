@@ -40,3 +40,11 @@ void RADAR_draw_storm(const Point &place, const StormSymbol &symbol, float heigh
     GPH_text_align(kAlignLeft, kAlignBase);
     GPH_printf(x + offset, y + offset, "%s", symbol.right.c_str());
 }
+
+bool RADAR_motion_field(std::string_view field, int direction, int speed, StationData &data) {
+    const auto given = [](int value) { return is_missing(value) ? kMissingF : static_cast<float>(value); };
+    if (field != "dir" && field != "spd" && field != "mvmt") return false;
+    data.value = given(field == "spd" ? speed : direction);
+    if (field == "mvmt") data.value2 = given(speed);
+    return true;
+}

@@ -4,8 +4,10 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "graphics/core/types.h"
+#include "plot/symbols/station.h"
 
 struct StormMarker {
     const char *color;
@@ -15,6 +17,10 @@ struct StormMarker {
 /// one only.
 StormMarker RADAR_plain_storm();
 void RADAR_draw_marker(const Point &place, const StormMarker &marker);
+
+/// Fills the data of a field of a storm's motion, "dir" (degrees it comes from), "spd" (knots) or "mvmt"
+/// (both); missing numbers leave it empty. False for other fields.
+[[nodiscard]] bool RADAR_motion_field(std::string_view field, int direction, int speed, StationData &data);
 
 struct StormSymbol {
     std::span<const StormMarker> markers;

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "plot/map/current_map.h"
+#include "radar/common/storm_symbol.h"
 #include "radar/rcm/plot.h"
 #include "radar/rcm/state.h"
 
@@ -80,16 +81,8 @@ bool storm_field(const RcmStorm &storm, std::string_view field, StationData &dat
         data.value = given(storm.severe);
     else if (field == "hail")
         data.text = hail_text(storm.hail);
-    else if (field == "dir")
-        data.value = given(storm.direction);
-    else if (field == "spd")
-        data.value = given(storm.speed);
-    else if (field == "mvmt") {
-        data.value = given(storm.direction);
-        data.value2 = given(storm.speed);
-    } else {
-        return false;
-    }
+    else
+        return RADAR_motion_field(field, storm.direction, storm.speed, data);
     return true;
 }
 

@@ -7,6 +7,7 @@
 
 #include "plot/map/current_map.h"
 #include "plot/symbols/variables.h"
+#include "radar/common/storm_symbol.h"
 
 namespace {
 
@@ -146,19 +147,12 @@ int take_storm(const RcmRecord::Storm &storm, std::string_view field, StationDat
         data.text = storm.id;
     else if (field == "top")
         data.value = given(storm.top);
-    else if (field == "dir")
-        data.value = given(storm.direction);
-    else if (field == "spd")
-        data.value = given(storm.speed);
-    else if (field == "mvmt") {
-        data.value = given(storm.direction);
-        data.value2 = given(storm.speed);
-    } else if (field == "hail") {
+    else if (field == "hail") {
         data.value = static_cast<float>(storm.hail);
         if (storm.hail == kHail) data.marker = "+";
         if (storm.hail == kSevereHail) data.marker = "*";
         if (data.marker.empty()) data.value = kMissingF; // no hail is nothing to show
-    } else {
+    } else if (!RADAR_motion_field(field, storm.direction, storm.speed, data)) {
         return 0;
     }
     put_at(storm.lat, storm.lon, data);

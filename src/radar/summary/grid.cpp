@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <new>
 
 #include "graphics/kernel/helpers.h"
 #include "lib/options/flags.h"
@@ -102,7 +103,14 @@ int RAD_plot_summary() {
     const RadarInfo &info = RAD_state().info;
     if (info.kind == SummaryKind::none) return -1;
     const PlotDomain grid = RAD_grid_domain(info.kind);
-    const std::vector<float> field = RAD_grid_field(info, grid);
+    const std::vector<float> field = [&info, &grid] {
+        try {
+            return RAD_grid_field(info, grid);
+        } catch (const std::bad_alloc &) {
+            MESS_print(kError, "No memory for radar summary field\n");
+            throw; // the series ends with the pictures before, status 3
+        }
+    }();
     const TypeRow &type = plot_type();
     GPH_trans(kDataTransform);
     CONT_init();

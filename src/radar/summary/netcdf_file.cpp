@@ -6,6 +6,7 @@
 #include <numeric>
 
 #include "lib/text/strings.h"
+#include "radar/summary/netcdf_header.h"
 #include "radar/summary/netcdf_library.h"
 
 namespace {
@@ -20,6 +21,10 @@ NetcdfFile::Type type_of(nc_type type) {
 } // namespace
 
 NetcdfFile::NetcdfFile(std::vector<std::byte> bytes) : bytes_(std::move(bytes)) {
+    if (const char *const damage = netcdf_header_fault(bytes_)) {
+        fault_ = damage;
+        return;
+    }
     const char *why = nullptr;
     const NetcdfLibrary *const library = load_netcdf(why);
     if (library == nullptr) {

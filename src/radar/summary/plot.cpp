@@ -74,11 +74,17 @@ void label_variables() {
     }
 }
 
+/// The time in the file, else that of its name.
+DateRecord date_of_file() {
+    return is_missing(state.info.date.year) ? FILE_get_date() : state.info.date;
+}
+
 void label_date() {
-    const DateRecord date = is_missing(state.info.date.year) ? FILE_get_date() : state.info.date;
-    const std::string label = DATE_make_label(date);
+    const DateRecord date = date_of_file();
+    const bool known = !is_missing(date.year);
+    const std::string label = known ? DATE_make_label(date) : std::string();
     PLT_label_up_right(label);
-    MESS_print(kMess, "Date: %s\n", label.c_str());
+    MESS_print(kMess, "Date: %s\n", known ? label.c_str() : "not known");
     FILE_set_data_date(date);
 }
 
@@ -98,8 +104,11 @@ RadarSteps driver_steps() {
 
 void set_ring(RadOptions &options, ParamValue radius) {
     constexpr float kLeast = 10;
-    options.ring_nm =
-        std::max(radius ? Scanner(*radius).real().value_or(kDefaultRingNm) : kDefaultRingNm, kLeast);
+    Scanner scan(radius.value_or(""));
+    options.ring_nm = std::max(scan.real().value_or(kDefaultRingNm), kLeast);
+    if (scan.rest().starts_with(':'))
+        WORD_tell("plot_param", format_text("\"%s\" of dist is not drawn, a station has one circle",
+                                            std::string(scan.rest().substr(1)).c_str()));
 }
 
 using Row = ParamRow<RadOptions>;
@@ -221,7 +230,7 @@ int RAD_plot_frame() {
     GPH_trans(kDataTransform);
     if (state.info.kind == SummaryKind::none) PLT_miss_picture(); // told when it was opened
     label_variables();
-    if (VAR_has("watch") == 1) WATCH_decode(state.info.date);
+    if (VAR_has("watch") == 1) WATCH_decode(date_of_file());
     CONT_init();
     CONT_param_decode();
     const bool over_map = CONT_get_line_look().over_map;

@@ -1,6 +1,7 @@
 /// What the radars report, drawn at their places.
 
-#include <array>
+#include <algorithm>
+#include <vector>
 
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
@@ -69,7 +70,7 @@ bool is_watch(const PlotVariable &variable) {
 }
 
 /// The chosen variables of a report, as far as it has them: one that it lacks ends them.
-StationPlot plot_of(const MdrReport &report, const CityStation &station) {
+void add_report(const MdrReport &report, const CityStation &station, std::vector<StationPlot> &plots) {
     StationPlot plot{.priority = station.priority, .items = {}};
     const auto &variables = VAR_get_vars();
     for (std::size_t i = 0; i < variables.size(); ++i) {
@@ -80,11 +81,11 @@ StationPlot plot_of(const MdrReport &report, const CityStation &station) {
         if (MDR_get_data(report, variables[i].name, data) == 0) break;
         plot.items.push_back({std::move(data), i});
     }
-    return plot;
+    plots.push_back(std::move(plot));
 }
 
 /// The items of a record at each of their places.
-void add_plots(const RcmRecord &record, const CityStation &station, std::vector<StationPlot> &plots) {
+void add_record(const RcmRecord &record, const CityStation &station, std::vector<StationPlot> &plots) {
     const RadOptions &options = RAD_state().options;
     if (options.hide_clear && record.mode == RcmRecord::Mode::clear_air) return;
     const std::size_t first = plots.size();
@@ -109,26 +110,16 @@ void add_plots(const RcmRecord &record, const CityStation &station, std::vector<
     }
 }
 
-std::vector<StationPlot> digitized_plots(const Attribute &ink) {
+/// Reads every report whose station is known, draws what surrounds it, and collects what it shows.
+template <typename Report, typename Read, typename Add>
+std::vector<StationPlot> collect(const Attribute &ink, Read read_report, Add add) {
     std::vector<StationPlot> plots;
-    MdrReport report;
+    Report report;
     CityStation station;
-    for (int read = 0; (read = MDR_read_report(report, station)) >= 0;) {
+    for (int read = 0; (read = read_report(report, station)) >= 0;) {
         if (read == 0) continue;
         draw_surroundings(station, ink);
-        plots.push_back(plot_of(report, station));
-    }
-    return plots;
-}
-
-std::vector<StationPlot> coded_plots(const Attribute &ink) {
-    std::vector<StationPlot> plots;
-    RcmRecord record;
-    CityStation station;
-    for (int read = 0; (read = RCM_read_report(record, station)) >= 0;) {
-        if (read == 0) continue;
-        draw_surroundings(station, ink);
-        add_plots(record, station, plots);
+        add(report, station, plots);
     }
     return plots;
 }
@@ -142,7 +133,8 @@ void draw_reports() {
     GPH_mark_attr(&ink, 1.0F);
     store_stations();
     const bool digitized = RAD_state().info.kind == SummaryKind::digitized;
-    const std::vector<StationPlot> plots = digitized ? digitized_plots(ink) : coded_plots(ink);
+    const std::vector<StationPlot> plots = digitized ? collect<MdrReport>(ink, MDR_read_report, add_report)
+                                                     : collect<RcmRecord>(ink, RCM_read_report, add_record);
     if (const int left_out = RAW_plot_stations(plots); left_out > 0)
         MESS_print(kMess,
                    "RAD_plot_data: %d of %zu places are left out, where they would cover others; a smaller "
