@@ -2,6 +2,7 @@
 #include <limits>
 #include <string>
 
+#include "graphics/kernel/device.h"
 #include "graphics/kernel/helpers.h"
 #include "page_fixture.h"
 
@@ -12,8 +13,14 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 class AttributesTest : public PageTest {
 protected:
     /// As on a window, as far as attributes are concerned.
-    static void pretend_window() { gstate().kind = DeviceKind::win; }
-    static void pretend_page() { gstate().kind = DeviceKind::ps; }
+    static void pretend_window() {
+        gstate().kind = DeviceKind::win;
+        gstate().device = gdevice_of(DeviceKind::win);
+    }
+    static void pretend_page() {
+        gstate().kind = DeviceKind::ps;
+        gstate().device = gdevice_of(DeviceKind::ps);
+    }
 };
 
 } // namespace

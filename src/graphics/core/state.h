@@ -8,6 +8,8 @@
 #include "graphics/core/mapping.h"
 #include "graphics/core/types.h"
 
+struct Device;
+
 struct LineState {
     int type = 1;    ///< 1 solid to 5 dots
     float width = 1; ///< device units
@@ -61,6 +63,7 @@ struct GraphicsState {
     bool kernel_open = false; ///< errors are reported
     bool open = false;        ///< a workstation is open
     DeviceKind kind = DeviceKind::none;
+    const Device *device = nullptr; ///< its operations; null without a workstation
     int win_width = kDefaultWidth, win_height = kDefaultHeight; ///< device units
     int win_x = 0, win_y = 0;                                   ///< device offset
     std::string title;   ///< of the window; file devices write it into their header

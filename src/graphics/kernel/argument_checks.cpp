@@ -1,9 +1,7 @@
 #include "graphics/kernel/argument_checks.h"
 
-#include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/print/postscript.h"
-#include "graphics/devices/raster/display.h"
+#include "graphics/kernel/device.h"
 #include "graphics/kernel/kernel.h"
 
 bool workstation_open(const char *operation) {
@@ -34,13 +32,5 @@ std::optional<int> drawable_color(const char *operation, int index) {
 
 void install_clip() {
     if (!gstate().open) return;
-    switch (gstate().kind) {
-    case DeviceKind::ps: gps_clip(print_clip(gstate().map)); break;
-    case DeviceKind::win: {
-        const ClipRect &clip = gstate().clip;
-        graster_set_clip({clip.x, clip.y, clip.width, clip.height});
-        break;
-    }
-    case DeviceKind::none: break;
-    }
+    gdevice().install_clip();
 }

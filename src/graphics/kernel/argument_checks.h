@@ -15,7 +15,8 @@
 
 /// Hands the current viewport to the device as its clip.
 void install_clip();
-/// Stores the background of the open device.
-void ginit_background();
+/// Stores a colour in the table and on the open device. -1 for an index without slot, or when the display has
+/// no room for the colour.
+int gstore_color(int index, const Rgb &color);
 /// Strokes a run of text.
 void gdraw_stroke(std::span<const Point> world);

@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr Rgb kWhite{1, 1, 1}, kBlack{};
-
 struct State {
     ColorLookup lookup = nullptr;
 } state;
@@ -42,8 +40,9 @@ int choose_index(const Rgb &c) {
     return next;
 }
 
-/// -1 for an index without slot, or when the display has no room for the colour.
-int store_everywhere(int index, const Rgb &color) {
+} // namespace
+
+int gstore_color(int index, const Rgb &color) {
     if (store_color(index, color) != 0) return -1;
     gps_set_color_rep(index, color);
     if (!gtype_is_WIN_PIX()) return 0;
@@ -53,32 +52,6 @@ int store_everywhere(int index, const Rgb &color) {
     slot.pixel = pixel >= 0 ? static_cast<int>(pixel) : static_cast<int>(present);
     return pixel >= 0 ? 0 : -1;
 }
-
-/// The colour of that name; without one, or for one that nobody knows, the display's own.
-Rgb background_named(std::string_view name) {
-    const Rgb plain = gstate().inverse ? kWhite : kBlack;
-    if (name.empty() || gis_default_background(name)) return plain;
-    Rgb color = plain;
-    (void)gnamed_color(name, color); // unknown, the plain one stays
-    return color;
-}
-
-void init_window_background() {
-    const char *const resource = RES_get("background");
-    std::string name = resource != nullptr ? resource : "";
-    if (name.empty()) name = gx11_default("background").value_or("");
-    if (store_everywhere(kBackgroundSlot, background_named(name)) != 0) return;
-    const ColorSlot &slot = gstate().colors[kBackgroundSlot];
-    constexpr float kFull = 65535;
-    const auto level = [](float component) { return static_cast<int>(component * kFull); };
-    for (const char *const what : {"Allocated", "Queried"})
-        MESS_print(kDebug, "%s BG Color: %d (%5d %5d %5d)\n", what, slot.pixel, level(slot.rgb.red),
-                   level(slot.rgb.green), level(slot.rgb.blue));
-    graster_set_background(slot.pixel);
-    if (!gis_default_background(name)) graster_clear(graster_base());
-}
-
-} // namespace
 
 // What stands in the picture stays.
 bool gis_default_background(std::string_view name) {
@@ -103,7 +76,7 @@ int gset_colr_rep(int /*ws*/, int index, const Rgb &color) {
 int galloc_colr(int index, const Rgb &color) {
     const Rgb clamped{clamp_component(color.red), clamp_component(color.green), clamp_component(color.blue)};
     const int chosen = index < 0 ? choose_index(clamped) : index;
-    if (chosen < 0 || store_everywhere(chosen, clamped) != 0) {
+    if (chosen < 0 || gstore_color(chosen, clamped) != 0) {
         gerr_printf("galloc_colr", "invalid color index: %d\n", index);
         return -1;
     }
@@ -127,12 +100,4 @@ bool gnamed_color(std::string_view name, Rgb &color) {
     const std::optional<Rgb> known = gx11_parse_color(name);
     if (known) color = *known;
     return known.has_value();
-}
-
-void ginit_background() {
-    switch (gstate().kind) {
-    case DeviceKind::ps: store_everywhere(kBackgroundSlot, kWhite); break;
-    case DeviceKind::win: init_window_background(); break;
-    case DeviceKind::none: break;
-    }
 }

@@ -440,6 +440,21 @@ void gps_message(std::string_view text) {
     put("\n");
 }
 
+constexpr float kPointsPerPixel = 0.72F;
+const PrintInk kPostScriptInk{.marker_unit = kPointsPerPixel,
+                              .open = gps_open,
+                              .close = gps_close,
+                              .abandon = gps_abandon,
+                              .new_page = gps_new_page,
+                              .clip = gps_clip,
+                              .polyline = gps_polyline,
+                              .fill_area = gps_fill_area,
+                              .begin_markers = gps_begin_markers,
+                              .begin_text = gps_begin_text,
+                              .stroke = gps_stroke,
+                              .clear_region = gps_clear_region,
+                              .message = gps_message};
+
 // Colours and options
 
 void gps_set_color_rep(int index, const Rgb &color) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "graphics/core/types.h"
+#include "graphics/devices/print/print_ink.h"
 #include "graphics/devices/print/setup_file.h"
 
 /// Opens the output named by the first field of `device_spec` (or the environment) and writes the prologue.
@@ -37,6 +38,9 @@ void gps_message(std::string_view text);
 void gps_set_color_rep(int index, const Rgb &color);
 /// Grey value 0 to 1 of a colour index; print devices share the table.
 float gps_get_gray(int index);
+
+/// All of these for the kernel.
+extern const PrintInk kPostScriptInk;
 
 // Options, set before the device is opened
 void gps_set_EPS(bool on);
