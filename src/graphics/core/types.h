@@ -8,7 +8,8 @@
 enum class DeviceKind : int {
     none = 0, ///< not chosen: the user is asked
     win = 1,  ///< the program's own X11 window
-    ps = 4    ///< PostScript
+    ps = 4,   ///< PostScript
+    hpgl = 5  ///< plotter language
 };
 
 /// A position; world, normalised device (NDC) or device units as said where it is used.

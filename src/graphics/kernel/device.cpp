@@ -34,7 +34,8 @@ struct Row {
     DeviceKind kind;
     const Device &device;
 };
-constexpr std::array kDevices{Row{DeviceKind::win, kWindowDevice}, Row{DeviceKind::ps, kPostScriptDevice}};
+constexpr std::array kDevices{Row{DeviceKind::win, kWindowDevice}, Row{DeviceKind::ps, kPostScriptDevice},
+                              Row{DeviceKind::hpgl, kHpglDevice}};
 
 /// PostScript is requested, but "vyxprint" sends it to a plotter.
 bool print_goes_to_plotter() {
@@ -45,7 +46,7 @@ bool print_goes_to_plotter() {
 } // namespace
 
 const Device *gdevice_of(DeviceKind kind) {
-    if (kind == DeviceKind::ps && print_goes_to_plotter()) return nullptr;
+    if (kind == DeviceKind::ps && print_goes_to_plotter()) kind = DeviceKind::hpgl;
     for (const Row &row : kDevices)
         if (row.kind == kind) return &row.device;
     return nullptr;

@@ -5,6 +5,7 @@
 
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
+#include "graphics/devices/print/hpgl.h"
 #include "graphics/devices/print/postscript.h"
 #include "graphics/devices/print/print_ink.h"
 #include "graphics/kernel/argument_checks.h"
@@ -134,3 +135,4 @@ template <const PrintInk &kInk> constexpr Device print_device() {
 } // namespace
 
 const Device kPostScriptDevice = print_device<kPostScriptInk>();
+const Device kHpglDevice = print_device<kHpglInk>();

@@ -4,3 +4,4 @@
 #include "graphics/kernel/device.h"
 
 extern const Device kPostScriptDevice;
+extern const Device kHpglDevice;
