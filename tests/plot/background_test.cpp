@@ -184,8 +184,8 @@ TEST_F(BackgroundTest, ItemAttributesStandBeforeTheResources) {
     forget();
     MAP_process("a.map"); // areas hold for one item
     EXPECT_TRUE(areas().empty());
-    EXPECT_EQ(errors_of([] { EXPECT_EQ(MAP_process("mf:a.meta"), -1); }),
-              "MAP_process: Not available in this version: mf:a.meta\n");
+    EXPECT_EQ(errors_of([] { EXPECT_EQ(MAP_process("rf:a.raw"), -1); }),
+              "MAP_process: Not available in this version: rf:a.raw\n");
     EXPECT_EQ(MAP_process("if:a.gif:black:-5:3"), -1) << "a page takes no image";
 }
 

@@ -271,6 +271,19 @@ TEST_F(ContourTest, BandsLieAtTheirPlacesInEveryProjection) {
     }
 }
 
+TEST_F(ContourTest, CutOffsBoundBands) {
+    const PlotDomain grid = polar(40, -100, 4, 4, 0.5F);
+    set_map(grid);
+    RES_put("plot_param", "conmin=1,conmax=4");
+    CONT_init();
+    levels();
+    for (const auto &[value, drawn] : {std::pair{0.5F, false}, {1.0F, true}, {4.0F, true}, {4.5F, false}}) {
+        forget();
+        ASSERT_EQ(CONT_draw_contour(std::vector<float>(16, value), grid), 0);
+        EXPECT_EQ(areas().empty(), !drawn) << value;
+    }
+}
+
 TEST_F(ContourTest, LabelsOfLinesAndValuesCanBeRead) {
     const PlotDomain grid = polar(40, -100, 40, 30, 0.5F);
     set_map(polar(40, -100, 40, 30, 0.5F));

@@ -27,6 +27,7 @@ struct State {
     std::size_t count = 0;
     bool recording = false;
     EventPump pump = nullptr;
+    ObjectWatcher watcher = nullptr;
 } state;
 
 std::size_t rounded_up(std::size_t size) {
@@ -91,6 +92,8 @@ void gclear_objs() {
 std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *data) {
     ++state.count;
     if (state.count % kObjectsPerPump == 0 && state.pump != nullptr) state.pump();
+    if (state.watcher != nullptr && (data != nullptr || size == 0))
+        state.watcher(type, value, {static_cast<const std::byte *>(data), size});
     if (!state.recording) return nullptr;
     std::byte *const place = place_of(sizeof(ObjectRecord) + size);
     if (place == nullptr) return nullptr;
@@ -125,10 +128,21 @@ void record_points(ObjectType type, std::span<const Point> points) {
 }
 
 void record_text(ObjectType type, int value, const Point &position, std::string_view text) {
+    if (state.watcher != nullptr) {
+        std::vector<std::byte> data(sizeof position + text.size());
+        std::memcpy(data.data(), &position, sizeof position);
+        std::copy_n(reinterpret_cast<const std::byte *>(text.data()), text.size(),
+                    data.begin() + sizeof position);
+        state.watcher(type, value, data);
+    }
     std::byte *const block = gnew_obj(type, value, sizeof position + text.size(), nullptr);
     if (block == nullptr) return;
     std::memcpy(block, &position, sizeof position);
     std::copy_n(reinterpret_cast<const std::byte *>(text.data()), text.size(), block + sizeof position);
+}
+
+void gset_object_watcher(ObjectWatcher watcher) {
+    state.watcher = watcher;
 }
 
 int gset_redraw(int flag) {

@@ -8,6 +8,7 @@
 enum class DeviceKind : int {
     none = 0, ///< not chosen: the user is asked
     win = 1,  ///< the program's own X11 window
+    meta = 3, ///< a metafile
     ps = 4,   ///< PostScript
     hpgl = 5  ///< plotter language
 };

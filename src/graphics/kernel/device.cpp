@@ -35,7 +35,7 @@ struct Row {
     const Device &device;
 };
 constexpr std::array kDevices{Row{DeviceKind::win, kWindowDevice}, Row{DeviceKind::ps, kPostScriptDevice},
-                              Row{DeviceKind::hpgl, kHpglDevice}};
+                              Row{DeviceKind::hpgl, kHpglDevice}, Row{DeviceKind::meta, kMetafileDevice}};
 
 /// PostScript is requested, but "vyxprint" sends it to a plotter.
 bool print_goes_to_plotter() {

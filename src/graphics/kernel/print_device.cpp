@@ -6,6 +6,7 @@
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/print/hpgl.h"
+#include "graphics/devices/print/metafile.h"
 #include "graphics/devices/print/postscript.h"
 #include "graphics/devices/print/print_ink.h"
 #include "graphics/kernel/argument_checks.h"
@@ -136,3 +137,4 @@ template <const PrintInk &kInk> constexpr Device print_device() {
 
 const Device kPostScriptDevice = print_device<kPostScriptInk>();
 const Device kHpglDevice = print_device<kHpglInk>();
+const Device kMetafileDevice = print_device<kMetafileInk>();

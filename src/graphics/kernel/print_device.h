@@ -5,3 +5,4 @@
 
 extern const Device kPostScriptDevice;
 extern const Device kHpglDevice;
+extern const Device kMetafileDevice;

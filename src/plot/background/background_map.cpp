@@ -1,11 +1,14 @@
 #include "plot/background/background_map.h"
 
+#include <array>
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include "graphics/images/capture.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
+#include "graphics/kernel/metafile_reader.h"
 #include "graphics/text/font.h"
 #include "lib/options/flags.h"
 #include "lib/report/message.h"
@@ -142,6 +145,21 @@ int draw_image_item(std::string_view text, bool whole_view) {
     return drawn == 1 ? 0 : -1;
 }
 
+/// A metafile has transforms of its own; behind it the plot's are as they were.
+int draw_metafile_item(std::string_view file) {
+    PLT_mess("Map-metafile: %s", std::string(file).c_str());
+    std::array<std::pair<Rect, Rect>, kTransformCount> saved;
+    for (std::size_t i = 0; i < saved.size(); ++i)
+        ginq_norm_tran(static_cast<int>(i), saved[i].first, saved[i].second);
+    const int drawn = gread_metafile(FILE_find_data(file));
+    for (std::size_t i = 1; i < saved.size(); ++i) {
+        gset_win(static_cast<int>(i), saved[i].first);
+        gset_vp(static_cast<int>(i), saved[i].second);
+    }
+    GPH_trans(kDataTransform);
+    return drawn;
+}
+
 void process_list_file(std::string_view name) {
     Stream stream = FILE_open_data(name);
     if (!stream) {
@@ -190,6 +208,7 @@ int MAP_process(std::string_view item) {
     if (item.starts_with(kMapImagePrefix)) return draw_image_item(item.substr(kMapImagePrefix.size()), false);
     if (item.starts_with(kViewImagePrefix))
         return draw_image_item(item.substr(kViewImagePrefix.size()), true);
+    if (item.starts_with(kMetafilePrefix)) return draw_metafile_item(item.substr(kMetafilePrefix.size()));
     if (is_foreign_body(item)) {
         MESS_print(kWarn, "MAP_process: Not available in this version: %s\n", std::string(item).c_str());
         return -1;

@@ -56,8 +56,7 @@ std::optional<float> whole_number(std::string_view part) {
 } // namespace
 
 bool is_foreign_body(std::string_view body) {
-    constexpr std::array<std::string_view, 2> prefixes{"mf:", "rf:"};
-    return std::ranges::any_of(prefixes, [&](std::string_view prefix) { return body.starts_with(prefix); });
+    return body.starts_with("rf:");
 }
 
 int take_map_pass(std::string_view &item) {

@@ -8,7 +8,7 @@
 /// A body that begins with one of these is no map file.
 inline constexpr std::string_view kMapLatLonPrefix = "lalo:";
 /// An image, placed in the map's panel or in the whole view.
-inline constexpr std::string_view kMapImagePrefix = "im:", kViewImagePrefix = "if:";
+inline constexpr std::string_view kMapImagePrefix = "im:", kViewImagePrefix = "if:", kMetafilePrefix = "mf:";
 /// Kinds of entries that name a metafile or raw data.
 [[nodiscard]] bool is_foreign_body(std::string_view body);
 

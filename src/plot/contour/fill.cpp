@@ -11,9 +11,7 @@ namespace {
 
 /// A value inside a band: its level's ink is the band's.
 float value_in(std::size_t band, std::span<const float> thresholds) {
-    if (band == 0) return thresholds.front() - 1;
-    if (band == thresholds.size()) return thresholds.back() + 1;
-    return (thresholds[band - 1] + thresholds[band]) / 2;
+    return band == 0 ? thresholds.front() - 1 : thresholds[band - 1]; // a threshold lies in the band above
 }
 
 class BandFiller : public BandSink {
@@ -21,7 +19,6 @@ public:
     BandFiller(std::span<const float> thresholds, PlotPoints &points) : points_(points) {
         for (std::size_t band = 0; band <= thresholds.size(); ++band) {
             Attribute ink;
-            // Between two levels; below the first and above the last one the level's edge tells.
             CONT_get_fill_attrib(ink, value_in(band, thresholds));
             if (!is_missing(CONT_get_fill_pat())) ink.fill = CONT_get_fill_pat();
             inks_.push_back(ink);
