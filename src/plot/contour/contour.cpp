@@ -54,18 +54,27 @@ std::optional<std::vector<float>> regular_thresholds(const Range &range) {
     return thresholds;
 }
 
-/// Where ink may change over the range of the data, ascending.
-std::optional<std::vector<float>> thresholds_of(const Range &range) {
+void make_ascend(std::vector<float> &thresholds) {
+    std::ranges::sort(thresholds);
+    thresholds.erase(std::unique(thresholds.begin(), thresholds.end()), thresholds.end());
+}
+
+/// The levels over the range of the data, ascending.
+std::optional<std::vector<float>> levels_of(const Range &range) {
     const std::span<const float> values = CONT_get_values();
-    std::optional<std::vector<float>> thresholds =
+    std::optional<std::vector<float>> levels =
         values.empty() ? regular_thresholds(range) : std::vector<float>(values.begin(), values.end());
-    if (!thresholds) return std::nullopt;
+    if (levels) make_ascend(*levels);
+    return levels;
+}
+
+/// With what bounds the drawing besides: where ink may change.
+std::vector<float> with_cutoffs(std::vector<float> thresholds) {
     float max = kMissingF, min = kMissingF;
     CONT_get_cutoff(max, min);
-    if (!is_missing(min)) thresholds->push_back(min);
-    if (!is_missing(max)) thresholds->push_back(std::nextafter(max, INFINITY)); // it is drawn itself
-    std::ranges::sort(*thresholds);
-    thresholds->erase(std::unique(thresholds->begin(), thresholds->end()), thresholds->end());
+    if (!is_missing(min)) thresholds.push_back(min);
+    if (!is_missing(max)) thresholds.push_back(std::nextafter(max, INFINITY)); // it is drawn itself
+    make_ascend(thresholds);
     return thresholds;
 }
 
@@ -95,20 +104,21 @@ int CONT_draw_contour(std::span<const float> field, const PlotDomain &grid) {
         CONT_draw_values(Field(field, grid.nx, grid.ny), points);
         return 0;
     }
-    const auto thresholds = thresholds_of(*range);
-    if (thresholds && thresholds->empty()) {
+    const auto levels = levels_of(*range);
+    if (levels && levels->empty()) {
         refuse("There are no levels");
         return -1;
     }
-    if (!thresholds || thresholds->size() > kMostThresholds) {
+    if (!levels || levels->size() > kMostThresholds) {
         refuse("There are more levels over the range of the data than can be drawn");
         return -1;
     }
-    const std::vector<float> values = settled(field, *thresholds);
+    const std::vector<float> values = settled(field, *levels);
+    const std::vector<float> thresholds = with_cutoffs(*levels);
     const Field settled_field(values, grid.nx, grid.ny);
-    if (type != kContourLines) CONT_fill_bands(settled_field, *thresholds, points);
+    if (type != kContourLines) CONT_fill_bands(settled_field, thresholds, points);
     if (CONT_get_line_look().grid) CONT_draw_grid_points(settled_field, points);
     if (type == kContourLines || type == kContourFillLines)
-        CONT_draw_lines(settled_field, *thresholds, type == kContourFillLines, grid, points);
+        CONT_draw_lines(settled_field, *levels, type == kContourFillLines, grid, points);
     return 0;
 }
