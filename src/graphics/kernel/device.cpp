@@ -12,7 +12,6 @@ namespace {
 
 const Device kNoDevice{.mode = PlotMode::none,
                        .window = false,
-                       .file = false,
                        .marker_unit = 1,
                        .open = [](std::string_view) { return -1; },
                        .close = [] { return 0; },

@@ -14,7 +14,6 @@ struct PrintInk;
 struct Device {
     PlotMode mode;     ///< how a plot is set up on it
     bool window;       ///< a raster that stays: frames, fonts of its own, colour cells, events
-    bool file;         ///< writes while drawing, and is complete when closed
     float marker_unit; ///< device units of a unit of the window
     /// Opens it by its specification and sets size and offset of the state. -1 after a message.
     int (*open)(std::string_view device_spec);

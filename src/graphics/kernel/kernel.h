@@ -60,8 +60,6 @@ DeviceKind gget_win_type();
 [[nodiscard]] bool gtype_is_PS();
 /// A window of the process's own memory: there is nobody to look at it.
 [[nodiscard]] bool gtype_is_memory();
-/// Devices that write a file while drawing and are complete when closed.
-[[nodiscard]] bool gtype_is_file();
 
 // Transforms ----------------------------------------------------------------------
 

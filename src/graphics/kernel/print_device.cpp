@@ -114,7 +114,6 @@ void message(std::string_view text) {
 template <const PrintInk &kInk> constexpr Device print_device() {
     return {.mode = PlotMode::postscript,
             .window = false,
-            .file = true,
             .marker_unit = kInk.marker_unit,
             .open = open_print<kInk>,
             .close = kInk.close,

@@ -125,7 +125,6 @@ int clear_region(const char * /*operation*/, const Rect &world) {
 
 const Device kWindowDevice{.mode = PlotMode::window,
                            .window = true,
-                           .file = false,
                            .marker_unit = 1,
                            .open = open_window,
                            .close = close_window,

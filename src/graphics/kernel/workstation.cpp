@@ -150,7 +150,3 @@ bool gtype_is_PS() {
 bool gtype_is_memory() {
     return gtype_is_WIN() && graster_display() == RasterDisplay::memory;
 }
-
-bool gtype_is_file() {
-    return gdevice().file;
-}

@@ -15,7 +15,7 @@ constexpr float kBarbSize = 0.075F, kTextSize = 0.02F, kTextOffset = 0.01F; ///<
 } // namespace
 
 StormMarker RADAR_plain_storm() {
-    return {gtype_is_file() ? "black" : ATTRIB_text_default(), kPlainType};
+    return {ATTRIB_text_default(), kPlainType};
 }
 
 void RADAR_draw_marker(const Point &place, const StormMarker &marker) {
