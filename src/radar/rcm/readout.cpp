@@ -24,6 +24,7 @@ bool RCM_read_place(const std::string &file, RadarReading &reading) {
     const auto inside = [](float index) { return index >= 0 && index < kRcmGridSize; };
     reading.value = kOutsideWords;
     if (!is_missing(place.x) && inside(column) && inside(row))
-        RADAR_set_level(report.cells[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)], reading);
+        RADAR_set_level(report.cells[static_cast<std::size_t>(column)][static_cast<std::size_t>(row)],
+                        reading);
     return true;
 }
