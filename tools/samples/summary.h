@@ -24,11 +24,11 @@ struct SummaryLevels {
 struct StationReport {
     std::string id{};
     double lat = 0, lon = 0;
-    std::string configuration{};          ///< "AREA", "LINE", "CELL", or a status "NE", "OM", "NA"
-    std::string precipitation{};          ///< "TRW"
-    std::string sign{};                   ///< "-", "", "+", "++", "X", "XX"
+    std::string configuration{};        ///< "AREA", "LINE", "CELL", or a status "NE", "OM", "NA"
+    std::string precipitation{};        ///< "TRW"
+    std::string sign{};                 ///< "-", "", "+", "++", "X", "XX"
     int coverage = 0;                   ///< tenths
-    std::string trend{};                  ///< "+", "-", "NC", "NEW"
+    std::string trend{};                ///< "+", "-", "NC", "NEW"
     int top = 0;                        ///< hundreds of feet, 0 none
     int top_azimuth = 0, top_range = 0; ///< degrees, nautical miles
     char movement = ' ';
@@ -46,7 +46,7 @@ struct SiteRecord {
     std::string id{};
     int number = 0;
     std::string words{}; ///< " PCPN", " CLAR NE"
-    int top = 0;       ///< hundreds of feet, 0 none
+    int top = 0;         ///< hundreds of feet, 0 none
     double top_lat = 0, top_lon = 0;
     std::vector<StormRecord> storms{};
 };
