@@ -55,7 +55,6 @@ public:
         text_.remove_prefix(std::min(end + 1, text_.size()));
         return line;
     }
-    [[nodiscard]] std::size_t remaining() const { return text_.size(); }
 
 private:
     std::string_view text_;

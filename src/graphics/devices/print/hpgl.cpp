@@ -80,10 +80,8 @@ void put_pen_setup() {
 // Width, colour and type
 
 void set_width(int index, float width) {
-    const int boldness = is_print_only_color(index) ? (index - kColorPrintFirst) % 3 : 0;
-    const float bold = boldness == 0   ? static_cast<float>(gstate().line_print_bold)
-                       : boldness == 1 ? 2.0F
-                                       : 4.0F;
+    const int boldness = print_boldness(index);
+    const float bold = print_bold_factor(boldness, gstate().line_print_bold);
     const float written = bold * (width == 0 ? 1.0F : width) * state.options.base_width;
     if (written == state.pen.width) return;
     state.pen.width = written;

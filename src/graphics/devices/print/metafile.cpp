@@ -15,6 +15,8 @@
 
 namespace {
 
+enum class MetafileType { text, cgm };
+
 struct State {
     PrintWriter out;
     std::string name; ///< of the output, for messages
@@ -203,10 +205,6 @@ void no_text(const Point & /*world*/, std::string_view /*text*/, int /*color*/, 
 void no_message(std::string_view /*text*/) {}
 
 } // namespace
-
-MetafileType gmeta_get_type() {
-    return state.type;
-}
 
 const PrintInk kMetafileInk{.marker_unit = 1,
                             .open = open,

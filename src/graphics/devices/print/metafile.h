@@ -12,10 +12,6 @@
 
 extern const PrintInk kMetafileInk;
 
-enum class MetafileType : int { text = 0, cgm = 1 };
-/// The type of the metafile that is open, or was last.
-MetafileType gmeta_get_type();
-
 /// Writes the record of one object in the text form: its data as the object list keeps them. Objects that
 /// have none (the boldness of printed lines, solid printing) write nothing.
 void meta_write_record(PrintWriter &out, ObjectType type, int value, std::span<const std::byte> data);

@@ -134,10 +134,8 @@ void set_fill_color(int index) {
 
 void set_width(int index, float width) {
     const float thick = static_cast<float>(state.options.base_width) * width;
-    const int boldness = is_print_only_color(index) ? (index - kColorPrintFirst) % 3 : 0;
-    const float bold = boldness == 0   ? static_cast<float>(gstate().line_print_bold)
-                       : boldness == 1 ? 2.0F
-                                       : 4.0F;
+    const int boldness = print_boldness(index);
+    const float bold = print_bold_factor(boldness, gstate().line_print_bold);
     const float written = boldness == 0 ? bold * thick : std::trunc(bold * thick);
     if (written == state.ink.width) return;
     state.ink.width = written;

@@ -5,8 +5,19 @@
 #include <span>
 #include <string_view>
 
+#include "graphics/core/color_slots.h"
 #include "graphics/core/types.h"
 #include "graphics/devices/print/setup_file.h"
+
+/// Print-only colours come in threes of black, white and grey: 0 plain, 1 bold, 2 very bold; others are
+/// plain.
+inline int print_boldness(int index) {
+    return is_print_only_color(index) ? (index - kColorPrintFirst) % 3 : 0;
+}
+/// What multiplies the width of a line of such boldness; `plain` that of plain ones.
+constexpr float print_bold_factor(int boldness, int plain) {
+    return boldness == 0 ? static_cast<float>(plain) : boldness == 1 ? 2.0F : 4.0F;
+}
 
 struct PrintInk {
     float marker_unit; ///< device units of a unit of the window: markers look alike
