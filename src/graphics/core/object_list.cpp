@@ -26,6 +26,7 @@ struct State {
     ObjectRecord *last = nullptr;
     std::size_t count = 0;
     bool recording = false;
+    bool incomplete = false; ///< pixels were drawn that no record tells
     EventPump pump = nullptr;
     ObjectWatcher watcher = nullptr;
 } state;
@@ -87,6 +88,7 @@ void gclear_objs() {
     state.chunks.clear();
     state.used = state.capacity = state.taken = 0;
     state.first = state.last = nullptr;
+    state.incomplete = false;
 }
 
 std::byte *gnew_obj(ObjectType type, int value, std::size_t size, const void *data) {
@@ -139,6 +141,14 @@ void record_text(ObjectType type, int value, const Point &position, std::string_
     if (block == nullptr) return;
     std::memcpy(block, &position, sizeof position);
     std::copy_n(reinterpret_cast<const std::byte *>(text.data()), text.size(), block + sizeof position);
+}
+
+void gobj_note_incomplete() {
+    state.incomplete = true;
+}
+
+bool gobj_is_incomplete() {
+    return state.incomplete;
 }
 
 void gset_object_watcher(ObjectWatcher watcher) {

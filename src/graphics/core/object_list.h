@@ -76,6 +76,10 @@ void record_rect(ObjectType type, int value, const Rect &r);
 void record_points(ObjectType type, std::span<const Point> points);
 void record_text(ObjectType type, int value, const Point &position, std::string_view text);
 
+/// Something is drawn that no object tells, until the list is emptied.
+void gobj_note_incomplete();
+[[nodiscard]] bool gobj_is_incomplete();
+
 /// Sees every object as it is made, kept or not; null for none.
 using ObjectWatcher = void (*)(ObjectType type, int value, std::span<const std::byte> data);
 void gset_object_watcher(ObjectWatcher watcher);

@@ -5,46 +5,11 @@
 #include <array>
 #include <string>
 
+#include "graphics/core/attribute_set.h"
 #include "graphics/core/mapping.h"
 #include "graphics/core/types.h"
 
 struct Device;
-
-struct LineState {
-    int type = 1;    ///< 1 solid to 5 dots
-    float width = 1; ///< device units
-    int color = 1;
-};
-
-struct MarkerState {
-    int type = 1;
-    float size = 1; ///< 10 raster units each
-    float width = 1;
-    int color = 1;
-};
-
-struct TextState {
-    int color = 1;
-    float width = 1;
-    float height = 0.01F; ///< character height, world units
-    float expansion = 1;
-    float space = 0.25F;  ///< gap between characters, in 100 glyph units
-    float char_space = 0; ///< fixed pitch when positive
-    int horizontal = kAlignNormal;
-    int vertical = kAlignVNormal;
-    Point up{0, 1}; ///< unit length
-    int font = 1;   ///< from 1, into the font list
-    int precision = 2;
-};
-
-enum FillInterior : int { kInteriorSolid = 1, kInteriorPattern = 2 };
-inline constexpr int kFillStyleMax = 19;
-
-struct FillState {
-    int interior = kInteriorSolid;
-    int style = 1; ///< 0 to kFillStyleMax
-    int color = 1;
-};
 
 inline constexpr int kPixelUnset = -1;     ///< never stored
 inline constexpr int kPixelPrintOnly = -2; ///< known to the print device

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "graphics/core/error.h"
+#include "graphics/core/object_list.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
 #include "graphics/images/formats.h"
@@ -214,5 +215,6 @@ int goverlay_image_file(std::string_view path, const Rgb *transparent, int x, in
     if (x < 0) x += view.x + view.width;
     if (y < 0) y += view.y + view.height;
     graster_write(graster_drawable(), overlay.image, overlay.mask, x, y);
+    gobj_note_incomplete();
     return 1;
 }

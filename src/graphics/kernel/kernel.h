@@ -4,13 +4,14 @@
 /// refused call changes nothing. Points are world coordinates of the current transform. Conversions between
 /// world, NDC and device come with core/transform.h, colour inquiries with core/color_table.h, the setting
 /// that keeps what is drawn with core/object_list.h, error reports with core/error.h.
-/// Sources: attributes, colors, primitives, transforms, workstation, replay, argument_checks, raster_ink,
-/// device_points, device, print_device, window_device.
+/// Sources: attributes, attribute_sets, colors, primitives, transforms, workstation, replay, argument_checks,
+/// raster_ink, device_points, device, print_device, window_device.
 
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "graphics/core/attribute_set.h"
 #include "graphics/core/color_slots.h"
 #include "graphics/core/error.h"
 #include "graphics/core/object_list.h"
@@ -125,6 +126,10 @@ void greset_marker();
 void greset_text();
 void greset_fill();
 
+/// Every attribute, and the same put back: what differs is set, so that a record of the picture tells it.
+AttributeSet gget_attributes();
+void gset_attributes(const AttributeSet &wanted);
+
 // Colours -------------------------------------------------------------------------
 
 int gset_colr_rep(int ws, int index, const Rgb &color);
@@ -146,3 +151,8 @@ void gset_color_lookup(ColorLookup lookup);
 void gredraw_objs();
 /// Replays one record.
 void gobj_redraw_funcs(const ObjectRecord &record);
+/// Records transforms, colours and attributes as they are, so that what follows can be replayed anywhere.
+void grecord_state();
+/// Writes the kept objects as a text metafile: the file that "METAOUT" names, else "vyx.meta". -1 after a
+/// message when there are none, or the file is not whole.
+int gobj_print_meta();

@@ -200,6 +200,7 @@ int gread_metafile(const std::string &path) {
     const std::vector<std::byte> bytes = file.read_all(kMostBytes + 1);
     Records records({reinterpret_cast<const char *>(bytes.data()), std::min(bytes.size(), kMostBytes)});
     records.rest_of_line(); // what it is
+    gset_attributes({});    // what it was drawn with when it began
     int cut = 0;
     while (const auto keyword = records.keyword()) {
         const auto whole = take_record(*keyword, records);

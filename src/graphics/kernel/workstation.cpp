@@ -1,8 +1,11 @@
+#include <cstdlib>
 #include <string>
 
 #include "graphics/core/state.h"
 #include "graphics/core/stroke_output.h"
+#include "graphics/devices/print/print_ink.h"
 #include "graphics/devices/raster/display.h"
+#include "graphics/devices/x11/display.h"
 #include "graphics/kernel/argument_checks.h"
 #include "graphics/kernel/device.h"
 #include "graphics/kernel/kernel.h"
@@ -11,12 +14,20 @@
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/text/font.h"
 #include "lib/system/stream.h"
+#include "lib/text/strings.h"
 
 namespace {
 
 struct State {
     Stream error_file; ///< open only when a name was given
 } state;
+
+/// Who looks at a window may want its picture as a metafile. A raster in memory has nobody who asks.
+bool keeps_objects() {
+    if (!gtype_is_WIN() || gtype_is_memory()) return false;
+    // The environment goes before the X resource, and is asked where the list begins.
+    return std::getenv("vyxredraw") != nullptr || stricmp(gx11_default("redraw").value_or(""), "no") != 0;
+}
 
 void begin_text(const Point &world, std::string_view text) {
     gdevice().begin_text(world, text);
@@ -54,11 +65,14 @@ int gopen_ws(int /*ws_id*/, std::string_view device_spec, DeviceKind kind) {
     s.device = device;
     s.open = true;
     clear_colors();
-    ginit_objs(false); // the window is refreshed from its pixmap: who replays the list switches it on
+    ginit_objs(keeps_objects());
     gset_stroke_output({begin_text, gdraw_stroke});
     ginit_plot(device->mode);
     gsetup_fonts();
     device->init_background();
+    const PrintInk *const ink = device->ink;
+    const bool joins = ink != nullptr && ink->joins_drawing != nullptr && ink->joins_drawing();
+    if (gget_redraw() != 0 || joins) grecord_state();
     if (const auto opened = gwindow_hooks().opened; opened != nullptr && gtype_is_WIN_PIX()) opened();
     return 0;
 }
@@ -93,6 +107,7 @@ int gclear_ws(int /*ws_id*/, int /*flag*/) {
     if (!gtype_is_WIN()) return 0; // what a file device has written stays
     graster_clear(graster_base());
     gclear_objs();
+    if (gget_redraw() != 0) grecord_state();
     return 0;
 }
 

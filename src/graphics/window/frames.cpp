@@ -122,7 +122,9 @@ int gselect_frame(int frame) {
     const PixmapId pixmap = gframe_pixmap(frame);
     if (pixmap == kNoPixmap) return 0;
     graster_set_drawable(pixmap);
+    // Frames are never replayed, and what was kept of the picture before them is not what is seen.
     gset_redraw(0);
+    gclear_objs();
     MESS_print(kOut4, "Selected frame: %d\n", gframe_number(frame));
     return 1;
 }

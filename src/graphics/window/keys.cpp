@@ -3,8 +3,11 @@
 #include "graphics/window/zoom.h"
 
 #include "graphics/devices/raster/display.h"
+#include "graphics/kernel/kernel.h"
+#include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "graphics/window/frames.h"
+#include "graphics/window/surface.h"
 #include "lib/report/message.h"
 
 namespace {
@@ -45,6 +48,15 @@ void slower_or_previous() {
         ginc_loop_delay(gget_loop_delay() < kFineUpToBelow ? kFineStep : kStep);
     else
         show_neighbour(-1);
+}
+
+void write_metafile() {
+    constexpr int kBusyCursor = 8, kBellPercent = 50;
+    const int cursor = gset_cursor(kBusyCursor);
+    (void)gobj_print_meta(); // told, and the window stays
+    gset_cursor(cursor);
+    gpump_events();
+    gbell(kBellPercent);
 }
 
 void zoom_at_pointer() {
@@ -93,7 +105,7 @@ bool act_on_key(const RasterEvent &event) {
     case 'd': delete_current(); break;
     case 'z': zoom_at_pointer(); break;
     case 'u': return gunzoom() == 0;
-    case 'm': MESS_print(kWarn, "gprocess_x11_event: Metafiles are not written by this version\n"); break;
+    case 'm': write_metafile(); break;
     case 'g': write_gif_files(); break;
     case 'x': write_xwd_files(); break;
     case 'l': gtoggle_loop(kToggle); break;

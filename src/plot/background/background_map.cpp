@@ -145,13 +145,15 @@ int draw_image_item(std::string_view text, bool whole_view) {
     return drawn == 1 ? 0 : -1;
 }
 
-/// A metafile has transforms of its own; behind it the plot's are as they were.
+/// A metafile has transforms and attributes of its own; behind it the plot's are as they were.
 int draw_metafile_item(std::string_view file) {
     PLT_mess("Map-metafile: %s", std::string(file).c_str());
     std::array<std::pair<Rect, Rect>, kTransformCount> saved;
     for (std::size_t i = 0; i < saved.size(); ++i)
         ginq_norm_tran(static_cast<int>(i), saved[i].first, saved[i].second);
+    const AttributeSet attributes = gget_attributes();
     const int drawn = gread_metafile(FILE_find_data(file));
+    gset_attributes(attributes);
     for (std::size_t i = 1; i < saved.size(); ++i) {
         gset_win(static_cast<int>(i), saved[i].first);
         gset_vp(static_cast<int>(i), saved[i].second);

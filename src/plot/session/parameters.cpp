@@ -222,6 +222,10 @@ void PLT_param_decode() {
 }
 
 void PLT_param_apply() {
-    if (!state.redraw) gset_redraw(0);
+    // Nobody asks for the metafile of a picture that is written as an image.
+    if (!state.redraw || PLT_wants_image()) {
+        gset_redraw(0);
+        gclear_objs();
+    }
     if (state.shadow > 0) gset_font_drop(state.shadow);
 }

@@ -1,16 +1,14 @@
 #include "graphics/devices/print/hpgl.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "graphics/core/color_slots.h"
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
-#include "graphics/devices/print/file_end.h"
 #include "graphics/devices/print/hpgl_options.h"
+#include "graphics/devices/print/joined_file.h"
 #include "graphics/devices/print/number_writer.h"
 #include "graphics/devices/print/postscript.h"
 #include "lib/report/message.h"
@@ -31,12 +29,9 @@ constexpr float kFillSolid = -2;
 
 struct State {
     PrintWriter out;
-    std::string name; ///< of the output, for messages
+    JoinedFile file;
     HpglOptions options;
     Pen pen;
-    bool bare = false;     ///< joins a file that is not this program's, without beginning and end
-    bool joined = false;   ///< shares the last page of a finished file
-    std::int64_t kept = 0; ///< bytes of that file before the drawing
 };
 State state;
 
@@ -135,49 +130,6 @@ void set_fill_color(int index) {
 
 // Opening and closing
 
-/// Decides how a drawing joins the file that it is to be appended to. False after a message.
-bool join_file(PrintOutput &output) {
-    const std::string end = page_end();
-    if (file_is_absent(output.name)) {
-        output.kind = PrintOutputKind::create;
-    } else if (file_is_finished(output.name, page_begin(), end)) {
-        if (!file_take_off(output.name, end.size())) {
-            MESS_print(kError, "ghpgl_open: Unable to change (%s): %s\n", std::strerror(errno),
-                       output.name.c_str());
-            return false;
-        }
-        state.joined = true;
-        state.kept = FILE_size(output.name);
-    } else {
-        MESS_print(kWarn, "ghpgl_open: Not a file of this program made alike, appended as it is: %s\n",
-                   output.name.c_str());
-        state.bare = true;
-    }
-    return true;
-}
-
-/// A joined file becomes what it was.
-void put_back_end() {
-    if (!state.joined) return;
-    const std::int64_t written = FILE_size(state.name) - state.kept;
-    if (written > 0 && !file_take_off(state.name, static_cast<std::size_t>(written))) return;
-    Stream file = FILE_open(state.name, "a");
-    const std::string end = page_end();
-    if (file) std::fwrite(end.data(), 1, end.size(), file.get());
-}
-
-OutputFile open_output(PrintOutput output) {
-    state.bare = state.joined = false;
-    const PrintOutput asked = output;
-    if (output.kind == PrintOutputKind::append && !join_file(output)) return {};
-    OutputFile file = open_print_output(output);
-    if (file)
-        report_print_output(asked);
-    else
-        put_back_end();
-    return file;
-}
-
 int open(std::string_view device_spec, PrintPage &page) {
     constexpr float units_per_hundredth_inch = 10.15F;
     const std::vector<std::string> spec = split_device_spec(device_spec);
@@ -190,42 +142,34 @@ int open(std::string_view device_spec, PrintPage &page) {
     if (!place_by_geometry(print_geometry({"vyxhp_geometry"}),
                            {units_per_hundredth_inch, kHpglOrigin, kHpglOrigin}, page))
         return -1;
-    state.name = output.name;
-    OutputFile file = open_output(output);
+    OutputFile file = state.file.open(output, {page_begin(), page_end(), "HPGL file", true}, "ghpgl_open");
     if (!file) {
         gerr_printf("gopen_ws", "unable to open HPGL file\n");
         return -1;
     }
+    report_print_output(output);
     state.out.open(std::move(file));
-    if (!state.bare && !state.joined) put(page_begin());
-    if (state.bare) put("SP1;PA;\n"); // whatever the file before left the pen in
+    if (state.file.begins()) put(page_begin());
+    if (state.file.is_bare()) put("SP1;PA;\n"); // whatever the file before left the pen in
     put_pen_setup();
     return 0;
 }
 
 int close() {
     if (!state.out.is_open()) return 0;
-    if (!state.bare) put(page_end());
-    if (!state.out.close()) {
-        MESS_print(kError, "ghpgl_close: Error writing HPGL file: %s: %s\n", state.name.c_str(),
-                   state.out.fault().c_str());
-        put_back_end();
-        return -1;
-    }
-    MESS_print(kMess, "Created HPGL file\n");
-    return 0;
+    if (!state.file.is_bare()) put(page_end());
+    return state.file.close(state.out, "ghpgl_close");
 }
 
 void abandon() {
-    if (!state.out.is_open()) return;
-    state.out.abandon();
-    put_back_end();
+    state.file.abandon(state.out);
 }
 
 int new_page() {
     if (!state.out.is_open()) return 0;
-    if (state.bare) {
-        MESS_print(kWarn, "ghpgl_new_page: One page only in an appended file: %s\n", state.name.c_str());
+    if (state.file.is_bare()) {
+        MESS_print(kWarn, "ghpgl_new_page: One page only in an appended file: %s\n",
+                   state.file.name().c_str());
         return -1;
     }
     put(page_end());

@@ -42,4 +42,7 @@ struct PrintInk {
     /// Fills a rectangle path with the background.
     void (*clear_region)(std::span<const Point> device);
     void (*message)(std::string_view text);
+    /// The drawing follows another one whose attributes are still in force for a reader; null where none can
+    /// be.
+    bool (*joins_drawing)() = nullptr;
 };
