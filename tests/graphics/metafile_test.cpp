@@ -3,6 +3,7 @@
 
 #include "graphics/devices/print/metafile.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -27,7 +28,9 @@ protected:
     }
     void open(const std::string &name, DeviceKind kind = DeviceKind::meta) {
         (void)gopen_gks("", 0);
-        ASSERT_EQ(gopen_ws(1, files_.at(name), kind), 0);
+        const bool appends = name.starts_with('+');
+        const std::string spec = (appends ? "+" : "") + files_.at(name.substr(appends ? 1 : 0));
+        ASSERT_EQ(gopen_ws(1, spec, kind), 0);
     }
     void close() {
         EXPECT_EQ(gclose_ws(1), 0);
@@ -182,6 +185,82 @@ std::vector<Element> elements_of(const std::string &bytes) {
         elements.push_back(std::move(element));
     }
     return elements;
+}
+
+/// What is drawn on a page, without what opening and closing write.
+std::string ink_of(const std::string &page) {
+    const std::size_t begin = page.find("%%VYX Plot"), end = page.find("%%End of plot");
+    return page.substr(begin, end - begin);
+}
+
+TEST_F(Metafile, ADrawingAppendedIsDrawnAsAlone) {
+    const auto second = [] { gpolyline(std::array{Point{0, 0}, Point{1, 1}}); };
+    open("a.meta");
+    draw();
+    close();
+    open("+a.meta");
+    second();
+    close();
+    const std::string text = files_.read("a.meta");
+    EXPECT_EQ(text.find("VYXMETA", 1), std::string::npos);
+    open("read.ps,color", DeviceKind::ps);
+    told("a.meta");
+    close();
+    // Behind the first drawing the second is a plain line in the first colour through the whole device.
+    const std::string read = ink_of(files_.read("read.ps"));
+    const std::string tail = read.substr(read.rfind("%%PL:2"));
+    EXPECT_NE(tail.find("0.00 0.00 mv\n"), std::string::npos) << tail;
+    EXPECT_EQ(read.substr(read.rfind("setdash") - 5, 5), "[] 0 ");
+    EXPECT_NE(tail.find("1.0 dot lw\n"), std::string::npos) << tail;
+}
+
+TEST_F(Metafile, ADrawingJoinsAFinishedCgmOrNone) {
+    const auto line = [] { gpolyline(std::array{Point{0, 0}, Point{1, 1}}); };
+    for (int i = 0; i < 2; ++i) {
+        open("+a.cgm,cgm");
+        line();
+        close();
+    }
+    const std::string joined = files_.read("a.cgm");
+    const std::vector<Element> elements = elements_of(joined);
+    const auto count = [&](unsigned element_class, unsigned id) {
+        return std::ranges::count_if(
+            elements, [=](const Element &e) { return e.element_class == element_class && e.id == id; });
+    };
+    EXPECT_EQ(count(0, 3), 1);
+    EXPECT_EQ(count(4, 1), 2);
+    EXPECT_EQ(count(0, 2), 1);
+    EXPECT_EQ(elements.back().id, 2U);
+    // What would follow the end of another one nobody would see.
+    testing::internal::CaptureStderr();
+    (void)gopen_gks("", 0);
+    EXPECT_EQ(gopen_ws(1, "+" + files_.at("a.cgm") + ",cgm,full", DeviceKind::meta), -1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Nothing can be appended"), std::string::npos);
+    EXPECT_EQ(files_.read("a.cgm"), joined);
+}
+
+TEST_F(Metafile, AFullCgmHasAreasTextsAndColours) {
+    open("a.cgm,cgm,full");
+    GPH_set_maxview(1);
+    draw();
+    gset_line_colr_ind(kColorPrintFirst + 3); // white, plain
+    gpolyline(std::array{Point{0, 0}, Point{50, 40}});
+    EXPECT_EQ(gnew_page(), 0);
+    gpolyline(std::array{Point{0, 0}, Point{50, 40}});
+    close();
+    const std::vector<Element> elements = elements_of(files_.read("a.cgm"));
+    std::string order; // the looks and figures, one letter each
+    std::vector<std::string> colors;
+    for (const Element &e : elements) {
+        if (e.element_class == 5 && (e.id == 4 || e.id == 23)) colors.push_back(e.data);
+        if (e.element_class == 4) order += e.id == 7 ? 'A' : 'L';
+        if (e.element_class == 0 && e.id == 3) order += '|';
+    }
+    // Two lines, two areas, a marker, a text without a font, a cleared region, a line; the second picture.
+    EXPECT_EQ(order, "|LLAALAL|L");
+    // 7 is the same for lines and areas; the background is white; then the white line, known anew.
+    EXPECT_EQ(colors, (std::vector<std::string>{"\x40\x80\xFF", "\x40\x80\xFF", "\xFF\xFF\xFF",
+                                                "\xFF\xFF\xFF", "\xFF\xFF\xFF"}));
 }
 
 TEST_F(Metafile, CgmHasTheElementsOfTheStandard) {

@@ -53,9 +53,10 @@ void record_colors() {
     }
 }
 
-/// An index that nothing has been stored for yet is that of a beginning, and cannot be asked for.
+/// In a window an index that nothing has been stored for yet is that of a beginning, and cannot be asked for.
 void record_color_index(ObjectType type, int index) {
-    if (is_print_only_color(index) || gget_color_ind(index) != kPixelUnset) record_value(type, index);
+    const bool known = is_print_only_color(index) || gget_color_ind(index) != kPixelUnset;
+    if (known || !gtype_is_WIN_PIX()) record_value(type, index);
 }
 
 void record_attributes() {

@@ -102,8 +102,11 @@ std::string Cgm::begin() const {
     add_element(head, kVersion, words({1}));
     add_element(head, kDescription, name);
     add_element(head, kElementList, words({1, 0xFFFF, 1})); // the drawing set and the control set
-    add_element(head, kMaxColor, std::string_view("\xFF", 1));
-    if (full_) add_element(head, kColorExtent, std::string_view("\0\0\0\xFF\xFF\xFF", 6));
+    // Colours are no indices in the full form, and a highest one above 127 stops some readers.
+    if (full_)
+        add_element(head, kColorExtent, std::string_view("\0\0\0\xFF\xFF\xFF", 6));
+    else
+        add_element(head, kMaxColor, std::string_view("\xFF", 1));
     add_element(head, kVdcExtent, words({0, 0, 10000, 8000}));
     return head + picture();
 }
