@@ -39,7 +39,7 @@ protected:
         return all.substr(begin, all.find("SP;PG;") - begin);
     }
     ScratchDir files_;
-    PrintPage page_;
+    DrawingArea page_;
 };
 
 TEST_F(Hpgl, WrapsThePlotAsItsOptionsSay) {

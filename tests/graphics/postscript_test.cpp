@@ -87,7 +87,7 @@ protected:
     }
 
     fs::path directory_;
-    PrintPage page_;
+    DrawingArea page_;
 };
 
 TEST_F(PostScript, WritesTheWholePage) {
@@ -218,7 +218,7 @@ TEST_F(PostScript, AnEncapsulatedPictureMayReachBeyondItsPage) {
     PostScriptOptions options;
     options.eps = options.portrait = true;
     options.page = kPostScriptPage;
-    const PrintPage page = postscript_area(options.page);
+    const DrawingArea page = postscript_area(options.page);
     const EpsLayout layout = eps_layout(options, {page.width, page.height, -40, -10});
     EXPECT_FLOAT_EQ(layout.shift_x, 40.5F);
     EXPECT_FLOAT_EQ(layout.shift_y, 10.5F);

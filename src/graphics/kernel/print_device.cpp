@@ -28,7 +28,7 @@ template <typename Take> int ink_print(const char *operation, std::span<const Po
 }
 
 template <const PrintInk &kInk> int open_print(std::string_view device_spec) {
-    PrintPage page;
+    DrawingArea page;
     if (kInk.open(device_spec, page) != 0) return -1;
     GraphicsState &s = gstate();
     s.win_width = page.width;

@@ -130,7 +130,7 @@ void set_fill_color(int index) {
 
 // Opening and closing
 
-int open(std::string_view device_spec, PrintPage &page) {
+int open(std::string_view device_spec, DrawingArea &page) {
     constexpr float units_per_hundredth_inch = 10.15F;
     const std::vector<std::string> spec = split_device_spec(device_spec);
     const PrintOutput output = parse_print_output(print_file_name(spec, {"vyxhp_out"}, "vyx.hpgl"));

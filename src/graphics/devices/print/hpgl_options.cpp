@@ -71,7 +71,7 @@ void apply_hpgl_options(HpglOptions &options, std::string_view words) {
         if (!apply_option(options, trimmed(word))) tell_option(trimmed(word));
 }
 
-PrintPage hpgl_area(const PageInches &page) {
+DrawingArea hpgl_area(const PageInches &page) {
     return {static_cast<int>((page.width - kPageMargin) * kHpglPerInch),
             static_cast<int>((page.height - kPageMargin) * kHpglPerInch), kHpglOrigin, kHpglOrigin};
 }

@@ -28,4 +28,4 @@ inline constexpr int kHpglOrigin = 10;
 /// Applies comma-separated words; what changes nothing is told.
 void apply_hpgl_options(HpglOptions &options, std::string_view words);
 /// The drawing area of a page, plotter units.
-PrintPage hpgl_area(const PageInches &page);
+DrawingArea hpgl_area(const PageInches &page);

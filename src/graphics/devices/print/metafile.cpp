@@ -76,7 +76,7 @@ void read_options(const std::vector<std::string> &spec) {
     gset_inverse(1); // its paper is white, as that of a page in colour
 }
 
-int open(std::string_view device_spec, PrintPage &page) {
+int open(std::string_view device_spec, DrawingArea &page) {
     constexpr int kWidth = 1000, kHeight = 800;
     constexpr float kUnitsPerNumber = 100;
     const std::vector<std::string> spec = split_device_spec(device_spec);

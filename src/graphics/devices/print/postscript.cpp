@@ -225,7 +225,7 @@ void put_joint() {
     }
 }
 
-void put_prologue(const PrintPage &area) {
+void put_prologue(const DrawingArea &area) {
     const PostScriptOptions &options = state.options;
     if (state.bare || state.joined) {
         put_joint();
@@ -307,7 +307,7 @@ void read_options(const std::vector<std::string> &spec) {
 
 // Opening and closing
 
-int gps_open(std::string_view device_spec, PrintPage &page) {
+int gps_open(std::string_view device_spec, DrawingArea &page) {
     constexpr float points_per_hundredth_inch = 0.72F;
     const std::vector<std::string> spec = split_device_spec(device_spec);
     const PrintOutput output =

@@ -12,7 +12,7 @@
 
 /// Opens the output named by the first field of `device_spec` (or the environment) and writes the prologue.
 /// -1 after a message when it cannot be opened.
-[[nodiscard]] int gps_open(std::string_view device_spec, PrintPage &page);
+[[nodiscard]] int gps_open(std::string_view device_spec, DrawingArea &page);
 /// Writes the trailer and closes. -1 after a message when a write failed: the page is not complete.
 [[nodiscard]] int gps_close();
 /// Closes without the trailer: the page will not be whole. A file of that name stays as it was; a command

@@ -73,14 +73,14 @@ void apply_postscript_options(PostScriptOptions &options, std::string_view words
         if (!apply_postscript_option(options, trimmed(word), inverse)) tell_option(trimmed(word));
 }
 
-PrintPage postscript_area(const PageInches &page) {
+DrawingArea postscript_area(const PageInches &page) {
     return {static_cast<int>((page.width - kPageMargin) * kPointsPerInch),
             static_cast<int>((page.height - kPageMargin) * kPointsPerInch), 0, 0};
 }
 
 // The box holds the page's drawing area and, where the geometry reaches beyond it, the picture.
-EpsLayout eps_layout(const PostScriptOptions &options, const PrintPage &area) {
-    const PrintPage page = postscript_area(options.page);
+EpsLayout eps_layout(const PostScriptOptions &options, const DrawingArea &area) {
+    const DrawingArea page = postscript_area(options.page);
     const float scale = options.scale;
     const auto left = static_cast<float>(std::min(0, area.x)),
                bottom = static_cast<float>(std::min(0, area.y));

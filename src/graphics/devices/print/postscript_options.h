@@ -27,7 +27,7 @@ inline constexpr int kLargestBaseWidth = 1000;
 void apply_postscript_options(PostScriptOptions &options, std::string_view words, bool &inverse);
 
 /// The drawing area of a page: the page without its margins, points.
-PrintPage postscript_area(const PageInches &page);
+DrawingArea postscript_area(const PageInches &page);
 
 /// Where an encapsulated picture lies.
 struct EpsLayout {
@@ -35,4 +35,4 @@ struct EpsLayout {
     int width = 0, height = 0;      ///< bounding box from (0, 0), points
 };
 /// Layout of an encapsulated picture that draws in `area` of `options.page`.
-EpsLayout eps_layout(const PostScriptOptions &options, const PrintPage &area);
+EpsLayout eps_layout(const PostScriptOptions &options, const DrawingArea &area);

@@ -23,7 +23,7 @@ struct PrintInk {
     float marker_unit; ///< device units of a unit of the window: markers look alike
     /// Opens the output that a device specification names and begins it; sets the drawing area. -1 after a
     /// message.
-    int (*open)(std::string_view device_spec, PrintPage &page);
+    int (*open)(std::string_view device_spec, DrawingArea &page);
     /// Ends the output and closes it. -1 after a message when it is not complete.
     int (*close)();
     /// Closes without the end: the output will not be whole.

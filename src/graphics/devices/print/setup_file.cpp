@@ -7,7 +7,6 @@
 #include <limits>
 #include <utility>
 
-#include "graphics/devices/common/panel.h"
 #include "graphics/devices/print/paper.h"
 #include "lib/files/output_name.h"
 #include "lib/report/message.h"
@@ -18,51 +17,12 @@
 
 namespace {
 
-/// Far beyond any plotter, and safe in every integer sum.
-constexpr float kLargestUnits = 1e6F;
-
-int to_units(float value) {
-    return static_cast<int>(std::clamp(value, -kLargestUnits, kLargestUnits));
-}
-
 const char *first_set(std::initializer_list<const char *> variables) {
     for (const char *variable : variables) {
         const char *value = std::getenv(variable);
         if (value && *value) return value;
     }
     return nullptr;
-}
-
-bool meets(const PrintPage &area, const PrintPage &page) {
-    return area.x < page.x + page.width && area.x + area.width > page.x && area.y < page.y + page.height &&
-           area.y + area.height > page.y;
-}
-
-bool refuse(std::string_view geometry) {
-    MESS_print(kError, "geometry: Nothing of the page lies in: %s\n", std::string(geometry).c_str());
-    return false;
-}
-
-bool ignore(std::string_view geometry) {
-    MESS_print(kWarn, "geometry: Not understood: %s\n", std::string(geometry).c_str());
-    return true;
-}
-
-bool place_in_panel(std::string_view geometry, PrintPage &page) {
-    PanelFractions panel;
-    Scanner scan(geometry.substr(1));
-    if (const auto width = scan.real()) panel.width = *width;
-    scan.literal('x');
-    if (const auto height = scan.real()) panel.height = *height;
-    if (const auto x = scan.real()) panel.x = *x;
-    if (const auto y = scan.real()) panel.y = *y;
-    panel = panel_fractions(panel.width, panel.height, panel.x, panel.y);
-    const auto width = static_cast<float>(page.width), height = static_cast<float>(page.height);
-    const PrintPage placed{to_units(width * panel.width), to_units(height * panel.height),
-                           page.x + to_units(width * panel.x), page.y + to_units(height * panel.y)};
-    if (!panel.meets_page() || placed.width <= 0 || placed.height <= 0) return refuse(geometry);
-    page = placed;
-    return true;
 }
 
 } // namespace
@@ -121,35 +81,6 @@ std::optional<PageInches> parse_page_size(std::string_view word) {
     const auto [low, high] = std::minmax(*width, *height);
     if (low < kSmallestPage || high > kLargestPage) return std::nullopt;
     return PageInches{*width, *height};
-}
-
-bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page) {
-    if (geometry.empty()) return true;
-    if (begins_with(geometry, "P")) return place_in_panel(geometry, page);
-    const PrintPage whole = page;
-    const auto scaled = [&units](int value) { return to_units(static_cast<float>(value) * units.scale); };
-    const auto place = [&](Scanner &scan) {
-        const auto x = scan.integer();
-        const auto y = scan.integer();
-        if (scan.failed()) return false;
-        page.x = scaled(*x) + units.offset_x;
-        page.y = scaled(*y) + units.offset_y;
-        return true;
-    };
-    Scanner scan(geometry);
-    const auto width = scan.integer();
-    scan.literal('x');
-    const auto height = scan.integer();
-    if (scan.failed()) {
-        Scanner position_only(geometry);
-        if (!place(position_only)) return ignore(geometry);
-    } else {
-        page.width = scaled(*width);
-        page.height = scaled(*height);
-        if (page.width <= 0 || page.height <= 0) return refuse(geometry);
-        if (!trimmed(scan.rest()).empty() && !place(scan)) return ignore(geometry);
-    }
-    return meets(page, whole) || refuse(geometry);
 }
 
 std::string print_geometry(std::initializer_list<const char *> variables) {

@@ -1,5 +1,5 @@
 #pragma once
-/// What the print and metafile devices share when they open: output names, option words, placing by geometry.
+/// What the print and metafile devices share when they open: output names, option words, the page.
 
 #include <cstddef>
 #include <optional>
@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "graphics/devices/common/drawing_area.h"
 #include "lib/files/output_file.h"
 
 /// How an output name asks to be opened.
@@ -45,22 +46,6 @@ inline constexpr float kPageMargin = 0.5F;
 inline constexpr float kSmallestPage = 1.0F;
 inline constexpr float kLargestPage = 1000.0F;
 
-/// Drawing area of a file device, device units.
-struct PrintPage {
-    int width = 0, height = 0;
-    int x = 0, y = 0; ///< its offset, y upwards
-};
-
-/// Units of the numbers of a plain geometry "WxH+X+Y" and where its position counts from.
-struct GeometryUnits {
-    float scale = 1;                ///< device units per number
-    int offset_x = 0, offset_y = 0; ///< added to a position given
-};
-
-/// Places the drawing area: "P" and panel values "WxH+X+Y" (fractions, or a grid counted from the top left
-/// when W is above 1), "WxH+X+Y", only the size "WxH", or only the position "+X+Y". What cannot be read is
-/// told and changes nothing. False after a message when nothing of the page lies in the area.
-[[nodiscard]] bool place_by_geometry(std::string_view geometry, const GeometryUnits &units, PrintPage &page);
 /// The "geometry" resource, else the first of the environment variables that is set; empty when none is.
 std::string print_geometry(std::initializer_list<const char *> variables);
 
