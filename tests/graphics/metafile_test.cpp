@@ -253,11 +253,13 @@ TEST_F(Metafile, AFullCgmHasAreasTextsAndColours) {
     std::vector<std::string> colors;
     for (const Element &e : elements) {
         if (e.element_class == 5 && (e.id == 4 || e.id == 23)) colors.push_back(e.data);
-        if (e.element_class == 4) order += e.id == 7 ? 'A' : 'L';
+        const char last = order.empty() ? ' ' : order.back();
+        if (e.element_class == 4 && e.id == 7) order += 'A';
+        if (e.element_class == 4 && e.id == 1 && last != 'L') order += 'L'; // a text has any number
         if (e.element_class == 0 && e.id == 3) order += '|';
     }
-    // Two lines, two areas, a marker, a text without a font, a cleared region, a line; the second picture.
-    EXPECT_EQ(order, "|LLAALAL|L");
+    // Lines, two areas, a marker and a text, a cleared region, a line; the second picture.
+    EXPECT_EQ(order, "|LAALAL|L");
     // 7 is the same for lines and areas; the background is white; then the white line, known anew.
     EXPECT_EQ(colors, (std::vector<std::string>{"\x40\x80\xFF", "\x40\x80\xFF", "\xFF\xFF\xFF",
                                                 "\xFF\xFF\xFF", "\xFF\xFF\xFF"}));
