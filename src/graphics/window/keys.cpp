@@ -4,7 +4,6 @@
 
 #include "graphics/devices/raster/display.h"
 #include "graphics/kernel/kernel.h"
-#include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/surface.h"
@@ -55,7 +54,6 @@ void write_metafile() {
     const int cursor = gset_cursor(kBusyCursor);
     (void)gobj_print_meta(); // told, and the window stays
     gset_cursor(cursor);
-    gpump_events();
     gbell(kBellPercent);
 }
 
