@@ -100,7 +100,8 @@ void check_device() {
         WORD_not("device", fields.front(), "one of d, p, q, h, m and w; it counts as d");
     constexpr std::string_view kWithOptions = "pPqQhHmM";
     if (kWithOptions.find(fields.front().front()) != kWithOptions.npos) return;
-    for (std::size_t i = 2; i < fields.size(); ++i)
+    const bool foreign = stricmp(fields.front().substr(0, 1), "w") == 0; // whose parameters are no options
+    for (std::size_t i = foreign ? 3 : 2; i < fields.size(); ++i)
         WORD_not("device", fields[i], "an option of a window, which has none");
 }
 

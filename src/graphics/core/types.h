@@ -10,7 +10,8 @@ enum class DeviceKind : int {
     win = 1,  ///< the program's own X11 window
     meta = 3, ///< a metafile
     ps = 4,   ///< PostScript
-    hpgl = 5  ///< plotter language
+    hpgl = 5, ///< plotter language
+    pix = 6   ///< a window or pixmap of another program
 };
 
 /// A position; world, normalised device (NDC) or device units as said where it is used.

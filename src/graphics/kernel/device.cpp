@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "graphics/core/state.h"
+#include "graphics/kernel/foreign_device.h"
 #include "graphics/kernel/print_device.h"
 #include "graphics/kernel/window_device.h"
 #include "lib/text/strings.h"
@@ -11,6 +12,7 @@
 namespace {
 
 const Device kNoDevice{.mode = PlotMode::none,
+                       .raster = false,
                        .window = false,
                        .marker_unit = 1,
                        .open = [](std::string_view) { return -1; },
@@ -33,8 +35,9 @@ struct Row {
     DeviceKind kind;
     const Device &device;
 };
-constexpr std::array kDevices{Row{DeviceKind::win, kWindowDevice}, Row{DeviceKind::ps, kPostScriptDevice},
-                              Row{DeviceKind::hpgl, kHpglDevice}, Row{DeviceKind::meta, kMetafileDevice}};
+constexpr std::array kDevices{Row{DeviceKind::win, kWindowDevice}, Row{DeviceKind::pix, kForeignDevice},
+                              Row{DeviceKind::ps, kPostScriptDevice}, Row{DeviceKind::hpgl, kHpglDevice},
+                              Row{DeviceKind::meta, kMetafileDevice}};
 
 /// PostScript is requested, but "vyxprint" sends it to a plotter.
 bool print_goes_to_plotter() {

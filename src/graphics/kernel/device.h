@@ -13,7 +13,8 @@ struct PrintInk;
 
 struct Device {
     PlotMode mode;     ///< how a plot is set up on it
-    bool window;       ///< a raster that stays: frames, fonts of its own, colour cells, events
+    bool raster;       ///< pixels that stay: fonts and colour cells of its own
+    bool window;       ///< the program's own window besides: frames, events, objects that are kept
     float marker_unit; ///< device units of a unit of the window
     /// Opens it by its specification and sets size and offset of the state. -1 after a message.
     int (*open)(std::string_view device_spec);

@@ -5,7 +5,8 @@
 /// world, NDC and device come with core/transform.h, colour inquiries with core/color_table.h, the setting
 /// that keeps what is drawn with core/object_list.h, error reports with core/error.h.
 /// Sources: attributes, attribute_sets, colors, primitives, transforms, workstation, replay, argument_checks,
-/// raster_ink, device_points, device, print_device, print_objects, window_device.
+/// raster_ink, device_points, device, print_device, print_objects, window_device,
+/// raster_device, foreign_device.
 
 #include <span>
 #include <string_view>

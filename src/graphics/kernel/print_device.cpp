@@ -113,6 +113,7 @@ void message(std::string_view text) {
 /// The device that a page's ink makes.
 template <const PrintInk &kInk> constexpr Device print_device() {
     return {.mode = PlotMode::postscript,
+            .raster = false,
             .window = false,
             .marker_unit = kInk.marker_unit,
             .open = open_print<kInk>,

@@ -6,16 +6,13 @@
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
 #include "graphics/devices/x11/display.h"
-#include "graphics/kernel/argument_checks.h"
-#include "graphics/kernel/raster_ink.h"
+#include "graphics/kernel/raster_device.h"
 #include "lib/report/message.h"
 #include "lib/resources/database.h"
 #include "lib/text/scan.h"
 #include "lib/text/strings.h"
 
 namespace {
-
-constexpr Rgb kWhite{1, 1, 1}, kBlack{};
 
 struct State {
     int width = kDefaultWidth, height = kDefaultHeight; ///< of the next window, pixels
@@ -83,64 +80,25 @@ int close_window() {
     return 0;
 }
 
-/// The colour of that name; without one, or for one that nobody knows, the display's own.
-Rgb background_named(std::string_view name) {
-    const Rgb plain = gstate().inverse ? kWhite : kBlack;
-    if (name.empty() || gis_default_background(name)) return plain;
-    Rgb color = plain;
-    (void)gnamed_color(name, color); // unknown, the plain one stays
-    return color;
-}
-
 void init_background() {
-    const char *const resource = RES_get("background");
-    std::string name = resource != nullptr ? resource : "";
-    if (name.empty()) name = gx11_default("background").value_or("");
-    if (gstore_color(kBackgroundSlot, background_named(name)) != 0) return;
-    const ColorSlot &slot = gstate().colors[kBackgroundSlot];
-    constexpr float kFull = 65535;
-    const auto level = [](float component) { return static_cast<int>(component * kFull); };
-    for (const char *const what : {"Allocated", "Queried"})
-        MESS_print(kDebug, "%s BG Color: %d (%5d %5d %5d)\n", what, slot.pixel, level(slot.rgb.red),
-                   level(slot.rgb.green), level(slot.rgb.blue));
-    graster_set_background(slot.pixel);
-    if (!gis_default_background(name)) graster_clear(graster_base());
+    if (raster_store_background()) graster_clear(graster_base());
 }
 
 int new_picture() {
     return gclear_ws(1, 1);
 }
 
-void install_window_clip() {
-    const ClipRect &clip = gstate().clip;
-    graster_set_clip({clip.x, clip.y, clip.width, clip.height});
-}
-
-int clear_region(const char * /*operation*/, const Rect &world) {
-    raster_clear_region(world);
-    return 0;
-}
-
 } // namespace
 
-const Device kWindowDevice{.mode = PlotMode::window,
-                           .window = true,
-                           .marker_unit = 1,
-                           .open = open_window,
-                           .close = close_window,
-                           .abandon = [] {},
-                           .new_page = new_picture,
-                           .install_clip = install_window_clip,
-                           .init_background = init_background,
-                           .polyline = raster_polyline,
-                           .fill_area = raster_fill_area,
-                           .stroke = raster_stroke,
-                           .clear_region = clear_region,
-                           .markers = raster_markers,
-                           .text = raster_text,
-                           .begin_text = [](const Point &, std::string_view) {},
-                           .message = [](std::string_view) {},
-                           .ink = nullptr};
+constinit const Device kWindowDevice = [] {
+    Device device = raster_device();
+    device.window = true;
+    device.open = open_window;
+    device.close = close_window;
+    device.new_page = new_picture;
+    device.init_background = init_background;
+    return device;
+}();
 
 void set_next_window_size(int width, int height) {
     state.width = width;

@@ -155,7 +155,7 @@ bool gtype_is_WIN() {
 }
 
 bool gtype_is_WIN_PIX() {
-    return gtype_is_WIN();
+    return gdevice().raster;
 }
 
 bool gtype_is_PS() {

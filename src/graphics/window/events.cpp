@@ -16,6 +16,7 @@
 #include "graphics/kernel/kernel.h"
 #include "graphics/window/frames.h"
 #include "graphics/window/keys.h"
+#include "graphics/window/partner.h"
 #include "graphics/window/rubber_band.h"
 #include "lib/report/message.h"
 #include "lib/report/process.h"
@@ -48,11 +49,11 @@ struct State {
 } state;
 
 bool is_window() {
-    return graster_display() == RasterDisplay::x11;
+    return gtype_is_WIN() && graster_display() == RasterDisplay::x11;
 }
 
 bool can_process() {
-    return state.processing && is_window() && gtype_is_WIN();
+    return state.processing && is_window();
 }
 
 bool awaits_input() {
@@ -76,7 +77,7 @@ void follow_size() {
 
 void on_expose() {
     if (std::exchange(state.exposed, true)) return;
-    graster_show();
+    if (!gshow_partner_frame()) graster_show();
     band_show();
 }
 
@@ -93,28 +94,14 @@ void quit() {
     state.input_mode = kInputQuit;
 }
 
-/// A cooperating program draws into the last frame's pixmap: what it has drawn is moved to a frame before.
-void add_frame() {
-    gset_win_title_extra("+");
-    if (gget_num_images() == 0) {
-        (void)gcreate_frame(0); // without it nothing is selected below
-        gset_looping(1);
-        gselect_frame(0);
-    } else {
-        const int last = gget_num_images() - 1;
-        const int added = gcreate_frame(-1);
-        if (added == last + 1) {
-            (void)gcopy_frame(added, last); // both have just been there
-            gswitch_frame(added, last);
-            gclear_frame(added);
-        }
-    }
-    gset_win_title_extra("");
-}
-
-void on_message(int message) {
-    if (message == kFinish) quit();
-    if (message == kAddFrame) add_frame();
+/// The frames of a picture that is being drawn are not moved about under it: the partner waits.
+void on_message(const RasterEvent &event) {
+    if (event.message == kFinish) return quit();
+    if (event.message != kAddFrame) return;
+    if (state.busy != Busy::no)
+        state.kept.push_back(event);
+    else
+        gadd_partner_frame();
 }
 
 /// A key that comes while the program is busy. Before the window is held only the end is heard.
@@ -189,7 +176,7 @@ bool process_event(const RasterEvent &event) {
     case RasterEventKind::map: state.mapped = true; break;
     case RasterEventKind::unmap: state.mapped = false; break;
     case RasterEventKind::configure: on_configure(event); break;
-    case RasterEventKind::message: on_message(event.message); break;
+    case RasterEventKind::message: on_message(event); break;
     case RasterEventKind::close: quit(); break;
     case RasterEventKind::key_press: return on_key(event);
     case RasterEventKind::button_press: on_press(event); break;

@@ -1,6 +1,7 @@
 #include "graphics/window/frame_table.h"
 
 #include "graphics/devices/raster/display.h"
+#include "graphics/kernel/kernel.h"
 
 namespace {
 
@@ -15,7 +16,7 @@ FrameTable &gframe_table() {
 }
 
 bool gframes_possible() {
-    return graster_display() != RasterDisplay::none && graster_drawable() != kNoPixmap;
+    return gtype_is_WIN() && graster_drawable() != kNoPixmap;
 }
 
 bool is_frame_slot(int frame) {

@@ -12,6 +12,7 @@
 #include "graphics/kernel/window_hooks.h"
 #include "graphics/window/events.h"
 #include "graphics/window/frame_table.h"
+#include "graphics/window/partner.h"
 #include "lib/report/message.h"
 #include "lib/report/process.h"
 
@@ -80,6 +81,7 @@ void wait_for_event() {
 void hold_round(Refresh &refresh) {
     const FrameTable &t = gframe_table();
     MESS_flush();
+    gupdate_shared();
     if (animated(t)) {
         show_next_frame();
     } else {
@@ -99,6 +101,12 @@ void show_busy() {
     gpump_events();
     gfollow_size();
     gset_cursor(kBusy);
+    gupdate_shared();
+}
+
+void end_window() {
+    gend_sharing();
+    gdelete_all_frames();
 }
 
 /// What a new plot forgets.
@@ -110,7 +118,7 @@ void init_window() {
 } // namespace
 
 void gsetup_window() {
-    gset_window_hooks({ghold, init_window, show_busy, gdelete_all_frames});
+    gset_window_hooks({ghold, init_window, show_busy, end_window});
     gset_event_pump(gpump_events);
 }
 

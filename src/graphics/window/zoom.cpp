@@ -7,6 +7,7 @@
 #include "graphics/core/error.h"
 #include "graphics/core/state.h"
 #include "graphics/devices/raster/display.h"
+#include "graphics/kernel/kernel.h"
 #include "graphics/window/frame_table.h"
 #include "graphics/window/replicate.h"
 #include "graphics/window/surface.h"
@@ -66,7 +67,7 @@ void forget_zoom() {
 }
 
 bool can_zoom() {
-    return graster_display() != RasterDisplay::none;
+    return gtype_is_WIN();
 }
 
 void restore_base() {

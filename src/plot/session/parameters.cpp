@@ -11,10 +11,12 @@
 #include "graphics/devices/print/postscript.h"
 #include "graphics/images/formats.h"
 #include "graphics/images/image.h"
+#include "graphics/kernel/foreign_device.h"
 #include "graphics/kernel/helpers.h"
 #include "graphics/kernel/kernel.h"
 #include "graphics/text/font.h"
 #include "graphics/window/loop.h"
+#include "graphics/window/partner.h"
 #include "lib/files/naming.h"
 #include "lib/report/message.h"
 #include "lib/report/process.h"
@@ -35,8 +37,9 @@
 namespace {
 
 struct State {
-    bool redraw = true; ///< what is drawn is kept for a replay
-    int shadow = 0;     ///< copies of the texts' drop shadow
+    bool redraw = true;          ///< what is drawn is kept for a replay
+    int shadow = 0;              ///< copies of the texts' drop shadow
+    bool foreign_window = false; ///< something is asked of another program's window
 } state;
 
 constexpr int kDefaultShadow = 4;
@@ -162,6 +165,11 @@ template <auto Set, int Number> void with(State &, ParamValue) {
     Set(Number);
 }
 
+template <PixMode Mode> void set_pix_mode(State &s, ParamValue) {
+    gset_pix_mode(Mode);
+    s.foreign_window = true;
+}
+
 template <DumpType Kind> void dump(State &, ParamValue value) {
     PLT_set_dump(Kind, value.value_or(""));
 }
@@ -175,30 +183,48 @@ constexpr Row kMinSize{{"min_size", PARAM_integer, "a number of bytes"}, set_min
 
 /// The first row that fits wins.
 constexpr std::array kParams{
-    Row{{"full"}, show_full_view}, Row{{"fullab"}, show_full_labels}, Row{{"nopage"}, with<MESS_set_page, 0>},
-    Row{{"page"}, with<MESS_set_page, 1>}, Row{{"noredraw"}, [](State &s, ParamValue) { s.redraw = false; }},
-    Row{{"id"}, with<CTY_set_id_type, 0>}, Row{{"wmo"}, with<CTY_set_id_type, 1>},
-    Row{{"cod_wmo"}, with<CTY_set_id_type, 2>}, Row{{"tz", PARAM_text}, with_text<DATE_set_TZ>},
+    Row{{"full"}, show_full_view},
+    Row{{"fullab"}, show_full_labels},
+    Row{{"nopage"}, with<MESS_set_page, 0>},
+    Row{{"page"}, with<MESS_set_page, 1>},
+    Row{{"noredraw"}, [](State &s, ParamValue) { s.redraw = false; }},
+    Row{{"id"}, with<CTY_set_id_type, 0>},
+    Row{{"wmo"}, with<CTY_set_id_type, 1>},
+    Row{{"cod_wmo"}, with<CTY_set_id_type, 2>},
+    Row{{"tz", PARAM_text}, with_text<DATE_set_TZ>},
     Row{{"over", PARAM_one_or_two, "one or two numbers"}, with_text<set_overlays>},
     Row{{"lalo", PARAM_up_to_four, "up to four numbers"}, with_text<set_lat_lon_lines>},
     Row{{"plt_skip", PARAM_one_or_two, "one or two numbers"}, with_text<set_plot_skip>},
     Row{{"plt_off", PARAM_one_or_two, "one or two numbers"}, with_text<set_plot_offset>},
     Row{{"loc_pr", PARAM_integer, "a whole number"}, set_local_priority},
     Row{{"vp_size", is_panel, "COLUMNSxROWS+COLUMN+ROW"}, with_text<set_panel>},
-    Row{{"font", PARAM_text}, set_font}, Row{{"gif_inter"}, with<GIF_interlace, 1>},
-    Row{{"gif_norm"}, with<GIF_interlace, 0>}, Row{{"gif_trans"}, with<GIF_transparent, 1>},
-    Row{{"inv"}, with<gset_inverse, 1>}, Row{{"nolooptitle"}, with<gset_loop_title, 0>},
-    // The next three concern the window of another program.
-    Row{{"clear"}, [](State &, ParamValue) {}}, Row{{"new"}, [](State &, ParamValue) {}},
-    Row{{"kill"}, [](State &, ParamValue) {}}, Row{{"lcmap"}, with<gset_local_colormap, 1>},
-    Row{{"nolcmap"}, with<gset_local_colormap, 0>}, Row{{"rwclr"}, with<gset_rw_colors, 1>},
-    Row{{"norwclr"}, with<gset_rw_colors, 0>}, Row{{"pscolor"}, set_ps_color},
+    Row{{"font", PARAM_text}, set_font},
+    Row{{"gif_inter"}, with<GIF_interlace, 1>},
+    Row{{"gif_norm"}, with<GIF_interlace, 0>},
+    Row{{"gif_trans"}, with<GIF_transparent, 1>},
+    Row{{"inv"}, with<gset_inverse, 1>},
+    Row{{"nolooptitle"}, with<gset_loop_title, 0>},
+    Row{{"clear"}, set_pix_mode<PixMode::clear>},
+    Row{{"new"}, set_pix_mode<PixMode::new_frame>},
+    Row{{"kill"}, set_pix_mode<PixMode::finish>},
+    Row{{"share", PARAM_integer, "a whole number"},
+        [](State &, ParamValue value) { gshare_window(value.value_or("")); }},
+    Row{{"lcmap"}, with<gset_local_colormap, 1>},
+    Row{{"nolcmap"}, with<gset_local_colormap, 0>},
+    Row{{"rwclr"}, with<gset_rw_colors, 1>},
+    Row{{"norwclr"}, with<gset_rw_colors, 0>},
+    Row{{"pscolor"}, set_ps_color},
     Row{{"psrev"}, [](State &, ParamValue) { gps_set_reverse(true); }},
-    Row{{"bar", PARAM_two, "MIN:MAX"}, with_text<set_bar>}, Row{{"nobar"}, with<CONT_set_bar, kBarOff>},
-    Row{{"shadow", PARAM_integer, "a whole number"}, set_shadow}, kMinSize,
-    Row{{"anim", PARAM_text}, with_text<PLT_set_animation>}, Row{{"rock"}, set_rock},
-    Row{{"gif", PARAM_text}, dump<kDumpGif>}, Row{{"png", PARAM_text}, dump<kDumpPng>},
-    Row{{"img", PARAM_text}, dump<kDumpImg>}, Row{{"xwd", PARAM_text}, dump<kDumpXwd>}};
+    Row{{"bar", PARAM_two, "MIN:MAX"}, with_text<set_bar>},
+    Row{{"nobar"}, with<CONT_set_bar, kBarOff>},
+    Row{{"shadow", PARAM_integer, "a whole number"}, set_shadow},
+    kMinSize,
+    Row{{"anim", PARAM_text}, with_text<PLT_set_animation>},
+    Row{{"rock"}, set_rock},
+    Row{{"gif", PARAM_text}, dump<kDumpGif>},
+    Row{{"png", PARAM_text}, dump<kDumpPng>},
+    Row{{"img", PARAM_text}, dump<kDumpImg>},
+    Row{{"xwd", PARAM_text}, dump<kDumpXwd>}};
 
 /// What "out_file" takes.
 constexpr std::array kOutputs{Row{{"gif", PARAM_text}, dump<kDumpGif>},
@@ -227,5 +253,8 @@ void PLT_param_apply() {
         gset_redraw(0);
         gclear_objs();
     }
+    if (state.foreign_window && gget_win_type() != DeviceKind::pix)
+        MESS_print(kWarn,
+                   "plot_param: \"clear\", \"new\" and \"kill\" mean windows of other programs (-de w)\n");
     if (state.shadow > 0) gset_font_drop(state.shadow);
 }

@@ -96,7 +96,7 @@ void PLT_end_without_memory() {
 
 bool PLT_keeps_frames() {
     const bool nobody_looks = gtype_is_memory() && FLAG_batch() == 1;
-    return gtype_is_WIN_PIX() && !PLT_wants_image() && !nobody_looks;
+    return gtype_is_WIN() && !PLT_wants_image() && !nobody_looks;
 }
 
 void PLT_exit(int status) {

@@ -3,6 +3,7 @@
 /// upper edge.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,14 @@ enum class RasterContext : int { line, marker, text, fill };
 inline constexpr int kRasterContexts = 4;
 inline constexpr int kSolidFill = -1; ///< instead of a pattern 0 to 19
 
+/// A picture of another program to draw into, by numbers of the server.
+struct ForeignPicture {
+    unsigned long window = 0;   ///< whose owner hears messages; 0: the drawable, if that is a window
+    unsigned long drawable = 0; ///< what is drawn into
+    int width = 640, height = 512;
+    unsigned long colormap = 0; ///< 0: that of the window
+};
+
 /// How a window is asked for.
 struct RasterWish {
     std::string display;  ///< name of the X display; empty: the default
@@ -43,11 +52,13 @@ struct RasterWish {
     bool iconic = false;
     bool inverse = false; ///< dark on light
     bool private_colormap = false;
+    std::optional<ForeignPicture> foreign; ///< instead of a window of the program's own
 };
 /// What came of it: the drawing area in pixels.
 struct RasterWindow {
     int width = 0, height = 0;
     PixmapId base = kNoPixmap; ///< the backing pixmap, which holds the finished picture
+    std::string title;         ///< of another program's window
 };
 
 /// A colour as the display has it.

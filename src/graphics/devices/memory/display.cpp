@@ -146,7 +146,7 @@ bool gmem_open(const RasterWish &wish, RasterWindow &window) {
     gmem_set_base(base);
     gmem_set_drawable(base);
     gmem_clear(base);
-    window = {width, height, base};
+    window = {width, height, base, {}};
     return true;
 }
 

@@ -186,7 +186,7 @@ void gx11_set_background(long pixel) {
     if (s == nullptr || pixel < 0) return;
     s->background = static_cast<unsigned long>(pixel);
     s->ink = visible_ink(*s);
-    XSetWindowBackground(s->display(), s->window.get(), s->background);
+    if (!s->foreign) XSetWindowBackground(s->display(), s->window.get(), s->background);
     XSetForeground(s->display(), s->root_context.get(), s->background);
     for (const XDrawing &context : s->contexts) XSetBackground(s->display(), context.get(), s->background);
 }

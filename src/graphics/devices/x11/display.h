@@ -4,7 +4,7 @@
 ///
 /// Losing the connection or the window, and the 25th protocol error, end the program with kExitGraphics after
 /// a message.
-/// Sources: window, colors, drawing, errors, events, pixels, names, state, icon.
+/// Sources: session, window, foreign, colors, drawing, errors, events, pixels, names, state, icon.
 
 #include <optional>
 #include <span>
@@ -44,6 +44,24 @@ void gx11_set_background(long pixel);
 [[nodiscard]] bool gx11_read(PixmapId pixmap, RasterImage &image);
 void gx11_write(PixmapId pixmap, const RasterImage &image, std::span<const std::uint8_t> mask, int x, int y);
 void gx11_sync();
+
+// What only a window of another program has -----------------------------------------
+
+/// Fills a part of the drawable with the background.
+void gx11_clear_area(const PixelRect &area);
+/// Shows a part of the drawable in its window, and asks the owner to show it.
+void gx11_show_area(const PixelRect &area);
+/// Tells the owner by the first data byte of a message. False when there is no window that hears it.
+[[nodiscard]] bool gx11_tell_owner(int message);
+/// The same, and waits until the owner has taken the mark "+" from the title, but no longer than so many
+/// seconds.
+[[nodiscard]] bool gx11_ask_owner(int message, float seconds);
+
+/// Numbers of the program's own window and of its colour map, for a program that draws into it; and how many
+/// frames have been added for such programs, or that the last one could not be.
+unsigned long gx11_window_id();
+unsigned long gx11_colormap_id();
+void gx11_tell_frames(unsigned count, bool added);
 
 // What only a window has ----------------------------------------------------------
 

@@ -85,7 +85,7 @@ PixmapId gx11_create_pixmap(int width, int height) {
     constexpr int kMaxSide = std::numeric_limits<short>::max();
     if (s == nullptr || width <= 0 || height <= 0 || width > kMaxSide || height > kMaxSide) return kNoPixmap;
     x11_begin_trial(s->display());
-    const Pixmap id = XCreatePixmap(s->display(), s->window.get(), positive(width), positive(height),
+    const Pixmap id = XCreatePixmap(s->display(), s->like(), positive(width), positive(height),
                                     static_cast<unsigned>(s->depth));
     if (!x11_end_trial(s->display())) return kNoPixmap;
     s->pixmaps.emplace(id, PixmapRecord{XPixmap(s->display(), id), width, height});
@@ -137,7 +137,7 @@ PixmapId gx11_base() {
 void gx11_show() {
     const X11Session *const s = x11_settled();
     const PixmapRecord *const record = s == nullptr ? nullptr : x11_pixmap(*s, s->base);
-    if (record == nullptr) return;
+    if (record == nullptr || s->foreign) return; // another's window is shown where the picture ends
     XCopyArea(s->display(), s->base, s->window.get(), s->root_context.get(), 0, 0, positive(record->width),
               positive(record->height), 0, 0);
     XFlush(s->display());
@@ -227,7 +227,7 @@ void gx11_rectangle(RasterContext context, const PixelRect &rect) {
 
 void gx11_outline(int kind, PixelPoint a, PixelPoint b, bool invert) {
     const X11Session *const s = x11_settled();
-    if (s == nullptr) return;
+    if (s == nullptr || !s->window) return;
     const GC line = s->context(RasterContext::line);
     XGCValues before{}, now{};
     XGetGCValues(s->display(), line, GCForeground, &before); // the library knows

@@ -29,11 +29,13 @@ std::string request_name(Display *display, int opcode) {
     return name.data();
 }
 
-/// The window has gone, and the event that says so is not read yet.
+/// The window has gone, or the picture of another program, and no event has been read that says so.
 bool misses_window(const XErrorEvent &event) {
     const X11Session *const s = x11_session();
-    return s != nullptr && s->window && event.resourceid == s->window.get() &&
-           (event.error_code == BadWindow || event.error_code == BadDrawable);
+    if (s == nullptr) return false;
+    const bool window = s->window && event.resourceid == s->window.get();
+    const bool picture = s->foreign && event.resourceid == s->base;
+    return (window || picture) && (event.error_code == BadWindow || event.error_code == BadDrawable);
 }
 
 int on_error(Display *display, XErrorEvent *event) {

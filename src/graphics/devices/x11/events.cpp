@@ -130,6 +130,9 @@ RasterEvent gx11_next_event() {
     case DestroyNotify:
         if (event.xdestroywindow.window == s->window.get()) x11_window_gone();
         return {};
+    case EnterNotify:
+        gx11_set_cursor(s->cursor); // a cooperating program may have shown its own
+        return {};
     case ClientMessage: return message_event(*s, event.xclient);
     case KeyPress: return key_event(event.xkey);
     case ButtonPress: return button_event(event.xbutton, RasterEventKind::button_press);
@@ -142,7 +145,7 @@ RasterEvent gx11_next_event() {
 
 PixelPoint gx11_pointer() {
     const X11Session *const s = x11_session();
-    if (s == nullptr) return {};
+    if (s == nullptr || !s->window) return {};
     Window root = 0, child = 0;
     int root_x = 0, root_y = 0, x = 0, y = 0;
     unsigned buttons = 0;

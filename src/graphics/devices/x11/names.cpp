@@ -120,23 +120,34 @@ void gx11_set_owner() {
     if (const X11Session *const s = x11_session()) x11_set_owner(*s);
 }
 
+// The bit kNoFrameAdded says that the last frame could not be added.
+void gx11_tell_frames(unsigned count, bool added) {
+    const X11Session *const s = x11_session();
+    if (s == nullptr || !s->window) return;
+    const long told = static_cast<long>(count) | (added ? 0 : kNoFrameAdded);
+    put_property(*s, s->atom(XAtom::frames), XA_CARDINAL, 32, &told, 1);
+    XFlush(s->display());
+}
+
 void gx11_set_title(std::string_view title) {
     X11Session *const s = x11_session();
-    if (s == nullptr) return;
+    if (s == nullptr || !s->window) return;
     s->title = x11_title(title);
     name_window(*s, shown(s->title));
 }
 
 void gx11_set_title_extra(std::string_view extra) {
     const X11Session *const s = x11_session();
-    if (s == nullptr) return;
+    if (s == nullptr || !s->window) return;
     name_window(*s, shown(s->title) + (extra.empty() ? "" : " " + to_utf8(extra)));
 }
 
 std::string gx11_title_extra() {
     const X11Session *const s = x11_session();
     char *name = nullptr;
-    if (s == nullptr || XFetchName(s->display(), s->window.get(), &name) == 0 || name == nullptr) return {};
+    if (s == nullptr || !s->window || XFetchName(s->display(), s->window.get(), &name) == 0 ||
+        name == nullptr)
+        return {};
     const std::string present(name);
     XFree(name);
     const std::size_t behind = to_latin(s->title).size() + 1;

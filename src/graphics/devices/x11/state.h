@@ -60,6 +60,9 @@ struct XImageFree {
 };
 using XImageHandle = std::unique_ptr<XImage, XImageFree>;
 
+/// In the property of added frames: the last one asked for could not be.
+inline constexpr long kNoFrameAdded = 0x40000000;
+
 /// Deepest pixels that go through a colour map.
 inline constexpr int kMaxMappedDepth = 12;
 inline constexpr std::size_t kPatterns = 20;
@@ -74,6 +77,7 @@ enum class XAtom : std::size_t {
     net_icon_name,
     net_pid,
     utf8_string,
+    frames, ///< how many were added for cooperating programs
     count
 };
 
@@ -88,9 +92,11 @@ struct X11Session {
     int screen = 0;
     int depth = 0;
     Visual *visual = nullptr;
-    XColors own_colors; ///< private colormap, when asked for
-    XWindow window;
+    XColors own_colors;        ///< private colormap, when asked for
+    XWindow window;            ///< not owned, or none, where the picture is another program's
+    bool foreign = false;      ///< it is
     int width = 0, height = 0; ///< of the window
+    int cursor = -1;           ///< type shown, -1 before any
     unsigned long foreground = 0, background = 0;
     unsigned long ink = 0;                 ///< black or white, which of them is seen on the background
     std::set<unsigned long> own_cells;     ///< read-write cells of this program
@@ -118,11 +124,23 @@ struct X11Session {
     [[nodiscard]] Colormap colors() const {
         return own_colors ? own_colors.get() : XDefaultColormap(display(), screen);
     }
+    /// What pixmaps and contexts of this session are made like.
+    [[nodiscard]] Drawable like() const { return window ? window.get() : base; }
     [[nodiscard]] Atom atom(XAtom which) const { return atoms[static_cast<std::size_t>(which)]; }
     [[nodiscard]] GC context(RasterContext which) const {
         return contexts[static_cast<std::size_t>(which)].get();
     }
 };
+
+/// Connects. Null after a message, or while another session is open.
+X11Session *x11_begin_session(const RasterWish &wish);
+void x11_end_session();
+/// The context of copies and clears; then the others, patterns, cursors and fonts.
+void x11_create_root_context(X11Session &session);
+void x11_create_drawing(X11Session &session);
+/// Takes a picture of another program to draw into, and leaves it.
+[[nodiscard]] bool x11_open_foreign(const RasterWish &wish, RasterWindow &window);
+void x11_leave_foreign(const X11Session &session);
 
 /// Null while no connection is open.
 X11Session *x11_session();

@@ -18,17 +18,9 @@ constexpr unsigned kBorderWidth = 5;
 constexpr long kEventMask = KeyPressMask | KeyReleaseMask | ButtonPressMask | ButtonReleaseMask |
                             EnterWindowMask | LeaveWindowMask | ButtonMotionMask | ExposureMask |
                             StructureNotifyMask | FocusChangeMask;
-/// Shapes of the X cursor font by cursor type.
-constexpr std::array<unsigned, kCursors> kCursorShapes{0, 68, 52, 38, 50, 86, 130, 152, 150};
-constexpr int kPatternSide = 8;
 constexpr std::string_view kClass = "Vyx";
 /// How long a window manager may take to put up the window.
 constexpr std::chrono::seconds kMapWait{5};
-
-struct State {
-    std::unique_ptr<X11Session> session;
-    X11Session *abandoned = nullptr; ///< never freed: the program is ending, and the server cannot be asked
-} state;
 
 /// Where and how large the window is wanted, and whether the user said so.
 struct Placement {
@@ -78,23 +70,6 @@ Placement place(const X11Session &s, const RasterWish &wish) {
     return p;
 }
 
-bool connect(X11Session &s, const RasterWish &wish) {
-    x11_install_handlers();
-    s.connection.reset(XOpenDisplay(wish.display.empty() ? nullptr : wish.display.c_str()));
-    if (!s.connection) {
-        gerr_printf(kOpen, "unable to connect to display\n");
-        return false;
-    }
-    s.screen = XDefaultScreen(s.display());
-    s.depth = XDefaultDepth(s.display(), s.screen);
-    s.visual = XDefaultVisual(s.display(), s.screen);
-    const unsigned long black = XBlackPixel(s.display(), s.screen),
-                        white = XWhitePixel(s.display(), s.screen);
-    s.background = wish.inverse ? white : black;
-    s.foreground = s.ink = wish.inverse ? black : white;
-    return true;
-}
-
 bool create_window(X11Session &s, const Placement &p) {
     XSetWindowAttributes attributes{};
     attributes.background_pixel = s.background;
@@ -117,15 +92,6 @@ bool create_window(X11Session &s, const Placement &p) {
     s.width = p.width;
     s.height = p.height;
     return true;
-}
-
-void intern_names(X11Session &s) {
-    // In the order of XAtom. The library takes names that it could change, and does not.
-    std::array<const char *, static_cast<std::size_t>(XAtom::count)> names{
-        "WM_PROTOCOLS",      "WM_DELETE_WINDOW", "_NET_WM_NAME",
-        "_NET_WM_ICON_NAME", "_NET_WM_PID",      "UTF8_STRING"};
-    XInternAtoms(s.display(), const_cast<char **>(names.data()), static_cast<int>(names.size()), False,
-                 s.atoms.data());
 }
 
 /// What the window manager is told.
@@ -159,6 +125,7 @@ void describe(X11Session &s, const RasterWish &wish, const Placement &p) {
     Atom close = s.atom(XAtom::delete_window);
     XSetWMProtocols(display, window, &close, 1);
     x11_set_owner(s);
+    gx11_tell_frames(0, true);
 }
 
 /// Waits for the first sign of the window on the screen and leaves it in the queue.
@@ -185,48 +152,6 @@ void set_up_colors(X11Session &s, const RasterWish &wish) {
     XSetWindowColormap(s.display(), s.window.get(), s.own_colors.get());
 }
 
-void create_patterns(X11Session &s) {
-    for (std::size_t i = 0; i < kPatterns; ++i) {
-        std::array<char, kPatternSide> rows{};
-        std::ranges::transform(kFillPatterns[i], rows.begin(),
-                               [](std::uint8_t row) { return static_cast<char>(row); });
-        const Pixmap id =
-            XCreateBitmapFromData(s.display(), s.window.get(), rows.data(), kPatternSide, kPatternSide);
-        s.patterns[i] = XPixmap(s.display(), id);
-    }
-}
-
-void create_contexts(X11Session &s) {
-    Display *const display = s.display();
-    XGCValues values{};
-    values.function = GXcopy;
-    values.foreground = s.foreground;
-    values.background = s.background;
-    values.join_style = JoinBevel;
-    // Copies between pixmaps of ours never miss a part; the events that would say so are not wanted.
-    values.graphics_exposures = False;
-    for (std::size_t i = 0; i < s.contexts.size(); ++i) {
-        values.cap_style = s.caps[i];
-        s.contexts[i] = XDrawing(display, XCreateGC(display, s.window.get(),
-                                                    GCFunction | GCForeground | GCBackground | GCCapStyle |
-                                                        GCJoinStyle | GCGraphicsExposures,
-                                                    &values));
-    }
-}
-
-void create_root_context(X11Session &s) {
-    XGCValues values{};
-    values.foreground = s.background;
-    values.graphics_exposures = False;
-    s.root_context = XDrawing(
-        s.display(), XCreateGC(s.display(), s.window.get(), GCForeground | GCGraphicsExposures, &values));
-}
-
-void create_cursors(X11Session &s) {
-    for (std::size_t i = 0; i < kCursors; ++i)
-        s.cursors[i] = XCursor(s.display(), XCreateFontCursor(s.display(), kCursorShapes[i]));
-}
-
 /// The window manager may have given another size than the one asked for.
 void adopt_size(X11Session &s) {
     (void)gx11_window_size(s.width, s.height); // unknown, the size asked for stays
@@ -236,24 +161,7 @@ void adopt_size(X11Session &s) {
     s.base = s.drawable = gx11_create_pixmap(s.width, s.height);
 }
 
-std::string font_list() {
-    return gx11_default("font_list").value_or("");
-}
-
 } // namespace
-
-X11Session *x11_session() {
-    return state.session.get();
-}
-
-void x11_abandon() {
-    state.abandoned = state.session.release(); // its destructors would talk to the server
-}
-
-const PixmapRecord *x11_pixmap(const X11Session &session, PixmapId id) {
-    const auto found = session.pixmaps.find(id);
-    return found == session.pixmaps.end() ? nullptr : &found->second;
-}
 
 namespace {
 
@@ -261,30 +169,25 @@ namespace {
 bool give_up(int width, int height) {
     gerr_printf(kOpen, "no memory for a picture of %d x %d pixels\n", width, height);
     gerr_printf(kOpen, "unable to open window\n");
-    state.session.reset();
+    x11_end_session();
     return false;
 }
 
 } // namespace
 
 bool gx11_open(const RasterWish &wish, RasterWindow &window) {
-    if (state.session) return false;
-    state.session = std::make_unique<X11Session>();
-    X11Session &s = *state.session;
-    if (!wish.program.empty()) s.program = wish.program.substr(0, kMaxProgram);
-    if (!connect(s, wish)) {
-        state.session.reset();
-        return false;
-    }
+    if (wish.foreign) return x11_open_foreign(wish, window);
+    X11Session *const session = x11_begin_session(wish);
+    if (session == nullptr) return false;
+    X11Session &s = *session;
     const Placement placement = place(s, wish);
     if (!create_window(s, placement)) {
-        state.session.reset();
+        x11_end_session();
         return false;
     }
-    intern_names(s);
     gx11_set_title(wish.title.empty() ? s.title : wish.title);
     describe(s, wish, placement);
-    create_root_context(s);
+    x11_create_root_context(s);
     s.base = s.drawable = gx11_create_pixmap(s.width, s.height);
     if (s.base == kNoPixmap) return give_up(s.width, s.height);
     XMapWindow(s.display(), s.window.get());
@@ -294,21 +197,20 @@ bool gx11_open(const RasterWish &wish, RasterWindow &window) {
     if (s.base == kNoPixmap) return give_up(s.width, s.height);
     XClearWindow(s.display(), s.window.get());
     gx11_clear(s.base);
-    create_cursors(s);
-    create_patterns(s);
-    create_contexts(s);
-    gset_window_fonts(
-        {font_list, gx11_load_font, gx11_text_width, gx11_font_ascent, gx11_font_descent, gx11_draw_string});
-    window = {s.width, s.height, s.base};
+    x11_create_drawing(s);
+    window = {s.width, s.height, s.base, {}};
     return true;
 }
 
 void gx11_close() {
-    if (!state.session) return;
-    gset_window_fonts({});
-    XUnmapWindow(state.session->display(), state.session->window.get());
-    XSync(state.session->display(), False);
-    state.session.reset();
+    X11Session *const s = x11_settled();
+    if (s == nullptr) return;
+    if (s->foreign)
+        x11_leave_foreign(*s);
+    else
+        XUnmapWindow(s->display(), s->window.get());
+    XSync(s->display(), False);
+    x11_end_session();
 }
 
 std::optional<std::string> gx11_default(std::string_view option) {
@@ -320,8 +222,9 @@ std::optional<std::string> gx11_default(std::string_view option) {
 }
 
 void gx11_set_cursor(int type) {
-    const X11Session *const s = x11_session();
-    if (s == nullptr || type < 0 || static_cast<std::size_t>(type) >= kCursors) return;
+    X11Session *const s = x11_session();
+    if (s == nullptr || !s->window || type < 0 || static_cast<std::size_t>(type) >= kCursors) return;
+    s->cursor = type;
     XDefineCursor(s->display(), s->window.get(), s->cursors[static_cast<std::size_t>(type)].get());
 }
 
@@ -341,10 +244,21 @@ void gx11_resize(int width, int height) {
 bool gx11_window_size(int &width, int &height) {
     X11Session *const s = x11_session();
     XWindowAttributes attributes;
-    if (s == nullptr || XGetWindowAttributes(s->display(), s->window.get(), &attributes) == 0) return false;
+    if (s == nullptr || !s->window || XGetWindowAttributes(s->display(), s->window.get(), &attributes) == 0)
+        return false;
     s->width = width = attributes.width;
     s->height = height = attributes.height;
     return true;
+}
+
+unsigned long gx11_window_id() {
+    const X11Session *const s = x11_session();
+    return s == nullptr ? 0 : s->window.get();
+}
+
+unsigned long gx11_colormap_id() {
+    const X11Session *const s = x11_session();
+    return s == nullptr ? 0 : s->colors();
 }
 
 RasterCounts gx11_counts() {
