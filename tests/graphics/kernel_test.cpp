@@ -353,7 +353,7 @@ TEST_F(KernelTest, StartUpFailuresEndTheProgram) {
         int ws = 0;
         GPH_begin(ws, spec, device);
     };
-    EXPECT_EXIT(begin("/nonexistent\n/directory/page.ps", DeviceKind{6}),
+    EXPECT_EXIT(begin("/nonexistent\n/directory/page.ps", DeviceKind{2}),
                 testing::ExitedWithCode(kExitGraphics),
                 "gopen_ws: device not available in this version\nGPH_begin: Error opening workstation\n");
     EXPECT_EXIT(begin("/dev/null/page.ps", DeviceKind::ps), testing::ExitedWithCode(kExitGraphics),

@@ -171,6 +171,7 @@ void init_background() {
 
 int close() {
     gx11_show_area(drawing_area());
+    gx11_leave_picture();
     if (state.mode == PixMode::finish && !gx11_tell_owner(static_cast<int>(PixMode::finish)))
         MESS_print(kWarn, "gclose_ws: A pixmap has no owner that can be told to finish\n");
     graster_close();

@@ -51,6 +51,9 @@ void gx11_sync();
 void gx11_clear_area(const PixelRect &area);
 /// Shows a part of the drawable in its window, and asks the owner to show it.
 void gx11_show_area(const PixelRect &area);
+/// The picture is done, and its window is left as it was: what comes behind is no more than a message, since
+/// the owner may go at it.
+void gx11_leave_picture();
 /// Tells the owner by the first data byte of a message. False when there is no window that hears it.
 [[nodiscard]] bool gx11_tell_owner(int message);
 /// The same, and waits until the owner has taken the mark "+" from the title, but no longer than so many

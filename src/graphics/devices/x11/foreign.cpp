@@ -160,10 +160,14 @@ bool x11_open_foreign(const RasterWish &wish, RasterWindow &window) {
     return true;
 }
 
-void x11_leave_foreign(const X11Session &s) {
-    if (s.window && s.cursor >= 0) XUndefineCursor(s.display(), s.window.get());
+void gx11_leave_picture() {
+    X11Session *const s = x11_settled();
+    if (s == nullptr || !s->foreign) return;
+    if (s->window && s->cursor >= 0) XUndefineCursor(s->display(), s->window.get());
+    s->cursor = -1;
     // Colours of a map would go with the connection, and the picture be seen in others.
-    if (s.visual->c_class != TrueColor) XSetCloseDownMode(s.display(), RetainTemporary);
+    if (s->visual->c_class != TrueColor) XSetCloseDownMode(s->display(), RetainTemporary);
+    XSync(s->display(), False);
 }
 
 void gx11_clear_area(const PixelRect &area) {
@@ -195,7 +199,7 @@ bool gx11_tell_owner(int message) {
     event.xclient.format = kByteFormat;
     event.xclient.data.b[0] = static_cast<char>(message);
     XSendEvent(s->display(), s->window.get(), False, NoEventMask, &event);
-    XSync(s->display(), False);
+    XFlush(s->display());
     return true;
 }
 

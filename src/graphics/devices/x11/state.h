@@ -138,9 +138,8 @@ void x11_end_session();
 /// The context of copies and clears; then the others, patterns, cursors and fonts.
 void x11_create_root_context(X11Session &session);
 void x11_create_drawing(X11Session &session);
-/// Takes a picture of another program to draw into, and leaves it.
+/// Takes a picture of another program to draw into.
 [[nodiscard]] bool x11_open_foreign(const RasterWish &wish, RasterWindow &window);
-void x11_leave_foreign(const X11Session &session);
 
 /// Null while no connection is open.
 X11Session *x11_session();

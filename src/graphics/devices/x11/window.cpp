@@ -205,10 +205,7 @@ bool gx11_open(const RasterWish &wish, RasterWindow &window) {
 void gx11_close() {
     X11Session *const s = x11_settled();
     if (s == nullptr) return;
-    if (s->foreign)
-        x11_leave_foreign(*s);
-    else
-        XUnmapWindow(s->display(), s->window.get());
+    if (!s->foreign) XUnmapWindow(s->display(), s->window.get());
     XSync(s->display(), False);
     x11_end_session();
 }
