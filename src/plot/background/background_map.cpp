@@ -133,6 +133,11 @@ int draw_map_item(std::string_view body) {
 /// "file", "file:colour:x:y" or "file::x:y". The image lies in the map's panel, or in the whole view.
 int draw_image_item(std::string_view text, bool whole_view) {
     PLT_mess("Map-image: %s", std::string(text).c_str());
+    if (!gtype_is_WIN_PIX()) {
+        MESS_print(kWarn, "MAP_process: Only pictures of pixels have images: %s\n",
+                   std::string(text).c_str());
+        return -1;
+    }
     const MapImageItem item = parse_image_item(text);
     std::string directory;
     (void)RES_getval("image_path", directory, ResourceKind::directory); // unset, the default stays

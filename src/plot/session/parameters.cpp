@@ -256,5 +256,7 @@ void PLT_param_apply() {
     if (state.foreign_window && gget_win_type() != DeviceKind::pix)
         MESS_print(kWarn,
                    "plot_param: \"clear\", \"new\" and \"kill\" mean windows of other programs (-de w)\n");
+    if (state.shadow > 0 && !gtype_is_WIN_PIX())
+        MESS_print(kWarn, "plot_param: Only pictures of pixels have shadows: shadow\n");
     if (state.shadow > 0) gset_font_drop(state.shadow);
 }
