@@ -208,13 +208,11 @@ TEST_F(ForeignWindow, ThatIsNoneIsTold) {
 
 TEST_F(ForeignWindow, GetsFramesFromAnotherProcess) {
     ASSERT_EQ(chdir(files_.path().c_str()), 0); // where window id files are
-    const Picture second = [this] {
-        start(1, {"-pp", "share=3"});
-        const Picture first = settled({});
-        EXPECT_EQ(draw("w,,w3", 1, {"-pp", "new"}), 0) << told();
-        EXPECT_TRUE(shows(0)) << "the only frame is shown when it is drawn";
-        return settled(first);
-    }();
+    start(1, {"-pp", "share=3"});
+    const Picture first = settled({});
+    EXPECT_EQ(draw("w,,w3", 1, {"-pp", "new"}), 0) << told();
+    EXPECT_TRUE(shows(0)) << "the only frame is shown when it is drawn";
+    const Picture second = settled(first);
     EXPECT_EQ(draw("w,,w3", 2, {"-pp", "new"}), 0) << told();
     // A series brings a frame each.
     EXPECT_EQ(draw("w,,w3", 3, {"-pp", "new", series_.at(4)}), 0) << told();
@@ -226,6 +224,10 @@ TEST_F(ForeignWindow, GetsFramesFromAnotherProcess) {
         frames.push_back(settled(frames.empty() ? Picture{} : frames.back()));
     }
     EXPECT_EQ(std::ranges::count(frames, second), 1) << "what was drawn before keeps its frame";
+    press("alt+r");
+    EXPECT_EQ(settled(frames.back()), first) << "the window's own picture again";
+    EXPECT_EQ(draw("w,,w3", 1, {"-pp", "new"}), 0) << told();
+    EXPECT_TRUE(shows(0));
     EXPECT_EQ(draw("w,,w3", 0, {"-pp", "kill"}), 0) << told();
     EXPECT_EQ(program_->wait_for_end(kDeadline), 0) << log();
     EXPECT_FALSE(std::ifstream(files_.at("vyxloop.3")).good());

@@ -138,7 +138,10 @@ void draw_open_file(const RadarSteps &steps, const std::string &name) {
 /// A frame of its own for picture `n`, of file `name`, where frames are kept, else a page, or the window's
 /// picture anew. False after a message when there can be no more.
 bool begin_picture(int n, const std::string &name) {
-    if (!state.series || !PLT_keeps_frames()) return n == 0 || gnew_page() == 0;
+    if (!state.series || !PLT_keeps_frames()) {
+        if (gget_num_images() > 0) ginit_loop(); // those of another program, as with those of a series
+        return n == 0 || gnew_page() == 0;
+    }
     if (n >= kMaxFrames) {
         MESS_print(kWarn, "RADAR_plot: only the first %d files are shown\n", kMaxFrames);
         return false;
