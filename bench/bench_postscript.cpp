@@ -17,7 +17,7 @@ class OpenPage {
 public:
     OpenPage() {
         MESS_set(0, 0);
-        PrintPage page;
+        DrawingArea page;
         open_ = gps_open(path_ + ",color", page) == 0;
         for (int index = 0; index < 16; ++index)
             store_color(index, {static_cast<float>(index) / 16, 0.5F, 0.25F});

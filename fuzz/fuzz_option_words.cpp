@@ -43,7 +43,7 @@ void read_devices(const std::string &text) {
     bool inverse = false;
     apply_postscript_options(options, text, inverse);
     if (!(options.scale >= kSmallestScale && options.scale <= kLargestScale)) std::abort();
-    PrintPage page = postscript_area(options.page);
+    DrawingArea page = postscript_area(options.page);
     (void)place_by_geometry(text, {}, page);
     eps_layout(options, page);
 }
