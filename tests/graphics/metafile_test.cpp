@@ -251,7 +251,9 @@ TEST_F(Metafile, AFullCgmHasAreasTextsAndColours) {
     const std::vector<Element> elements = elements_of(files_.read("a.cgm"));
     std::string order; // the looks and figures, one letter each
     std::vector<std::string> colors;
+    std::vector<int> types;
     for (const Element &e : elements) {
+        if (e.element_class == 5 && e.id == 2) types.push_back(e.data.at(1));
         if (e.element_class == 5 && (e.id == 4 || e.id == 23)) colors.push_back(e.data);
         const char last = order.empty() ? ' ' : order.back();
         if (e.element_class == 4 && e.id == 7) order += 'A';
@@ -260,6 +262,7 @@ TEST_F(Metafile, AFullCgmHasAreasTextsAndColours) {
     }
     // Lines, two areas, a marker and a text, a cleared region, a line; the second picture.
     EXPECT_EQ(order, "|LAALAL|L");
+    EXPECT_EQ(types, (std::vector<int>{2, 1, 2, 2})); // dashes, of strokes solid
     // 7 is the same for lines and areas; the background is white; then the white line, known anew.
     EXPECT_EQ(colors, (std::vector<std::string>{"\x40\x80\xFF", "\x40\x80\xFF", "\xFF\xFF\xFF",
                                                 "\xFF\xFF\xFF", "\xFF\xFF\xFF"}));
