@@ -193,6 +193,29 @@ std::string ink_of(const std::string &page) {
     return page.substr(begin, end - begin);
 }
 
+TEST_F(Metafile, APictureThatIsKeptBeginsWithWhatIsInForce) {
+    (void)gopen_gks("", 0);
+    ASSERT_EQ(gopen_ws(1, "memory", DeviceKind::win), 0);
+    gset_redraw(1);
+    gset_colr_rep(1, 7, {1, 0, 0});
+    gset_line_colr_ind(7);
+    gset_linetype(4);
+    gset_char_ht(0.5F);
+    gclear_ws(1, 1); // the next picture sets nothing again
+    gpolyline(std::array{Point{0, 0}, Point{1, 1}});
+    setenv("METAOUT", files_.at("kept.meta").c_str(), 1);
+    EXPECT_EQ(gobj_print_meta(), 0);
+    unsetenv("METAOUT");
+    const std::string text = files_.read("kept.meta");
+    const std::size_t line = text.find("\nPL 2 ");
+    for (const char *record : {"\nCLR 1 7 1.000000 0.000000 0.000000\n", "\nPL_CLR 7\n", "\nPL_TYPE 4\n",
+                               "\nTE_HGHT 0.500000\n", "\nTE_FNT 1 2\n", "\nWS_WIN 1 ", "\nVP 5 "})
+        EXPECT_LT(text.find(record), line) << record;
+    gset_redraw(0);
+    gclear_objs();
+    EXPECT_EQ(gobj_print_meta(), -1);
+}
+
 TEST_F(Metafile, ADrawingAppendedIsDrawnAsAlone) {
     const auto second = [] { gpolyline(std::array{Point{0, 0}, Point{1, 1}}); };
     open("a.meta");

@@ -7,6 +7,7 @@
 #include "graphics/core/mapping.h"
 #include "graphics/core/state.h"
 #include "graphics/core/transform.h"
+#include "graphics/devices/common/drawing_area.h"
 #include "graphics/kernel/kernel.h"
 
 namespace {
@@ -28,6 +29,21 @@ void expect_rect(const Rect &got, const Rect &wanted) {
     EXPECT_FLOAT_EQ(got.xmax, wanted.xmax);
     EXPECT_FLOAT_EQ(got.ymin, wanted.ymin);
     EXPECT_FLOAT_EQ(got.ymax, wanted.ymax);
+}
+
+TEST(DrawingArea, PanelsOfAGridCountFromTheTopOnEveryDevice) {
+    const auto placed = [](const char *geometry, bool downwards) {
+        DrawingArea area{400, 300, 0, 0};
+        EXPECT_TRUE(place_by_geometry(geometry, {1, 0, 0, downwards}, area)) << geometry;
+        return std::array{area.width, area.height, area.x, area.y};
+    };
+    EXPECT_EQ(placed("P2x4+1+0", true), (std::array{200, 75, 200, 0}));
+    EXPECT_EQ(placed("P2x4+1+0", false), (std::array{200, 75, 200, 225}));
+    EXPECT_EQ(placed("P2x3+0+2", true), (std::array{200, 100, 0, 200}));
+    // Fractions count as the device does.
+    EXPECT_EQ(placed("P0.5x0.5+0.25+0.5", true), (std::array{200, 150, 100, 150}));
+    EXPECT_EQ(placed("P0.5x0.5+0.25+0.5", false), (std::array{200, 150, 100, 150}));
+    EXPECT_EQ(placed("100x50+7+8", true), (std::array{100, 50, 7, 8}));
 }
 
 } // namespace

@@ -40,9 +40,7 @@ bool place_in_panel(std::string_view geometry, const GeometryUnits &units, Drawi
     if (const auto height = scan.real()) panel.height = *height;
     if (const auto x = scan.real()) panel.x = *x;
     if (const auto y = scan.real()) panel.y = *y;
-    const bool is_grid = panel.width > 1;
-    panel = panel_fractions(panel.width, panel.height, panel.x, panel.y);
-    if (units.downwards && is_grid) panel.y = 1 - panel.y - panel.height; // fractions count so already
+    panel = panel_fractions(panel.width, panel.height, panel.x, panel.y, units.downwards);
     const auto width = static_cast<float>(page.width), height = static_cast<float>(page.height);
     const DrawingArea placed{to_units(width * panel.width), to_units(height * panel.height),
                              page.x + to_units(width * panel.x), page.y + to_units(height * panel.y)};

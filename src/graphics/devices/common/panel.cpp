@@ -16,10 +16,10 @@ bool PanelFractions::meets_page() const {
            std::min(y + height, 1.0F) > std::max(y, 0.0F) + kHair;
 }
 
-PanelFractions panel_fractions(float columns, float rows, float column, float row) {
+PanelFractions panel_fractions(float columns, float rows, float column, float row, bool downwards) {
     if (!(columns > 1)) return {columns, rows, column, row};
     if (columns > kMostPanels || rows > kMostPanels)
         MESS_print(kWarn, "panel: At most %.0f columns and rows\n", static_cast<double>(kMostPanels));
     const float across = std::min(columns, kMostPanels), down = std::clamp(rows, 1.0F, kMostPanels);
-    return {1 / across, 1 / down, column / across, 1 - (row + 1) / down};
+    return {1 / across, 1 / down, column / across, downwards ? row / down : 1 - (row + 1) / down};
 }

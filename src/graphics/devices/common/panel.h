@@ -10,4 +10,5 @@ struct PanelFractions {
 
 /// `columns` above 1: a grid (each of its numbers limited to 1..8), and `column` and `row` of a panel in it
 /// counted from 0 at the top left. Up to 1 all four are fractions: width, height and the lower left corner.
-PanelFractions panel_fractions(float columns, float rows, float column, float row);
+/// `downwards`: y counts from the top, also in what comes of a grid.
+PanelFractions panel_fractions(float columns, float rows, float column, float row, bool downwards = false);
