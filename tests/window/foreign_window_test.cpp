@@ -199,11 +199,13 @@ TEST_F(ForeignWindow, ThatIsNoneIsTold) {
     refused("w,,12345:640x512:0", "gopen_ws: no such window or pixmap: 0x3039\n");
     refused("w,,+12345:" + std::to_string(host_->pixmap()) + size(), "gopen_ws: no such window: 0x3039\n");
     refused("w,," + std::to_string(host_->pixmap()) + ":640x512:77", "gopen_ws: no such colour map: 0x4d\n");
+    refused("w,,99999999999:1x1:0", "gopen_ws: window id not specified\n"); // of more bits than a number has
     refused("w,:987," + std::to_string(host_->pixmap()), "gopen_ws: unable to connect to display\n");
     EXPECT_EQ(draw("w,," + std::to_string(host_->pixmap()) + ":640y512"), 0);
     EXPECT_NE(told().find("window: Not understood: "), std::string::npos);
-    EXPECT_EQ(draw("p," + files_.at("x.ps"), 0, {"-pp", "new"}), 0);
+    EXPECT_EQ(draw("p," + files_.at("x.ps"), 0, {"-pp", "new,share"}), 0);
     EXPECT_NE(told().find("windows of other programs"), std::string::npos);
+    EXPECT_NE(told().find("can be drawn into by others: share"), std::string::npos);
 }
 
 TEST_F(ForeignWindow, GetsFramesFromAnotherProcess) {

@@ -51,7 +51,8 @@ public:
         }
         const char *const end = text.data() + text.size();
         const auto [at, fault] = std::from_chars(text.data(), end, value, base);
-        if (fault != std::errc{}) return false;
+        constexpr unsigned long kLargestNumber = 0xFFFFFFFF; // 32 bits go to the server
+        if (fault != std::errc{} || value > kLargestNumber) return false;
         text_ = std::string_view(at, static_cast<std::size_t>(end - at));
         return true;
     }
@@ -89,9 +90,9 @@ std::optional<std::string> read_id_file(std::string_view number) {
         MESS_print(kWarn, "gopen_ws: No such file: %s\n", name.c_str());
         return std::nullopt;
     }
-    std::string line;
-    (void)file.get_line(line); // without one there is no word
-    Scanner scan(line);
+    constexpr std::size_t kMostBytes = 4096;
+    const std::vector<std::byte> bytes = file.read_all(kMostBytes);
+    Scanner scan({reinterpret_cast<const char *>(bytes.data()), bytes.size()});
     return std::string(scan.word().value_or(""));
 }
 

@@ -40,6 +40,7 @@ struct State {
     bool redraw = true;          ///< what is drawn is kept for a replay
     int shadow = 0;              ///< copies of the texts' drop shadow
     bool foreign_window = false; ///< something is asked of another program's window
+    bool share = false;          ///< the window is handed over
 } state;
 
 constexpr int kDefaultShadow = 4;
@@ -165,6 +166,11 @@ template <auto Set, int Number> void with(State &, ParamValue) {
     Set(Number);
 }
 
+void share_window(State &s, ParamValue value) {
+    gshare_window(value.value_or(""));
+    s.share = true;
+}
+
 template <PixMode Mode> void set_pix_mode(State &s, ParamValue) {
     gset_pix_mode(Mode);
     s.foreign_window = true;
@@ -207,8 +213,7 @@ constexpr std::array kParams{
     Row{{"clear"}, set_pix_mode<PixMode::clear>},
     Row{{"new"}, set_pix_mode<PixMode::new_frame>},
     Row{{"kill"}, set_pix_mode<PixMode::finish>},
-    Row{{"share", PARAM_integer, "a whole number"},
-        [](State &, ParamValue value) { gshare_window(value.value_or("")); }},
+    Row{{"share", PARAM_integer, "a whole number"}, share_window},
     Row{{"lcmap"}, with<gset_local_colormap, 1>},
     Row{{"nolcmap"}, with<gset_local_colormap, 0>},
     Row{{"rwclr"}, with<gset_rw_colors, 1>},
@@ -253,6 +258,8 @@ void PLT_param_apply() {
         gset_redraw(0);
         gclear_objs();
     }
+    if (state.share && (!gtype_is_WIN() || gtype_is_memory()))
+        MESS_print(kWarn, "plot_param: Only a window of an X server can be drawn into by others: share\n");
     if (state.foreign_window && gget_win_type() != DeviceKind::pix)
         MESS_print(kWarn,
                    "plot_param: \"clear\", \"new\" and \"kill\" mean windows of other programs (-de w)\n");

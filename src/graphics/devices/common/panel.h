@@ -1,7 +1,7 @@
 #pragma once
 /// Panels of a page, as geometries and plot parameters give them.
 
-/// Fractions of the page, y upwards.
+/// Fractions of the page, y upwards unless asked for otherwise.
 struct PanelFractions {
     float width = 1, height = 1, x = 0, y = 0;
     /// True when a part of the page lies in the panel.
